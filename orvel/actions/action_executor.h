@@ -1,0 +1,40 @@
+#pragma once
+
+#include <boost/signals2/connection.hpp>
+#include <boost/signals2/signal.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include "orvel/core/action.h"
+#include "orvel/core/export.h"
+#include "orvel/core/ref_counted.h"
+
+namespace orvel {
+
+/// Runs undoable actions; implemented by the host over its undo stack. Every run is bracketed by
+/// the scope notification.
+class ORVEL_EXPORT ActionExecutor : public virtual RefCountedObject {
+ public:
+  using ScopeSignal = boost::signals2::signal<void(bool begin, bool sendSignals)>;
+
+  /// Runs the action and puts it on the undo stack; false when it was not run.
+  virtual bool Execute(const boost::intrusive_ptr<Action>& action) = 0;
+
+  /// Runs the action without recording it. What `flag` means is the host's affair.
+  virtual bool ExecuteWithoutUndo(const boost::intrusive_ptr<Action>& action, bool flag) = 0;
+
+  /// The slot receives (true, ...) before each run, undo or redo and (false, whether signals held
+  /// back are to be sent) after it.
+  virtual boost::signals2::connection RegisterForActionExecutionScopeChanges(
+      const ScopeSignal::slot_type& slot) = 0;
+};
+
+/// The host's executor; null until one is set. Setting one lets go of the one before.
+ORVEL_EXPORT void SetOrvelActionExecutor(const boost::intrusive_ptr<ActionExecutor>& executor);
+ORVEL_EXPORT boost::intrusive_ptr<ActionExecutor> GetOrvelActionExecutor();
+
+/// Hand an action to the executor and give its result; false when there is no executor.
+ORVEL_EXPORT bool ExecuteOrvelAction(const boost::intrusive_ptr<Action>& action);
+ORVEL_EXPORT bool ExecuteOrvelActionWithoutUndo(const boost::intrusive_ptr<Action>& action,
+                                                bool flag);
+
+}  // namespace orvel

@@ -1,0 +1,56 @@
+#include "orvel/core/action.h"
+
+#include <algorithm>
+
+#include "orvel/core/localizer.h"
+
+namespace teskundo {
+namespace {
+
+// Walks forward with `step`; when a child throws, walks back over the finished ones with `back`.
+template <typename Iterator, typename Step, typename Back>
+void WalkOrTakeBack(Iterator first, Iterator last, Step step, Back back) {
+  Iterator at = first;
+  try {
+    for (; at != last; ++at) step(**at);
+  } catch (...) {
+    while (at != first) back(**--at);
+    throw;
+  }
+}
+
+constexpr auto kRedo = [](Action& action) { action.Redo(); };
+constexpr auto kUndo = [](Action& action) { action.Undo(); };
+
+}  // namespace
+
+Action::Action(bool undoable, bool changesDocument, const std::u16string& displayName)
+    : undoable_(undoable), changesDocument_(changesDocument), displayName_(displayName) {}
+
+Action::~Action() = default;
+
+std::u16string Action::GetUndoDescription() const {
+  return teskcore::ZString("$$$/orvel/Action/UndoDescription=Undo @0", displayName_);
+}
+
+std::u16string Action::GetRedoDescription() const {
+  return teskcore::ZString("$$$/orvel/Action/RedoDescription=Redo @0", displayName_);
+}
+
+MultiAction::MultiAction(const std::u16string& displayName) : Action(true, true, displayName) {}
+
+MultiAction::~MultiAction() = default;
+
+void MultiAction::AddAction(const boost::intrusive_ptr<Action>& child) {
+  if (child) children_.push_back(child);
+}
+
+bool MultiAction::DoStillViable() const {
+  return std::all_of(begin(), end(), [](const auto& child) { return child->DoStillViable(); });
+}
+
+void MultiAction::RedoSelf() { WalkOrTakeBack(children_.begin(), children_.end(), kRedo, kUndo); }
+
+void MultiAction::UndoSelf() { WalkOrTakeBack(children_.rbegin(), children_.rend(), kUndo, kRedo); }
+
+}  // namespace teskundo

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include "orvel/core/export.h"
+#include "orvel/core/ref_counted.h"
+
+namespace teskundo {
+
+/// One undoable change, named for the host's menu.
+class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
+ public:
+  /// `undoable` says whether the host may put the action on its undo stack, `changesDocument`
+  /// whether it makes the document differ from its saved state. The action itself acts on neither.
+  Action(bool undoable, bool changesDocument, const std::u16string& displayName);
+
+  virtual void Redo() { RedoSelf(); }
+  virtual void Undo() { UndoSelf(); }
+
+  /// Whether the action can still be applied; an action that depends on nothing always can.
+  virtual bool DoStillViable() const { return true; }
+
+  /// The display name as it stands, and as the menu shows it: "Undo ..." and "Redo ...", localised.
+  const std::u16string& GetActionString() const { return displayName_; }
+  std::u16string GetUndoDescription() const;
+  std::u16string GetRedoDescription() const;
+
+  /// Tags the action with the name of its kind.
+  void SetActionType(const std::u16string& type) { type_ = type; }
+  const std::u16string& GetActionType() const { return type_; }
+
+  bool IsUndoable() const { return undoable_; }
+  bool ChangesDocument() const { return changesDocument_; }
+
+ protected:
+  ~Action() override;
+
+  virtual void RedoSelf() = 0;
+  virtual void UndoSelf() = 0;
+
+ private:
+  bool undoable_;
+  bool changesDocument_;
+  std::u16string displayName_;
+  std::u16string type_;
+};
+
+/// An action made of others: redone from the first to the last, undone from the last to the first.
+/// A child that throws ends the walk; the children already walked are taken back, and the exception
+/// goes on.
+class ORVEL_EXPORT MultiAction : public Action {
+ public:
+  using Children = std::vector<boost::intrusive_ptr<Action>>;
+
+  explicit MultiAction(const std::u16string& displayName);
+
+  /// Appends a child; null is passed over.
+  void AddAction(const boost::intrusive_ptr<Action>& child);
+
+  /// Whether every child is still viable.
+  bool DoStillViable() const override;
+
+  Children::const_iterator begin() const { return children_.begin(); }
+  Children::const_iterator end() const { return children_.end(); }
+
+ protected:
+  ~MultiAction() override;
+
+  void RedoSelf() override;
+  void UndoSelf() override;
+
+ private:
+  Children children_;
+};
+
+}  // namespace teskundo
+
+namespace orvel {
+using teskundo::Action;
+using teskundo::MultiAction;
+}  // namespace orvel

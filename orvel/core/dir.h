@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <boost/function.hpp>
+
+#include "orvel/core/export.h"
+#include "orvel/core/file.h"
+#include "orvel/core/file_error.h"
+
+namespace teskcore::filesupport {
+
+/// Walks a listing that was taken when the walk began, so that files may come and go meanwhile.
+template <typename Entry>
+class ListingIterator {
+ public:
+  using value_type = Entry;
+  using difference_type = std::ptrdiff_t;
+  using reference = const Entry&;
+  using pointer = const Entry*;
+  using iterator_category = std::forward_iterator_tag;
+
+  ListingIterator() = default;
+  explicit ListingIterator(std::vector<Entry> entries) {
+    if (!entries.empty()) entries_ = std::make_shared<const std::vector<Entry>>(std::move(entries));
+  }
+
+  reference operator*() const { return (*entries_)[position_]; }
+  pointer operator->() const { return &**this; }
+  ListingIterator& operator++() {
+    if (++position_ == entries_->size()) *this = ListingIterator();
+    return *this;
+  }
+  ListingIterator operator++(int) {
+    ListingIterator before = *this;
+    ++*this;
+    return before;
+  }
+  friend bool operator==(const ListingIterator& left, const ListingIterator& right) {
+    return left.entries_ == right.entries_ && left.position_ == right.position_;
+  }
+
+ private:
+  std::shared_ptr<const std::vector<Entry>> entries_;  // null at the end
+  std::size_t position_ = 0;
+};
+
+/// The path of a folder, which may or may not exist.
+class ORVEL_EXPORT Dir {
+ public:
+  using Filter = boost::function<bool(const std::u16string& name)>;
+  using Cancel = boost::function<bool()>;
+  using SubdirIterator = ListingIterator<Dir>;
+  using FileIterator = ListingIterator<File>;
+
+  Dir() = default;
+  explicit Dir(const std::u16string& path) : path_(path) {}
+  Dir(const Dir& parent, const std::u16string& name);
+
+  /// The user's preferences folder: the one that the host set, else the platform's (on Linux
+  /// $XDG_CONFIG_HOME or
+  /// ~/.config). It need not exist yet.
+  static Dir PrefDir();
+  static void SetPrefDir(const Dir& folder);
+
+  Dir Parent() const;
+  std::u16string GetName() const;
+  const std::u16string& FullPath() const { return path_; }
+
+  bool Exists() const;
+
+  /// Creates the folder and its missing parents; one that exists is no error. Raises
+  /// `dir_exception`.
+  void Create() const;
+
+  /// Deletes an empty folder; of a link, the link. Raises `dir_exception` when it is not empty or
+  /// not there.
+  void Delete() const;
+
+  /// The direct sub-folders, and the direct regular files, sorted by name. `filter` keeps the names
+  /// for which it answers true; `cancel` ends the listing as soon as it answers true; both may be
+  /// empty. Raises `dir_exception` when the folder cannot be listed.
+  SubdirIterator BeginSubdirs(const Filter& filter = Filter(),
+                              const Cancel& cancel = Cancel()) const;
+  SubdirIterator EndSubdirs() const { return SubdirIterator(); }
+  FileIterator BeginFiles(const Filter& filter = Filter(), const Cancel& cancel = Cancel()) const;
+  FileIterator EndFiles() const { return FileIterator(); }
+
+ private:
+  std::u16string path_;
+};
+
+}  // namespace teskcore::filesupport
+
+namespace orvel {
+using teskcore::filesupport::Dir;
+}  // namespace orvel

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "orvel/core/export.h"
+#include "orvel/core/file_error.h"
+
+namespace teskcore::filesupport {
+
+class Dir;
+
+/// The path of a file, which may or may not exist.
+class ORVEL_EXPORT File {
+ public:
+  File() = default;
+  explicit File(const std::u16string& path) : path_(path) {}
+  File(const Dir& folder, const std::u16string& name);
+
+  const std::u16string& FullPath() const { return path_; }
+
+  /// The name without its extension, and the extension with or without its dot. A leading dot
+  /// begins no extension.
+  std::u16string GetTitle() const;
+  std::u16string GetExtension(bool withDot) const;
+
+  Dir Parent() const;
+
+  /// Whether a regular file stands there; a link counts as what it leads to.
+  bool Exists() const;
+
+  /// Creates an empty file. One that exists is emptied with `replace`; without it, it raises
+  /// `file_exception`.
+  void Create(bool replace) const;
+
+  /// Raises `file_exception` when there is nothing to delete or it cannot be deleted. Of a link,
+  /// the link goes.
+  void Delete() const;
+
+ private:
+  std::u16string path_;
+};
+
+}  // namespace teskcore::filesupport
+
+namespace orvel {
+using teskcore::filesupport::File;
+}  // namespace orvel

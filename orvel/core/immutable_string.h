@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "orvel/core/export.h"
+
+namespace teskcore::utility {
+
+/// A constant text kept once for the life of the program: equal texts share one string, so
+/// comparing two of them compares addresses.
+class ORVEL_EXPORT ImmutableString {
+ public:
+  static ImmutableString CreateStatic(const std::string& text);
+
+  const std::string& AsUTF8String() const { return *text_; }
+
+  friend bool operator==(ImmutableString left, ImmutableString right) {
+    return left.text_ == right.text_;
+  }
+
+ private:
+  explicit ImmutableString(const std::string* text) : text_(text) {}
+  const std::string* text_;
+};
+
+}  // namespace teskcore::utility
+
+namespace orvel {
+using teskcore::utility::ImmutableString;
+}  // namespace orvel

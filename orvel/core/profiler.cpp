@@ -1,0 +1,41 @@
+#include "orvel/core/profiler.h"
+
+namespace teskcore::debug {
+
+CodeProfilerManager& CodeProfilerManager::Get() {
+  static CodeProfilerManager manager;
+  return manager;
+}
+
+void CodeProfilerManager::SetConditionalProfiling(bool on, int volume) {
+  volume_.store(volume, std::memory_order_relaxed);
+  conditional_.store(on, std::memory_order_relaxed);
+}
+
+std::shared_ptr<const ProfileDataLog> CodeProfilerManager::CreateNewProfileDataLog(
+    const std::string& name, int volume) {
+  return std::make_shared<const ProfileDataLog>(ProfileDataLog{name, volume});
+}
+
+CodeProfiler::CodeProfiler(const std::shared_ptr<const ProfileDataLog>& log)
+    : log_(log), start_(std::chrono::steady_clock::now()) {}
+
+CodeProfiler::~CodeProfiler() {
+  const auto duration = std::chrono::steady_clock::now() - start_;
+  CodeProfilerManager::Get().Report(*log_, duration);
+}
+
+}  // namespace teskcore::debug
+
+namespace orvel {
+
+const std::shared_ptr<const teskcore::debug::ProfileDataLog>& ProfileName::GetLog() {
+  using teskcore::debug::CodeProfilerManager;
+  if (!log_) {
+    log_ = CodeProfilerManager::Get().CreateNewProfileDataLog(name_,
+                                                              CodeProfilerManager::kDefaultVolume);
+  }
+  return log_;
+}
+
+}  // namespace orvel

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <boost/function.hpp>
+
+#include "orvel/core/export.h"
+
+namespace teskcore::debug {
+
+/// One named place that is profiled.
+struct ProfileDataLog {
+  std::string name;
+  int volume = 0;
+};
+
+/// How much is profiled, and where the times go.
+class ORVEL_EXPORT CodeProfilerManager {
+ public:
+  using Sink = boost::function<void(const ProfileDataLog& log, std::chrono::nanoseconds duration)>;
+
+  /// The volume at which the library's own scopes are opened.
+  static constexpr int kDefaultVolume = 1;
+
+  static CodeProfilerManager& Get();
+
+  bool IsConditionalProfiling() const { return conditional_.load(std::memory_order_relaxed); }
+  int GetProfilingVolume() const { return volume_.load(std::memory_order_relaxed); }
+
+  /// Switches profiling on or off; scopes are opened while it is on and `volume` is at least
+  /// theirs. Off at the start.
+  void SetConditionalProfiling(bool on, int volume = kDefaultVolume);
+
+  /// Receives each scope's duration as it ends; called on the scope's thread.
+  void SetSink(const Sink& sink) { sink_ = sink; }
+
+  std::shared_ptr<const ProfileDataLog> CreateNewProfileDataLog(const std::string& name,
+                                                                int volume);
+
+  void Report(const ProfileDataLog& log, std::chrono::nanoseconds duration) const {
+    if (sink_) sink_(log, duration);
+  }
+
+ private:
+  CodeProfilerManager() = default;
+  std::atomic<bool> conditional_{false};
+  std::atomic<int> volume_{0};
+  Sink sink_;
+};
+
+/// Measures from its construction to its end.
+class ORVEL_EXPORT CodeProfiler {
+ public:
+  explicit CodeProfiler(const std::shared_ptr<const ProfileDataLog>& log);
+  ~CodeProfiler();
+  CodeProfiler(const CodeProfiler&) = delete;
+  CodeProfiler& operator=(const CodeProfiler&) = delete;
+
+ private:
+  std::shared_ptr<const ProfileDataLog> log_;
+  std::chrono::steady_clock::time_point start_;
+};
+
+}  // namespace teskcore::debug
+
+namespace orvel {
+
+/// The name of a scope, made once, as a static object at the place that is profiled; its log is
+/// made on first use.
+class ORVEL_EXPORT ProfileName {
+ public:
+  explicit constexpr ProfileName(const char* name) : name_(name) {}
+  const std::shared_ptr<const teskcore::debug::ProfileDataLog>& GetLog();
+
+ private:
+  const char* name_;
+  std::shared_ptr<const teskcore::debug::ProfileDataLog> log_;
+};
+
+/// Opens the host's profiler scope `name` while profiling is on, and costs two loads while it is
+/// off.
+class ProfileScope {
+ public:
+  explicit ProfileScope(ProfileName& name) {
+    using teskcore::debug::CodeProfilerManager;
+    const CodeProfilerManager& manager = CodeProfilerManager::Get();
+    if (manager.IsConditionalProfiling() &&
+        manager.GetProfilingVolume() >= CodeProfilerManager::kDefaultVolume) {
+      profiler_.emplace(name.GetLog());
+    }
+  }
+
+ private:
+  std::optional<teskcore::debug::CodeProfiler> profiler_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "orvel/core/export.h"
+#include "orvel/core/file.h"
+
+namespace teskcore::filesupport {
+
+/// Replaces a file as a whole: what is written goes to a temporary file in the same folder, and
+/// `Commit` puts it in the target's place. A process that dies at any instant, or a write that
+/// fails, leaves the old file or the new one, never a part of either. The temporary file of a save
+/// that is not committed goes with this object.
+class ORVEL_EXPORT SafeSave {
+ public:
+  /// Creates the temporary file, empty and with the target's permissions when there is a target.
+  /// Raises `file_exception`.
+  explicit SafeSave(const File& target);
+  ~SafeSave();
+  SafeSave(const SafeSave&) = delete;
+  SafeSave& operator=(const SafeSave&) = delete;
+
+  const File& GetTempFile() const { return temp_; }
+
+  /// Brings the temporary file to the disk, renames it to the target and brings the folder to the
+  /// disk. Raises `file_exception`; the target is then as it was, save when only the very last step
+  /// failed.
+  void Commit();
+
+ private:
+  File target_;
+  File temp_;
+  bool committed_ = false;
+};
+
+}  // namespace teskcore::filesupport
+
+namespace orvel {
+using teskcore::filesupport::SafeSave;
+}  // namespace orvel

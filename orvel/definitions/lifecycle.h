@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include "orvel/core/export.h"
+
+namespace orvel {
+
+class ActionExecutor;
+class SessionHandlerInterface;
+struct AdjustmentsModeDescriptor;
+
+/// Starts the library: keeps the host's session handler and action executor, either of which may be
+/// null, and the adjustments modes. Called once on the main thread, and again only after
+/// `Terminate`.
+ORVEL_EXPORT void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
+                             const boost::intrusive_ptr<ActionExecutor>& actionExecutor,
+                             const std::vector<AdjustmentsModeDescriptor>& modes);
+
+/// Stops the library and lets go of the session handler. The action executor stays until it is
+/// replaced, for actions that the host's undo stack may still run. Does nothing before
+/// `Initialize`.
+ORVEL_EXPORT void Terminate();
+
+/// Whether the library is between `Initialize` and `Terminate`.
+ORVEL_EXPORT bool IsInitialized();
+
+namespace factory {
+
+/// The session handler given to `Initialize`; null outside of it and `Terminate`.
+ORVEL_EXPORT boost::intrusive_ptr<SessionHandlerInterface> GetSessionHandler();
+
+}  // namespace factory
+}  // namespace orvel

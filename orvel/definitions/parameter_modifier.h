@@ -1,0 +1,41 @@
+#pragma once
+
+#include <boost/function.hpp>
+
+#include "orvel/core/export.h"
+
+namespace orvel {
+
+/// Lets the value of one more model parameter, the argument, bend what a mapping gives: a function
+/// and its inverse, both of (value, argument). Either may be empty.
+class ORVEL_EXPORT ParameterModifier {
+ public:
+  using Function = boost::function<float(float value, float argument)>;
+
+  /// Depends on no parameter and changes nothing.
+  ParameterModifier() = default;
+
+  /// `paramID` is the id of the model parameter that gives the argument.
+  ParameterModifier(int paramID, const Function& modify, const Function& invert);
+
+  /// `value` unchanged when the function concerned is empty.
+  float Modify(float value, float argument) const {
+    return modify_ ? modify_(value, argument) : value;
+  }
+  float Invert(float value, float argument) const {
+    return invert_ ? invert_(value, argument) : value;
+  }
+
+  /// Whether both functions are there.
+  bool IsEnabled() const { return modify_ && invert_; }
+
+  /// -1 when it depends on no parameter.
+  int GetParamID() const { return paramID_; }
+
+ private:
+  Function modify_;
+  Function invert_;
+  int paramID_ = -1;
+};
+
+}  // namespace orvel

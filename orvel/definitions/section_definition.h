@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "orvel/core/export.h"
+#include "orvel/core/prop_list.h"
+#include "orvel/definitions/control_definition.h"
+#include "orvel/definitions/param_definition.h"
+
+namespace orvel {
+
+/// The role of a model parameter inside its section.
+enum ParamType : std::int32_t {
+  kSectionEnable = 0,  ///< switches the section
+  kControlEnable = 1,  ///< switches one control
+  kMappedParam = 2,    ///< a control maps it onto effect parameters
+  kModifierParam = 3,  ///< the argument of a control's modifier
+  kUnknownParam = 4,   ///< none of these
+};
+
+/// One section of the panel: its identity, the configuration that it was built from, its parameters
+/// and its controls.
+class ORVEL_EXPORT SectionDefinition {
+ public:
+  SectionDefinition() = default;
+  SectionDefinition(const std::string& modelID, const std::u16string& localizedName,
+                    const PropList& configuration,
+                    const std::vector<ParamDefinition>& paramDefinitions,
+                    const std::vector<ControlDefinition>& controlDefinitions,
+                    const std::string& sectionKey);
+
+  const std::string& GetModelID() const { return modelID_; }
+  const std::u16string& GetLocalizedName() const { return localizedName_; }
+  const PropList& GetConfiguration() const { return configuration_; }
+  const std::vector<ParamDefinition>& GetParamDefinitions() const { return paramDefinitions_; }
+  const std::vector<ControlDefinition>& GetControlDefinitions() const {
+    return controlDefinitions_;
+  }
+  std::vector<ControlDefinition>& GetControlDefinitionsRef() { return controlDefinitions_; }
+  const std::string& GetSectionKey() const { return sectionKey_; }
+
+  /// The section's switch: the first parameter, or a default-built definition when there is none.
+  ParamDefinition GetEnableParam() const;
+
+  /// The role of `paramID`. For the roles of a control, `*control` then points at it, inside this
+  /// definition's list; otherwise it stays as it was. Of several controls that map an id or take it
+  /// as a modifier's argument, the last one counts; a control that it switches counts at once.
+  ParamType GetParamTypeAndControl(int paramID, const ControlDefinition** control) const;
+  ParamType GetParamTypeAndControl(int paramID, ControlDefinition** control);
+
+ private:
+  std::string modelID_;
+  std::u16string localizedName_;
+  PropList configuration_;
+  std::vector<ParamDefinition> paramDefinitions_;
+  std::vector<ControlDefinition> controlDefinitions_;
+  std::string sectionKey_;
+};
+
+}  // namespace orvel

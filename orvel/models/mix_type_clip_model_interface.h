@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include <boost/signals2/connection.hpp>
+#include <boost/signals2/signal.hpp>
+
+#include "orvel/core/export.h"
+#include "orvel/core/guid.h"
+#include "orvel/core/ref_counted.h"
+#include "orvel/models/clip_type.h"
+
+namespace orvel {
+
+class OrvelModel;
+
+/// One clip, as far as its mix type goes; implemented by the host. The operations that give an int
+/// return 0 for success and a status of the host's own otherwise.
+class ORVEL_EXPORT MixTypeClipModelInterface : public virtual RefCountedObject {
+ public:
+  using ChangeSignal = boost::signals2::signal<void()>;
+
+  virtual int GetClipType(ClipType& type) = 0;
+  virtual int SetClipType(ClipType type) = 0;
+  virtual int GetAdjustmentsMode(std::string& modeID) = 0;
+  virtual int SetAdjustmentsMode(const std::string& modeID) = 0;
+  virtual int GetUserPresetGuid(Guid& guid) = 0;
+  virtual int SetUserPresetGuid(const Guid& guid) = 0;
+
+  /// Whether the clip can be edited now.
+  virtual bool IsReady() = 0;
+
+  virtual std::string GetName() = 0;
+
+  /// The slot is called after each change of the clip type, the mode or the preset.
+  virtual boost::signals2::connection RegisterForModelChanges(
+      const ChangeSignal::slot_type& slot) = 0;
+
+  /// Tells the clip which model stands for it: (true, model) when one takes it in, (false, null)
+  /// when it lets it go.
+  virtual void AttachToModel(bool attached, OrvelModel* model) = 0;
+};
+
+}  // namespace orvel

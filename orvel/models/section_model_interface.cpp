@@ -1,0 +1,7 @@
+#include "orvel/models/section_model_interface.h"
+
+namespace orvel {
+
+SectionModelInterface::~SectionModelInterface() = default;
+
+}  // namespace orvel
