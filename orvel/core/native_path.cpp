@@ -1,9 +1,8 @@
 #include "orvel/core/native_path.h"
 
-#include <cstdint>
+#include <cstddef>
 
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
+#include "orvel/core/code_points.h"
 
 namespace teskcore::filesupport {
 
@@ -16,29 +15,24 @@ std::u16string FromNative(const std::filesystem::path& path) { return path.u16st
 
 namespace {
 
-constexpr char16_t kByteBase = 0xDC00;
+constexpr UChar32 kByteBase = 0xDC00;
+constexpr UChar32 kReplacement = 0xFFFD;
 
-bool IsEscapedByte(char16_t unit) { return unit >= kByteBase + 0x80 && unit <= kByteBase + 0xFF; }
+bool IsEscapedByte(UChar32 unit) { return unit >= kByteBase + 0x80 && unit <= kByteBase + 0xFF; }
 
 }  // namespace
 
 std::filesystem::path ToNative(const std::u16string& path) {
   std::string bytes;
-  const auto length = static_cast<std::int32_t>(path.size());
-  for (std::int32_t i = 0; i < length;) {
-    UChar32 character = 0;
-    U16_NEXT(path.data(), i, length, character);
-    if (U_IS_SURROGATE(character)) {
-      if (IsEscapedByte(static_cast<char16_t>(character))) {
-        bytes += static_cast<char>(character - kByteBase);
-        continue;
-      }
-      character = 0xFFFD;
+  for (std::size_t i = 0; i < path.size();) {
+    const UChar32 character = utility::NextCodePoint(path, i);
+    if (!utility::IsSurrogate(character)) {
+      utility::AppendCodePoint(bytes, character);
+    } else if (IsEscapedByte(character)) {
+      bytes += static_cast<char>(character - kByteBase);
+    } else {
+      utility::AppendCodePoint(bytes, kReplacement);
     }
-    char encoded[U8_MAX_LENGTH];
-    std::int32_t encodedLength = 0;
-    U8_APPEND_UNSAFE(encoded, encodedLength, character);
-    bytes.append(encoded, static_cast<std::size_t>(encodedLength));
   }
   return bytes;
 }
@@ -46,21 +40,15 @@ std::filesystem::path ToNative(const std::u16string& path) {
 std::u16string FromNative(const std::filesystem::path& path) {
   const std::string& bytes = path.native();
   std::u16string text;
-  const auto length = static_cast<std::int32_t>(bytes.size());
-  for (std::int32_t i = 0; i < length;) {
-    const std::int32_t start = i;
-    UChar32 character = 0;
-    U8_NEXT(bytes.data(), i, length, character);
+  for (std::size_t i = 0; i < bytes.size();) {
+    const std::size_t start = i;
+    const UChar32 character = utility::NextCodePoint(bytes, i);
     if (character >= 0) {
-      char16_t units[U16_MAX_LENGTH];
-      std::int32_t unitCount = 0;
-      U16_APPEND_UNSAFE(units, unitCount, character);
-      text.append(units, static_cast<std::size_t>(unitCount));
-    } else {
-      for (std::int32_t k = start; k < i; ++k) {
-        const auto byte = static_cast<unsigned char>(bytes[static_cast<std::size_t>(k)]);
-        text += static_cast<char16_t>(kByteBase + byte);
-      }
+      utility::AppendCodePoint(text, character);
+      continue;
+    }
+    for (const char byte : bytes.substr(start, i - start)) {
+      text += static_cast<char16_t>(kByteBase + static_cast<unsigned char>(byte));
     }
   }
   return text;

@@ -1,15 +1,17 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <string_view>
+#include <vector>
 
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid.hpp>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf16.h>
 
+#include "orvel/core/code_points.h"
 #include "orvel/core/file_utils.h"
 #include "orvel/core/text.h"
 
@@ -36,7 +38,7 @@ void AppendHex(std::u16string& text, unsigned value, int digits) {
 }
 
 void AppendEscaped(std::u16string& text, std::u16string_view units) {
-  if (units.size() == 1 && U16_IS_SURROGATE(units[0])) {
+  if (units.size() == 1 && IsSurrogate(units[0])) {
     text += u"%u";  // no character, so no UTF-8: the unit itself
     AppendHex(text, units[0], 4);
     return;
@@ -50,7 +52,8 @@ void AppendEscaped(std::u16string& text, std::u16string_view units) {
 bool IsInNFC(const std::u16string& name) {
   UErrorCode status = U_ZERO_ERROR;
   const auto* normalizer = icu::Normalizer2::getNFCInstance(status);
-  return U_SUCCESS(status) && normalizer->isNormalized({name.data(), static_cast<std::int32_t>(name.size())}, status) &&
+  return U_SUCCESS(status) &&
+         normalizer->isNormalized({name.data(), static_cast<std::int32_t>(name.size())}, status) &&
          U_SUCCESS(status);
 }
 
@@ -62,25 +65,33 @@ bool IsDevice(const std::u16string& name) {
 }
 
 bool IsRefused(UChar32 character) {
-  return U_IS_SURROGATE(character) || u_iscntrl(character) ||
+  return IsSurrogate(character) || u_iscntrl(character) ||
          (character < 0x80 && kRefused.find(static_cast<char16_t>(character)) != kRefused.npos);
+}
+
+// Small letters that people write every day and that some file systems take for others: for "ss"
+// and for another sigma.
+constexpr UChar32 kSharpS = 0xDF;
+constexpr UChar32 kFinalSigma = 0x3C2;
+
+// Whether comparing without regard to case makes something else of the character than its small
+// letter: more than one character, or the letter of another.
+bool FoldsOddly(UChar32 character) {
+  return icu::UnicodeString(character).foldCase() != icu::UnicodeString(u_tolower(character));
 }
 
 std::u16string Escape(const std::u16string& name) {
   const bool asciiOnly = !IsInNFC(name);
   const bool device = IsDevice(name);
-  const auto length = static_cast<std::int32_t>(name.size());
   std::u16string safe;
-  for (std::int32_t i = 0; i < length;) {
-    const std::int32_t start = i;
-    UChar32 character = 0;
-    U16_NEXT(name.data(), i, length, character);
-    const bool first = start == 0;
-    const bool atEnd = first || i == length;
-    const bool escape = IsRefused(character) || (asciiOnly && character >= 0x80) ||
-                        (first && device) || (atEnd && (character == ' ' || character == '.'));
-    const auto units = std::u16string_view(name).substr(static_cast<std::size_t>(start),
-                                                        static_cast<std::size_t>(i - start));
+  for (std::size_t i = 0; i < name.size();) {
+    const std::size_t start = i;
+    const UChar32 character = NextCodePoint(name, i);
+    const bool atEnd = start == 0 || i == name.size();
+    const bool odd = character != kSharpS && character != kFinalSigma && FoldsOddly(character);
+    const bool escape = IsRefused(character) || odd || (asciiOnly && character >= 0x80) ||
+                        (start == 0 && device) || (atEnd && (character == ' ' || character == '.'));
+    const auto units = std::u16string_view(name).substr(start, i - start);
     if (escape) {
       AppendEscaped(safe, units);
     } else {
@@ -90,44 +101,35 @@ std::u16string Escape(const std::u16string& name) {
   return safe.empty() ? u"%" : safe;
 }
 
-// One hexadecimal digit for every four letters that have a case, a bit set where the letter's case
-// is not the usual one; trailing zeros left out. Empty for a name in the usual spelling.
+// The usual spelling: a capital begins the first word and every word of more than three letters.
+bool IsUsuallyCapital(const std::vector<UChar32>& name, std::size_t index) {
+  if (index > 0 && u_isalpha(name[index - 1])) return false;
+  const auto at = name.begin() + static_cast<std::ptrdiff_t>(index);
+  const bool firstWord = std::none_of(name.begin(), at, u_isalpha);
+  return firstWord || std::find_if_not(at, name.end(), u_isalpha) - at > 3;
+}
+
+// Two bits for each letter, a hexadecimal digit for two letters, zeros at the end left out: whether
+// its case is not the usual one, and whether it folds oddly. Empty for a name in the usual
+// spelling.
 std::u16string CaseCode(const std::u16string& name) {
-  const auto length = static_cast<std::int32_t>(name.size());
+  std::vector<UChar32> characters;
+  for (std::size_t i = 0; i < name.size();) characters.push_back(NextCodePoint(name, i));
   std::u16string code;
-  unsigned bits = 0;
-  int letters = 0;
-  std::int32_t wordLetters = 0;
-  bool firstWord = true;
-  for (std::int32_t i = 0; i < length;) {
-    const std::int32_t start = i;
-    UChar32 character = 0;
-    U16_NEXT(name.data(), i, length, character);
-    if (!u_isalpha(character)) {
-      firstWord = firstWord && wordLetters == 0;
-      wordLetters = 0;
-      continue;
-    }
-    const bool beginsWord = wordLetters++ == 0;
+  unsigned pending = 0;
+  bool second = false;
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    const UChar32 character = characters[i];
     const UChar32 lower = u_tolower(character);
-    if (lower == u_toupper(character)) continue;
-    bool capital = false;
-    if (beginsWord) {
-      std::int32_t end = start;
-      std::int32_t count = 0;
-      for (UChar32 next = 0; end < length; ++count) {
-        U16_NEXT(name.data(), end, length, next);
-        if (!u_isalpha(next)) break;
-      }
-      capital = firstWord || count > 3;
-    }
-    if ((character != lower) != capital) bits |= 1U << (letters % 4);
-    if (++letters % 4 == 0) {
-      AppendHex(code, bits, 1);
-      bits = 0;
-    }
+    const bool odd = FoldsOddly(character);
+    if (lower == u_toupper(character) && !odd) continue;
+    const bool unusual = (character != lower) != IsUsuallyCapital(characters, i);
+    const unsigned bits = (unusual ? 1U : 0U) | (odd ? 2U : 0U);
+    if (second) AppendHex(code, pending << 2 | bits, 1);
+    pending = bits;
+    second = !second;
   }
-  AppendHex(code, bits, 1);
+  if (second) AppendHex(code, pending << 2, 1);
   code.erase(code.find_last_not_of(u'0') + 1);
   return code;
 }

@@ -1,0 +1,304 @@
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unicode/unistr.h>
+#include <unistd.h>
+
+#include "orvel/core/byte_stream.h"
+#include "orvel/core/dir.h"
+#include "orvel/core/file_utils.h"
+#include "orvel/core/module_resources.h"
+#include "orvel/core/safe_save.h"
+#include "orvel/core/text.h"
+#include "orvel/presets/presets_base_dir.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvel {
+namespace {
+
+using test::TempDir;
+
+void Save(const File& file, const std::string& text) {
+  SafeSave save(file);
+  FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(), text);
+  save.Commit();
+}
+
+std::size_t CountFiles(const Dir& folder) {
+  return static_cast<std::size_t>(std::distance(folder.BeginFiles(), folder.EndFiles()));
+}
+
+TEST(Files, FoldersAreListedByNameWithFilterAndCancel) {
+  const TempDir temp;
+  const Dir root = temp.AsDir();
+  for (const char16_t* name : {u"b", u"a", u"\u00E9", u"B"}) {
+    Dir(root, name).Create();
+    File(root, std::u16string(name) + u".orvel").Create(false);
+  }
+  std::vector<std::u16string> names;
+  for (auto at = root.BeginSubdirs(); at != root.EndSubdirs(); ++at)
+    names.push_back((*at).GetName());
+  EXPECT_EQ(names, (std::vector<std::u16string>{u"B", u"a", u"b", u"\u00E9"}));
+
+  const auto isB = [](const std::u16string& name) { return name == u"b.orvel"; };
+  const auto found = root.BeginFiles(isB);
+  EXPECT_EQ(found->GetTitle(), u"b");
+  EXPECT_EQ(found->GetExtension(true), u".orvel");
+  EXPECT_EQ(found->GetExtension(false), u"orvel");
+  EXPECT_EQ(found->Parent().FullPath(), root.FullPath());
+  EXPECT_EQ(root.BeginFiles({}, [] { return true; }), root.EndFiles());
+}
+
+TEST(Files, WhatCannotBeDoneRaisesTheErrorOfItsKind) {
+  const TempDir temp;
+  const Dir root = temp.AsDir();
+  const Dir full(Dir(root, u"new"), u"deep");
+  full.Create();
+  full.Create();
+  const File file(full, u"f.txt");
+  file.Create(false);
+  EXPECT_THROW(file.Create(false), file_exception);
+  EXPECT_NO_THROW(file.Create(true));
+  EXPECT_THROW(full.Delete(), dir_exception);  // not empty
+  EXPECT_THROW(Dir(file.FullPath()).Create(), dir_exception);
+  EXPECT_THROW(Dir(root, u"none").BeginFiles(), dir_exception);
+  EXPECT_THROW(Dir(root, u"none").Delete(), dir_exception);
+  EXPECT_THROW(File(root, u"none").Delete(), file_exception);
+  EXPECT_THROW(File(full.FullPath()).Delete(), file_exception);  // a folder, and not taken away
+  EXPECT_TRUE(file.Exists());
+  EXPECT_THROW(IPlatformByteStream{File(root, u"none")}, file_exception);
+  EXPECT_THROW(IPlatformByteStream{File(full.FullPath())}, file_exception);
+  EXPECT_THROW(SafeSave(File(Dir(root, u"none"), u"x")), file_exception);
+  EXPECT_THROW(FileUtils::SimpleWriteStringToFile(u"/dev/full", std::string(1 << 16, 'x')),
+               file_exception);
+  file.Delete();
+  full.Delete();
+  EXPECT_FALSE(full.Exists());
+}
+
+TEST(Files, ANameThatIsNoUtf8CanBeListedAndOpened) {
+  const TempDir temp;
+  std::ofstream(temp.Path() / "a\xFF\xC3z.txt") << "content";
+  const auto found = temp.AsDir().BeginFiles();
+  ASSERT_NE(found, temp.AsDir().EndFiles());
+  EXPECT_EQ(ReadWholeFile(*found), "content");
+}
+
+TEST(Files, AFileIsReadInBlocksToItsEnd) {
+  const TempDir temp;
+  const File file(temp.AsDir(), u"f");
+  FileUtils::SimpleWriteStringToFile(file.FullPath(), std::string("ab\0cd", 5));
+  IPlatformByteStream stream(file);
+  EXPECT_EQ(stream.Length(), 5u);
+  char block[4] = {};
+  EXPECT_EQ(stream.ReadBlock(block, 4), 4u);
+  EXPECT_EQ(stream.ReadBlock(block, 4), 1u);
+  EXPECT_EQ(stream.ReadBlock(block, 4), 0u);
+  EXPECT_EQ(ReadWholeFile(file), std::string("ab\0cd", 5));
+}
+
+TEST(SafeSave, ReplacesTheTargetOnlyOnCommit) {
+  const TempDir temp;
+  const File file(temp.AsDir(), u"preset.orvel");
+  Save(file, "old");
+  std::filesystem::permissions(temp.Path() / "preset.orvel", std::filesystem::perms{0640});
+  {
+    SafeSave save(file);
+    FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(), "new");
+    EXPECT_EQ(CountFiles(temp.AsDir()), 2u);
+  }
+  EXPECT_EQ(ReadWholeFile(file), "old");
+  EXPECT_EQ(CountFiles(temp.AsDir()), 1u);
+  Save(file, "new");
+  EXPECT_EQ(ReadWholeFile(file), "new");
+  EXPECT_EQ(CountFiles(temp.AsDir()), 1u);
+  EXPECT_EQ(std::filesystem::status(temp.Path() / "preset.orvel").permissions(),
+            std::filesystem::perms{0640});
+
+  Dir(temp.AsDir(), u"folder").Create();
+  SafeSave overFolder(File(temp.AsDir(), u"folder"));
+  EXPECT_THROW(overFolder.Commit(), file_exception);
+}
+
+TEST(SafeSave, AProcessKilledWhileSavingLeavesTheOldFileOrTheNew) {
+  const TempDir temp;
+  const File file(temp.AsDir(), u"f");
+  const std::string texts[] = {std::string(20000, 'a'), std::string(70000, 'b')};
+  Save(file, texts[0]);
+  for (int round = 0; round < 40; ++round) {
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      for (int i = 0;; ++i) {
+        Save(file, texts[i % 2]);
+        if (i == 0 && write(ready[1], "r", 1) != 1) _exit(1);
+      }
+    }
+    char token = 0;
+    ASSERT_EQ(read(ready[0], &token, 1), 1);
+    usleep(static_cast<useconds_t>(round * 137));  // another instant in each round
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    close(ready[0]);
+    close(ready[1]);
+    const std::string text = ReadWholeFile(file);
+    ASSERT_TRUE(text == texts[0] || text == texts[1]) << text.size();
+  }
+}
+
+TEST(FileNames, OrdinaryNamesStayAsTheyAre) {
+  for (const std::u16string name :
+       {u"Podcast Voice", u"Wide and Deep", u"In a Large Room", u"(Default)",
+        u"St\u00F6rger\u00E4usch", u"\u65E5\u672C\u8A9E", u"\u0645\u0648\u0633\u064A\u0642\u0649",
+        u"Remix to 60 Seconds", u"\U0001F3A7", u"Default", u"2.1 Mix", u"Console",
+        u"It's 50_50, & More!"}) {
+    EXPECT_EQ(FileUtils::NormalizePathForSaving(name), name) << UTF16to8(name);
+  }
+}
+
+TEST(FileNames, NoNameIsRefusedByAFileSystemAndNoTwoNamesShareAFile) {
+  std::vector<std::u16string> names = {
+      u"",
+      u".",
+      u"..",
+      u"...",
+      u" ",
+      u"a ",
+      u" a",
+      u"a.",
+      u".a",
+      u"a",
+      u"A",
+      u"aa",
+      u"aA",
+      u"Aa",
+      u"AA",
+      u"a/b",
+      u"a\\b",
+      u"a:b",
+      u"a*b",
+      u"a?b",
+      u"a\"b",
+      u"a<b",
+      u"a>b",
+      u"a|b",
+      u"a%2fb",
+      u"a%b",
+      u"%",
+      u"%25",
+      u"%~",
+      u"%~1",
+      u"a%~1",
+      u"con",
+      u"CON",
+      u"Con",
+      u"Con.txt",
+      u"con .x",
+      u"COM1",
+      u"com\u00B9",
+      u"LPT9.orvel",
+      u"nul",
+      u"conin$",
+      u"Default",
+      u"default",
+      u"DEFAULT",
+      u"a\nb",
+      u"a\tb",
+      u"a\x7F",
+      u"a\x85z",
+      u"\u00E9",
+      u"e\u0301",
+      u"\u00C9",
+      u"E\u0301",
+      u"\u0130",
+      u"i\u0307",
+      u"warm voice",
+      u"Warm Voice",
+      u"WARM VOICE",
+      u"Warm voice",
+      u"Stra\u00DFe",
+      u"STRASSE",
+      u"Strasse",
+      std::u16string(1, u'\0'),
+      std::u16string(1, char16_t{0xD800}),
+      std::u16string(1, char16_t{0xDC00}),
+      u"%ud800",
+      u"\uFFFD",
+      std::u16string(300, u'x'),
+      std::u16string(299, u'x'),
+      std::u16string(300, u'X'),
+      std::u16string(150, u'\u65E5'),
+      std::u16string(149, u'\u65E5'),
+      std::u16string(200, u'/'),
+      std::u16string(100, u'\u0431') + u"1",
+      std::u16string(100, u'\u0431') + u"2",
+  };
+  std::map<std::string, std::u16string> taken;
+  for (const auto& name : names) {
+    const std::u16string safe = FileUtils::NormalizePathForSaving(name);
+    const std::string bytes = UTF16to8(safe);
+    EXPECT_LE(bytes.size(), 200u);
+    EXPECT_FALSE(safe.empty() || safe.front() == u'.' || safe.front() == u' ' ||
+                 safe.back() == u'.' || safe.back() == u' ')
+        << bytes;
+    EXPECT_EQ(safe.find_first_of(u"/\\:*?\"<>|"), safe.npos) << bytes;
+    for (const char16_t unit : safe) EXPECT_TRUE(unit >= 0x20 && unit != 0x7F) << bytes;
+    EXPECT_EQ(bytes.find("\xEF\xBF\xBD"), name == u"\uFFFD" ? 0u : bytes.npos) << bytes;
+    // What a file system that takes capitals for small letters would compare.
+    std::string folded;
+    icu::UnicodeString(safe.data(), static_cast<std::int32_t>(safe.size()))
+        .foldCase()
+        .toUTF8String(folded);
+    const auto [at, isNew] = taken.emplace(folded, name);
+    EXPECT_TRUE(isNew) << UTF16to8(name) << " and " << UTF16to8(at->second) << ": " << bytes;
+    const std::u16string stem = safe.substr(0, safe.find(u'.'));
+    EXPECT_FALSE(folded == "con" || folded == "nul" || folded.starts_with("con.")) << bytes;
+  }
+}
+
+TEST(FileNames, AUniqueNameCountsUpwards) {
+  const TempDir temp;
+  const Dir root = temp.AsDir();
+  EXPECT_EQ(FileUtils::UniqueFileName(root, u"A/b", u".orvel"), u"A%2fb.orvel");
+  for (const char16_t* expected : {u"Voice.orvel", u"Voice 2.orvel", u"Voice 3.orvel"}) {
+    const std::u16string name = FileUtils::UniqueFileName(root, u"Voice", u".orvel");
+    EXPECT_EQ(name, expected);
+    File(root, name).Create(false);
+  }
+}
+
+TEST(PrefDir, IsTheHostsFolderOrThePlatforms) {
+  const TempDir temp;
+  Dir::SetPrefDir(temp.AsDir());
+  EXPECT_EQ(GetPresetsBaseDir().FullPath(), temp.AsDir().FullPath() + u"/Presets");
+  Dir::SetPrefDir(Dir());
+  setenv("XDG_CONFIG_HOME", "/somewhere", 1);
+  EXPECT_EQ(Dir::PrefDir().FullPath(), u"/somewhere");
+  setenv("XDG_CONFIG_HOME", "relative", 1);
+  setenv("HOME", "/home/me", 1);
+  EXPECT_EQ(Dir::PrefDir().FullPath(), u"/home/me/.config");
+}
+
+TEST(ModuleResources, BelongToTheirModuleAndAreFoundWithoutRegardToCase) {
+  static const unsigned char kData[] = {1, 2, 3};
+  int module = 0;
+  int otherModule = 0;
+  teskcore::filesupport::RegisterModuleResource(&module, u"OrvelPresets", u"json", kData, 3);
+  std::vector<unsigned char> bytes = {9};
+  EXPECT_FALSE(GetBinaryFromModule(&otherModule, u"OrvelPresets", u"json", bytes));
+  EXPECT_FALSE(GetBinaryFromModule(&module, u"OrvelPresets", u"text", bytes));
+  EXPECT_EQ(bytes, std::vector<unsigned char>{9});
+  EXPECT_TRUE(GetBinaryFromModule(&module, u"ORVELPRESETS", u"JSON", bytes));
+  EXPECT_EQ(bytes, (std::vector<unsigned char>{1, 2, 3}));
+}
+
+}  // namespace
+}  // namespace orvel

@@ -1,0 +1,213 @@
+#include "orvel/core/json.h"
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace teskcore::serialization {
+namespace {
+
+std::string RoundTrip(const std::string& text) { return GetJSONUTF8String(JSONParse(text), false); }
+
+std::string Nested(int depth) {
+  return std::string(static_cast<std::size_t>(depth), '[') +
+         std::string(static_cast<std::size_t>(depth), ']');
+}
+
+TEST(Json, TextThatIsNotWellFormedIsRefused) {
+  const std::string cases[] = {
+      "",
+      " ",
+      "{",
+      "}",
+      "[1,]",
+      "[,1]",
+      "[1 2]",
+      "{\"a\":1,}",
+      "{\"a\" 1}",
+      "{a:1}",
+      "{\"a\":}",
+      "{1:2}",
+      "01",
+      "+1",
+      "1.",
+      ".5",
+      "1e",
+      "-",
+      "0x10",
+      "NaN",
+      "Infinity",
+      "-Infinity",
+      "1e999",
+      "nul",
+      "nulll",
+      "tru",
+      "falsee",
+      "'a'",
+      "\"a",
+      "\"\\x\"",
+      "\"\\u12\"",
+      "\"\t\"",
+      "\"a\nb\"",
+      "1 2",
+      "{} {}",
+      "[] x",
+      "\"a\" \"b\"",
+      "null null",
+      "true,",
+      "[1]]",
+      "{\"a\":1}}",
+      "[\"\\ud800\"]",
+      "\"\xC3\"",
+      "[\"\xFF\"]",
+      "\"\xED\xA0\x80\"",
+      "\"\xC0\xAF\"",
+      "// c\n1",
+      "[nan]",
+      "[1}",
+      "{\"a\":[}",
+      Nested(kMaxJSONDepth + 1),
+      Nested(100000),
+      std::string(100000, '['),
+      std::string("1\0", 2),
+  };
+  for (const auto& text : cases) EXPECT_EQ(JSONParse(text), nullptr) << text.substr(0, 40);
+}
+
+TEST(Json, ValuesComeBackAsTheyWereWritten) {
+  const std::string cases[] = {
+      "null",
+      "true",
+      "false",
+      "0",
+      "-1",
+      "1.5",
+      "\"\"",
+      "[]",
+      "{}",
+      "[[],{}]",
+      "9223372036854775807",
+      "-9223372036854775808",
+      "18446744073709551615",
+      "-0",
+      "{\"a\":1,\"b\":[1,2.5,\"x\",null]}",
+      "\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001\\u001f\"",
+      "\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA7/\"",
+      Nested(kMaxJSONDepth),
+  };
+  for (const auto& text : cases) EXPECT_EQ(RoundTrip(text), text);
+  EXPECT_EQ(RoundTrip("\xEF\xBB\xBF [ 1 , 2 ]\r\n"), "[1,2]");
+  EXPECT_EQ(RoundTrip("\"\\u00e9\\ud83c\\udfa7\\/\""), "\"\xC3\xA9\xF0\x9F\x8E\xA7/\"");
+  EXPECT_EQ(RoundTrip("{\"b\":1,\"a\":2,\"b\":3}"), "{\"a\":2,\"b\":3}");
+}
+
+TEST(Json, NumbersKeepTheKindThatHoldsThemExactly) {
+  EXPECT_EQ(boost::any_cast<std::int64_t>(*JSONParse("-3")), -3);
+  EXPECT_EQ(boost::any_cast<std::uint64_t>(*JSONParse("18446744073709551615")), UINT64_MAX);
+  EXPECT_EQ(boost::any_cast<double>(*JSONParse("1.0")), 1.0);
+  EXPECT_EQ(boost::any_cast<double>(*JSONParse("123456789012345678901234")), 1.2345678901234568e23);
+}
+
+// Among them the halfway cases at which parsers that do not round correctly go wrong.
+TEST(Json, DoublesAreRoundedCorrectly) {
+  const struct {
+    const char* text;
+    double value;
+  } cases[] = {
+      {"0.13316600024700165", static_cast<double>(0.133166f)},
+      {"9007199254740993.0", 9007199254740992.0},
+      {"9007199254740995.0", 9007199254740996.0},
+      {"2.2250738585072011e-308", 2.2250738585072011e-308},
+      {"4.9406564584124654e-324", 4.9406564584124654e-324},
+      {"2.4703282292062327e-324", 0.0},
+      {"-1e-999", -0.0},
+      {"0e999", 0.0},
+      {"0.1512345678901234567890123", 0.15123456789012346},
+      {"1.7976931348623157e308", std::numeric_limits<double>::max()},
+      {"1.00000000000000011102230246251565404236316680908203125", 1.0},
+      {"1.00000000000000011102230246251565404236316680908203126", 1.0000000000000002},
+      {"6.9294956446009195e15", 6929495644600919.5},
+      {"7.0420557077594588669468784357561207962098443483187940792729600000e+59",
+       7.0420557077594588669468784357561207962098443483187940792729600000e+59},
+  };
+  for (const auto& [text, value] : cases) {
+    EXPECT_EQ(boost::any_cast<double>(*JSONParse(text)), value) << text;
+  }
+}
+
+TEST(Json, EveryFloatSurvivesWriteAndRead) {
+  std::mt19937 random(20240917);
+  const auto check = [](std::uint32_t bits) {
+    float value = 0.0f;
+    std::memcpy(&value, &bits, sizeof value);
+    if (value - value != 0.0f) return;  // not finite
+    const JSONValue held = static_cast<double>(value);
+    const JSONValuePtr parsed = JSONParse(GetJSONUTF8String(held, false));
+    ASSERT_NE(parsed, nullptr) << bits;
+    const float back = JSONToFloat(*parsed);
+    ASSERT_EQ(std::memcmp(&back, &value, sizeof value), 0) << bits;
+  };
+  for (int i = 0; i < 50000; ++i) check(static_cast<std::uint32_t>(random()));
+  for (std::uint32_t exponent = 0; exponent < 512; ++exponent) {
+    for (const std::uint32_t mantissa : {0u, 1u, 0x7FFFFFu}) check(exponent << 23 | mantissa);
+  }
+}
+
+TEST(Json, NumbersTakeTheShortestTextAndWholeOnesNoFraction) {
+  const struct {
+    double value;
+    const char* text;
+  } cases[] = {
+      {1.0, "1"},
+      {-21.0, "-21"},
+      {2048.0, "2048"},
+      {0.5, "0.5"},
+      {-0.0, "-0"},
+      {1e15, "1000000000000000"},
+      {9007199254740992.0, "9007199254740992"},
+      {static_cast<double>(0.133166f), "0.13316600024700165"},
+  };
+  for (const auto& [value, text] : cases)
+    EXPECT_EQ(GetJSONUTF8String(JSONValue(value), true), text);
+}
+
+TEST(Json, WhatJsonCannotExpressIsNotWritten) {
+  EXPECT_EQ(GetJSONUTF8String(JSONValue(std::numeric_limits<double>::quiet_NaN()), false), "");
+  EXPECT_EQ(GetJSONUTF8String(JSONValue(std::numeric_limits<double>::infinity()), false), "");
+  EXPECT_EQ(GetJSONUTF8String(JSONValue(), false), "");
+  EXPECT_EQ(GetJSONUTF8String(JSONValue(1.0f), false), "");
+  JSONValue deep = 1.0;
+  for (int i = 0; i <= kMaxJSONDepth; ++i) {
+    JSONValue array;
+    AppendToArray(array, deep);
+    deep = array;
+  }
+  EXPECT_EQ(GetJSONUTF8String(deep, false), "");
+  JSONValue broken;
+  AddToObject(broken, "bad", JSONValue(std::string("a\xFFz")));
+  EXPECT_EQ(GetJSONUTF8String(broken, false), "{\"bad\":\"a\xEF\xBF\xBDz\"}");
+}
+
+TEST(Json, IndentedTextHasTabsAndCarriageReturns) {
+  EXPECT_EQ(GetJSONUTF8String(JSONParse("[{\"b\":{},\"a\":[1,[]]}]"), true),
+            "[\r\n\t{\r\n\t\t\"a\": [\r\n\t\t\t1,\r\n\t\t\t[\r\n\t\t\t]\r\n\t\t],\r\n"
+            "\t\t\"b\": {\r\n\t\t}\r\n\t}\r\n]");
+}
+
+TEST(Json, TreesAreBuiltOnlyOfTheirKind) {
+  JSONValue object;
+  AddToObject(object, "key", JSONValue(1.0));
+  EXPECT_THROW(AppendToArray(object, JSONValue(1.0)), BadCast);
+  EXPECT_THROW(JSONToFloat(object), std::bad_cast);
+  EXPECT_EQ(GetVariantInObject(object, "other"), nullptr);
+  EXPECT_EQ(GetVariantInObject(JSONValue(1.0), "key"), nullptr);
+  EXPECT_EQ(JSONToFloat(*GetVariantInObject(object, "key")), 1.0f);
+  EXPECT_STREQ(BadCast().what(), "bad cast");
+}
+
+}  // namespace
+}  // namespace teskcore::serialization

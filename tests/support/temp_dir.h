@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "orvel/core/dir.h"
+#include "orvel/core/guid.h"
+
+namespace orvel::test {
+
+/// An empty folder that goes with the test.
+class TempDir {
+ public:
+  TempDir()
+      : path_(std::filesystem::path(::testing::TempDir()) /
+              ("orvel-" + Guid::CreateUnique().AsUTF8String())) {
+    std::filesystem::create_directories(path_);
+  }
+  ~TempDir() {
+    std::error_code error;
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all, error);
+    std::filesystem::remove_all(path_, error);
+  }
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+  Dir AsDir() const { return Dir(path_.u16string()); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace orvel::test
