@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvel/core/export.h"
+#include "orvel/definitions/param_definition.h"
+#include "orvel/definitions/parameter_mapping.h"
+
+namespace orvel {
+
+/// The effects and the configuration key of the clarity section, "model_clarity": dynamics,
+/// equaliser, vocal enhancer.
+class ORVEL_EXPORT SectionClarityConfig {
+ public:
+  static const std::u16string& GetDynamicsComponentID();
+  static const std::u16string& GetEQComponentID();
+  static const std::u16string& GetVocalEnhanceComponentID();
+
+  /// A tree of named float lists, one value per parameter of the equaliser on its scale of 0..1.
+  static const std::string kConfig_EQPresets;
+
+  /// The settings of the dynamics processor for a clip whose louder parts lie at `upperLevel` and
+  /// whose quieter parts lie at `lowerLevel`, both in dBFS; any values are taken, and clamped to
+  /// -100..0 dBFS. They stand in for the control's own mappings, which know nothing of the clip.
+  static std::vector<ParameterMapping> ComputeDynamicsProcessorSettings(float upperLevel,
+                                                                        float lowerLevel);
+};
+
+class ORVEL_EXPORT SectionModelClarityParams {
+ public:
+  enum Param : int {
+    kEnabled,
+    kEnableDynamics,
+    kDynamicsAmount,
+    kEnableEQ,
+    kEQAmount,
+    kEQPreset,
+    kEnableVocalEnhancer,
+    kVocalEnhancerMode,
+    kEQCurveValue0,  ///< the first of ten, one per band
+    kAnalysisStatus = kEQCurveValue0 + 10,
+    kReanalyzeDynamics,
+  };
+
+  /// The maximum of `kEQPreset` is set by the configuration.
+  static const std::vector<ParamDefinition> sParamDefinitions;
+};
+
+}  // namespace orvel

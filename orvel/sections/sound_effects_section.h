@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "orvel/core/export.h"
+#include "orvel/definitions/param_definition.h"
+
+namespace orvel {
+
+/// The effect and the configuration key of the creative section, "model_soundeffects": a reverb
+/// chosen from a list.
+class ORVEL_EXPORT SectionSoundEffectsConfig {
+ public:
+  /// The studio reverb.
+  static const std::u16string& GetReverbComponentID();
+
+  /// A tree of named float lists, one value per parameter of the reverb on its scale of 0..1.
+  static const std::string kConfig_ReverbPresets;
+};
+
+class ORVEL_EXPORT SectionModelSoundEffectsParams {
+ public:
+  enum Param : int { kEnabled, kEnableReverb, kAdjustReverb, kReverbPreset };
+
+  /// The maximum of `kReverbPreset` is set by the configuration.
+  static const std::vector<ParamDefinition> sParamDefinitions;
+};
+
+}  // namespace orvel
