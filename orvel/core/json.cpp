@@ -1,9 +1,8 @@
 #include "orvel/core/json.h"
 
-#include <cstdint>
-
-#include <boost/numeric/conversion/cast.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include "orvel/core/json_source.h"
 
 namespace teskcore::serialization {
 namespace {
@@ -45,14 +44,6 @@ JSONValuePtr GetVariantInObject(const JSONValuePtr& object, const std::string& k
   return object ? GetVariantInObject(*object, key) : nullptr;
 }
 
-float JSONToFloat(const JSONValue& value) {
-  if (const auto* number = boost::any_cast<double>(&value))
-    return boost::numeric_cast<float>(*number);
-  if (const auto* number = boost::any_cast<std::int64_t>(&value))
-    return static_cast<float>(*number);
-  if (const auto* number = boost::any_cast<std::uint64_t>(&value))
-    return static_cast<float>(*number);
-  throw BadCast();
-}
+float JSONToFloat(const JSONValue& value) { return JSONTreeSource(&value).ReadFloat(); }
 
 }  // namespace teskcore::serialization

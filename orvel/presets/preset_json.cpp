@@ -3,180 +3,215 @@
 #include <cstdint>
 #include <utility>
 
-#include <boost/smart_ptr/make_shared.hpp>
-
-#include "orvel/core/prop_list_json.h"
+#include "orvel/core/json_sink.h"
+#include "orvel/core/json_source.h"
+#include "orvel/core/prop_list_io.h"
 
 namespace teskcore::serialization {
 namespace {
 
+using orvel::ConfigPresetData;
 using orvel::Guid;
-using orvel::PropList;
+using orvel::Preset;
+using orvel::UserPresetData;
 
 constexpr std::int64_t kVersion = 1;
 
 // The host's serialisation hands a parsed root to its readers under this name.
 constexpr char kWrapper[] = "SerializerWrappedObject";
 
-template <typename T>
-const T& As(const JSONValue& value) {
-  const auto* held = boost::any_cast<T>(&value);
-  if (held == nullptr) throw BadCast();
-  return *held;
+template <typename Sink>
+void WriteText(Sink& sink, const char* key, const std::string& text) {
+  sink.Key(key);
+  sink.Text(text);
 }
 
-const JSONValue& Unwrap(const JSONValue& value) {
+template <typename Sink, typename Model>
+void WriteModels(Sink& sink, const std::map<std::string, Model>& models) {
+  sink.Key("Models");
+  sink.BeginObject();
+  for (const auto& [modelID, model] : models) {
+    sink.Key(modelID);
+    Write(sink, model);
+  }
+  sink.EndObject();
+}
+
+// Members stand in the order of their keys.
+template <typename Sink>
+void Write(Sink& sink, const UserPresetData& data) {
+  sink.BeginObject();
+  WriteText(sink, "Config", data.Config.AsUTF8String());
+  WriteText(sink, "ModeID", data.ModeID);
+  WriteModels(sink, data.Models);
+  sink.EndObject();
+}
+
+template <typename Sink>
+void Write(Sink& sink, const ConfigPresetData& data) {
+  sink.BeginObject();
+  WriteText(sink, "ModeID", data.ModeID);
+  WriteModels(sink, data.Models);
+  sink.EndObject();
+}
+
+template <typename Sink, typename T>
+void Write(Sink& sink, const Preset<T>& preset) {
+  sink.BeginObject();
+  WriteText(sink, "Guid", preset.Guid.AsUTF8String());
+  WriteText(sink, "Name", preset.Name);
+  sink.Key("PresetData");
+  Write(sink, preset.PresetData);
+  WriteText(sink, "Type", T::kType.AsUTF8String());
+  sink.Key("Version");
+  sink.Integer(kVersion);
+  sink.EndObject();
+}
+
+template <typename Sink, typename T>
+void Write(Sink& sink, const std::vector<Preset<T>>& presets) {
+  sink.BeginArray();
+  for (const auto& preset : presets) Write(sink, preset);
+  sink.EndArray();
+}
+
+// In each reader a member that stands twice counts as it stands last.
+
+template <typename Source, typename Model>
+void ReadModels(Source source, std::map<std::string, Model>& models) {
+  models.clear();
+  source.ForEachMember(
+      [&models](const std::string& modelID, auto value) { Read(value, models[modelID]); });
+}
+
+template <typename Source>
+void Read(Source source, UserPresetData& data) {
+  data = {};
+  source.ForEachMember([&data](const std::string& key, auto value) {
+    if (key == "Config") {
+      data.Config = Guid(value.ReadText());
+    } else if (key == "ModeID") {
+      data.ModeID = value.ReadText();
+    } else if (key == "Models") {
+      ReadModels(value, data.Models);
+    } else {
+      value.Skip();
+    }
+  });
+}
+
+template <typename Source>
+void Read(Source source, ConfigPresetData& data) {
+  data = {};
+  source.ForEachMember([&data](const std::string& key, auto value) {
+    if (key == "ModeID") {
+      data.ModeID = value.ReadText();
+    } else if (key == "Models") {
+      ReadModels(value, data.Models);
+    } else {
+      value.Skip();
+    }
+  });
+}
+
+template <typename Source, typename T>
+void Read(Source source, Preset<T>& preset) {
+  preset = {};
+  if (!source.IsObject()) return source.Skip();
+  source.ForEachMember([&preset](const std::string& key, auto value) {
+    if (key == "Guid") {
+      preset.Guid = Guid(value.ReadText());
+    } else if (key == "Type") {
+      preset.Type = Guid(value.ReadText());
+    } else if (key == "Name") {
+      preset.Name = value.ReadText();
+    } else if (key == "PresetData") {
+      Read(value, preset.PresetData);
+    } else {
+      value.Skip();
+    }
+  });
+}
+
+template <typename Source, typename T>
+void Read(Source source, std::vector<Preset<T>>& presets) {
+  presets.clear();
+  source.ForEachElement([&presets](auto element) {
+    Preset<T> preset;
+    Read(element, preset);
+    if (!preset.Guid.IsNull()) presets.push_back(std::move(preset));
+  });
+}
+
+template <typename T>
+JSONValue ToTree(const T& record) {
+  JSONTreeSink sink;
+  Write(sink, record);
+  return sink.GetRoot();
+}
+
+template <typename T>
+T FromTree(const JSONValue& value) {
   const JSONValuePtr wrapped = GetVariantInObject(value, kWrapper);
-  return wrapped ? *wrapped : value;  // kept alive by `value`
+  T record;
+  Read(JSONTreeSource(wrapped ? wrapped.get() : &value), record);
+  return record;
 }
 
-JSONValue Wrap(const JSONValuePtr& root) {
-  JSONValue wrapper;
-  AddToObject(wrapper, kWrapper, root);
-  return wrapper;
-}
-
-std::string ReadText(const JSONValue& object, const char* key) {
-  const JSONValuePtr member = GetVariantInObject(object, key);
-  return member ? As<std::string>(*member) : std::string();
-}
-
-Guid ReadGuid(const JSONValue& object, const char* key) { return Guid(ReadText(object, key)); }
-
-JSONValue Write(const std::vector<float>& values) {
-  JSONArray array;
-  array.reserve(values.size());
-  for (const float value : values) {
-    array.push_back(boost::make_shared<JSONValue>(static_cast<double>(value)));
+// The text goes straight into the record. Only when that fails is a tree made of it, to tell what
+// is wrong, or that nothing is: a property's value that stands before its type is no fault.
+template <typename T>
+void ReadText(const std::string& text, T& record) {
+  T read;
+  if (!ReadJSONStream(text, [&read](JSONStreamSource source) { Read(source, read); })) {
+    const JSONValuePtr root = JSONParse(text);
+    if (!root) throw orvel::JSONError("JSON not well-formed");
+    JSONValue wrapper;
+    AddToObject(wrapper, kWrapper, root);
+    read = FromTree<T>(wrapper);
   }
-  return array;
-}
-
-JSONValue Write(const PropList& list) { return JSONConvert<PropList>::ToJSON(list); }
-
-void Read(const JSONValue& value, std::vector<float>& values) {
-  for (const auto& element : As<JSONArray>(value)) values.push_back(JSONToFloat(*element));
-}
-
-void Read(const JSONValue& value, PropList& list) { list = JSONConvert<PropList>::FromJSON(value); }
-
-template <typename Model>
-JSONValue WriteModels(const std::map<std::string, Model>& models) {
-  JSONValue object = JSONObject();
-  for (const auto& [modelID, model] : models) AddToObject(object, modelID, Write(model));
-  return object;
-}
-
-template <typename Model>
-void ReadModels(const JSONValue& payload, std::map<std::string, Model>& models) {
-  const JSONValuePtr object = GetVariantInObject(payload, "Models");
-  if (!object) return;
-  for (const auto& [modelID, value] : As<JSONObject>(*object)) Read(*value, models[modelID]);
+  record = std::move(read);
 }
 
 template <typename T>
-JSONValue WriteRecord(const orvel::Preset<T>& preset) {
-  JSONValue object;
-  AddToObject(object, "Guid", JSONValue(preset.Guid.AsUTF8String()));
-  AddToObject(object, "Name", JSONValue(preset.Name));
-  AddToObject(object, "PresetData", JSONConvert<T>::ToJSON(preset.PresetData));
-  AddToObject(object, "Type", JSONValue(T::kType.AsUTF8String()));
-  AddToObject(object, "Version", JSONValue(kVersion));
-  return object;
-}
-
-template <typename T>
-orvel::Preset<T> ReadRecord(const JSONValue& value) {
-  const JSONValue& object = Unwrap(value);
-  orvel::Preset<T> preset;
-  if (boost::any_cast<JSONObject>(&object) == nullptr) return preset;
-  preset.Guid = ReadGuid(object, "Guid");
-  preset.Type = ReadGuid(object, "Type");
-  preset.Name = ReadText(object, "Name");
-  const JSONValuePtr payload = GetVariantInObject(object, "PresetData");
-  if (payload) preset.PresetData = JSONConvert<T>::FromJSON(*payload);
-  return preset;
-}
-
-JSONValue ParseWrapped(const std::string& text) {
-  const JSONValuePtr root = JSONParse(text);
-  if (!root) throw orvel::JSONError("JSON not well-formed");
-  return Wrap(root);
-}
-
-template <typename T>
-void ReadDocument(const std::string& text, std::vector<orvel::Preset<T>>& presets) {
-  const JSONValue wrapped = ParseWrapped(text);
-  std::vector<orvel::Preset<T>> read;
-  for (const auto& element : As<JSONArray>(Unwrap(wrapped))) {
-    auto preset = ReadRecord<T>(*element);
-    if (!preset.Guid.IsNull()) read.push_back(std::move(preset));
-  }
-  presets = std::move(read);
-}
-
-template <typename T>
-JSONValue WriteDocument(const std::vector<orvel::Preset<T>>& presets) {
-  JSONValue array = JSONArray();
-  for (const auto& preset : presets) AppendToArray(array, WriteRecord(preset));
-  return array;
-}
-
-bool WriteText(const JSONValue& value, std::string& text) {
-  std::string written = GetJSONUTF8String(value, true);
-  if (written.empty()) return false;
-  text = std::move(written);
+bool WriteText(const T& record, std::string& text) {
+  JSONTextSink sink(true);
+  Write(sink, record);
+  if (sink.HasFailed()) return false;
+  text = sink.TakeText();
   return true;
 }
 
 }  // namespace
 
-JSONValue JSONConvert<orvel::UserPresetData>::ToJSON(const orvel::UserPresetData& data) {
-  JSONValue object;
-  AddToObject(object, "Config", JSONValue(data.Config.AsUTF8String()));
-  AddToObject(object, "ModeID", JSONValue(data.ModeID));
-  AddToObject(object, "Models", WriteModels(data.Models));
-  return object;
+JSONValue JSONConvert<UserPresetData>::ToJSON(const UserPresetData& data) { return ToTree(data); }
+
+UserPresetData JSONConvert<UserPresetData>::FromJSON(const JSONValue& value) {
+  return FromTree<UserPresetData>(value);
 }
 
-orvel::UserPresetData JSONConvert<orvel::UserPresetData>::FromJSON(const JSONValue& value) {
-  As<JSONObject>(value);
-  orvel::UserPresetData data;
-  data.Config = ReadGuid(value, "Config");
-  data.ModeID = ReadText(value, "ModeID");
-  ReadModels(value, data.Models);
-  return data;
+JSONValue JSONConvert<ConfigPresetData>::ToJSON(const ConfigPresetData& data) {
+  return ToTree(data);
 }
 
-JSONValue JSONConvert<orvel::ConfigPresetData>::ToJSON(const orvel::ConfigPresetData& data) {
-  JSONValue object;
-  AddToObject(object, "ModeID", JSONValue(data.ModeID));
-  AddToObject(object, "Models", WriteModels(data.Models));
-  return object;
-}
-
-orvel::ConfigPresetData JSONConvert<orvel::ConfigPresetData>::FromJSON(const JSONValue& value) {
-  As<JSONObject>(value);
-  orvel::ConfigPresetData data;
-  data.ModeID = ReadText(value, "ModeID");
-  ReadModels(value, data.Models);
-  return data;
+ConfigPresetData JSONConvert<ConfigPresetData>::FromJSON(const JSONValue& value) {
+  return FromTree<ConfigPresetData>(value);
 }
 
 JSONValue JSONConvert<orvel::UserPreset>::ToJSON(const orvel::UserPreset& preset) {
-  return WriteRecord(preset);
+  return ToTree(preset);
 }
 
 orvel::UserPreset JSONConvert<orvel::UserPreset>::FromJSON(const JSONValue& value) {
-  return ReadRecord<orvel::UserPresetData>(value);
+  return FromTree<orvel::UserPreset>(value);
 }
 
 JSONValue JSONConvert<orvel::ConfigPreset>::ToJSON(const orvel::ConfigPreset& preset) {
-  return WriteRecord(preset);
+  return ToTree(preset);
 }
 
 orvel::ConfigPreset JSONConvert<orvel::ConfigPreset>::FromJSON(const JSONValue& value) {
-  return ReadRecord<orvel::ConfigPresetData>(value);
+  return FromTree<orvel::ConfigPreset>(value);
 }
 
 }  // namespace teskcore::serialization
@@ -186,35 +221,35 @@ namespace orvel {
 namespace serialization = teskcore::serialization;
 
 void ReadPreset(const std::string& text, UserPreset& preset) {
-  preset = serialization::ReadRecord<UserPresetData>(serialization::ParseWrapped(text));
+  serialization::ReadText(text, preset);
 }
 
 void ReadPreset(const std::string& text, ConfigPreset& preset) {
-  preset = serialization::ReadRecord<ConfigPresetData>(serialization::ParseWrapped(text));
+  serialization::ReadText(text, preset);
 }
 
 void ReadPresets(const std::string& text, std::vector<UserPreset>& presets) {
-  serialization::ReadDocument(text, presets);
+  serialization::ReadText(text, presets);
 }
 
 void ReadPresets(const std::string& text, std::vector<ConfigPreset>& presets) {
-  serialization::ReadDocument(text, presets);
+  serialization::ReadText(text, presets);
 }
 
 bool WritePreset(const UserPreset& preset, std::string& text) {
-  return serialization::WriteText(serialization::WriteRecord(preset), text);
+  return serialization::WriteText(preset, text);
 }
 
 bool WritePreset(const ConfigPreset& preset, std::string& text) {
-  return serialization::WriteText(serialization::WriteRecord(preset), text);
+  return serialization::WriteText(preset, text);
 }
 
 bool WritePresets(const std::vector<UserPreset>& presets, std::string& text) {
-  return serialization::WriteText(serialization::WriteDocument(presets), text);
+  return serialization::WriteText(presets, text);
 }
 
 bool WritePresets(const std::vector<ConfigPreset>& presets, std::string& text) {
-  return serialization::WriteText(serialization::WriteDocument(presets), text);
+  return serialization::WriteText(presets, text);
 }
 
 }  // namespace orvel
