@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "orvel/core/export.h"
+
 namespace orvel {
 
 /// What a clip holds.
@@ -14,5 +16,20 @@ enum ClipType : std::int32_t {
   type_ambience = 5,
   type_other = 6,
 };
+
+/// Localisation keys of the clip types' display texts, for `ZString`.
+extern ORVEL_EXPORT const char* const kClipTypeNameNotSetStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameDialogStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameMusicStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameBackgroundMusicStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameSFXStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameAmbienceStr;
+extern ORVEL_EXPORT const char* const kClipTypeNameOtherStr;
+
+/// The same for the adjustments modes.
+extern ORVEL_EXPORT const char* const kAdjustmentsModeNameDialogStr;
+extern ORVEL_EXPORT const char* const kAdjustmentsModeNameMusicStr;
+extern ORVEL_EXPORT const char* const kAdjustmentsModeNameSFXStr;
+extern ORVEL_EXPORT const char* const kAdjustmentsModeNameAmbienceStr;
 
 }  // namespace orvel
