@@ -1,0 +1,30 @@
+# Follows the includes of orvel/orvel.h below ROOT and compares what it reaches with the header
+# paths in the file INSTALLED.
+
+cmake_minimum_required(VERSION 3.25)
+
+file(STRINGS "${INSTALLED}" installed)
+set(reached "")
+set(waiting orvel/orvel.h)
+while(waiting)
+  list(POP_FRONT waiting header)
+  list(APPEND reached "${ROOT}/${header}")
+  file(STRINGS "${ROOT}/${header}" includes REGEX "^[ \t]*#[ \t]*include[ \t]*\"")
+  foreach(line IN LISTS includes)
+    string(REGEX REPLACE "^[^\"]*\"([^\"]*)\".*" "\\1" included "${line}")
+    if(NOT "${ROOT}/${included}" IN_LIST reached AND NOT included IN_LIST waiting)
+      list(APPEND waiting "${included}")
+    endif()
+  endforeach()
+endwhile()
+
+set(hidden ${installed})
+list(REMOVE_ITEM hidden ${reached})
+set(private ${reached})
+list(REMOVE_ITEM private ${installed})
+foreach(header IN LISTS hidden)
+  message(SEND_ERROR "${header} is installed, but orvel/orvel.h does not include it")
+endforeach()
+foreach(header IN LISTS private)
+  message(SEND_ERROR "${header} is included from orvel/orvel.h, but is not installed")
+endforeach()
