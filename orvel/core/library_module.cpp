@@ -8,21 +8,24 @@
 namespace orvel {
 namespace {
 
-bool RegisterResources() {
+bool RegisterResources(ModuleHandle module) {
   using resources::EmbeddedResource;
   std::for_each_n(resources::kEmbeddedResources, resources::kEmbeddedResourceCount,
-                  [](const EmbeddedResource& resource) {
-                    teskcore::filesupport::RegisterModuleResource(GetLibraryModule(), resource.name,
-                                                                  resource.type, resource.data,
-                                                                  resource.size);
+                  [module](const EmbeddedResource& resource) {
+                    teskcore::filesupport::RegisterModuleResource(
+                        module, resource.name, resource.type, resource.data, resource.size);
                   });
   return true;
 }
 
-[[maybe_unused]] const bool registered = RegisterResources();
-
 }  // namespace
 
-ModuleHandle GetLibraryModule() { return resources::kEmbeddedResources; }
+ModuleHandle GetLibraryModule() {
+  const ModuleHandle module = resources::kEmbeddedResources;
+  // Here and not while the library is loaded: the table itself is filled only then.
+  static const bool registered = RegisterResources(module);
+  static_cast<void>(registered);
+  return module;
+}
 
 }  // namespace orvel

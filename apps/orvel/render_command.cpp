@@ -1,0 +1,155 @@
+#include "apps/orvel/render_command.h"
+
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <getopt.h>
+
+#include "apps/orvel/exit_code.h"
+#include "apps/orvel/progress_bar.h"
+#include "host/audio/audio_error.h"
+#include "host/render/renderer.h"
+#include "host/render/report_text.h"
+#include "host/session/host.h"
+#include "host/session/setting.h"
+
+namespace orvelcli {
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: orvel render IN -o OUT [--set SECTION.PARAMETER=VALUE]...\n"
+    "\n"
+    "Reads the audio of IN (WAV, FLAC, MP3, Ogg, a video and more), applies the sections that\n"
+    "are set, writes OUT (WAV 32 bit float or FLAC 24 bit, by its name) and prints what was\n"
+    "measured before and after.\n"
+    "\n"
+    "  -o, --output OUT   the file to write\n"
+    "  -s, --set NAME=N   sets a value in its unit, and switches its control on unless the\n"
+    "                     control's switch is set, too\n"
+    "  -f, --force        replaces OUT when it exists\n"
+    "  -q, --quiet        prints nothing but errors and warnings\n"
+    "  -h, --help         prints this\n"
+    "\n"
+    "What can be set:\n";
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void Interrupt(int /*signal*/) { interrupted = 1; }
+
+struct Arguments {
+  std::vector<std::string> inputs;
+  std::vector<std::string> outputs;
+  std::vector<std::string> settings;
+  bool force = false;
+  bool quiet = false;
+  bool help = false;
+};
+
+int FailUsage(const std::string& cause) {
+  std::cerr << "orvel render: " << cause << "\n";
+  return kExit_Usage;
+}
+
+/// None, after saying why, when an option is unknown or lacks its value.
+std::optional<Arguments> ParseArguments(int argc, char** argv) {
+  static const option kOptions[] = {
+      {"output", required_argument, nullptr, 'o'}, {"set", required_argument, nullptr, 's'},
+      {"force", no_argument, nullptr, 'f'},        {"quiet", no_argument, nullptr, 'q'},
+      {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
+  };
+  Arguments arguments;
+  opterr = 0;
+  while (true) {
+    const int letter = getopt_long(argc, argv, ":o:s:fqh", kOptions, nullptr);
+    switch (letter) {
+      case -1:
+        arguments.inputs.assign(argv + optind, argv + argc);
+        return arguments;
+      case 'o':
+        arguments.outputs.emplace_back(optarg);
+        break;
+      case 's':
+        arguments.settings.emplace_back(optarg);
+        break;
+      case 'f':
+        arguments.force = true;
+        break;
+      case 'q':
+        arguments.quiet = true;
+        break;
+      case 'h':
+        arguments.help = true;
+        break;
+      case ':':
+        FailUsage("the option " + std::string(argv[optind - 1]) + " needs a value");
+        return std::nullopt;
+      default:
+        FailUsage("unknown or misused option " + std::string(argv[optind - 1]) +
+                  "; see orvel render --help");
+        return std::nullopt;
+    }
+  }
+}
+
+int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
+  std::signal(SIGINT, &Interrupt);
+  std::signal(SIGTERM, &Interrupt);
+  orvelhost::RenderReport report;
+  try {
+    const orvelhost::Host host;
+    ProgressBar bar;
+    request.progress = [&bar](double done) {
+      bar.Show(done);
+      return interrupted == 0;
+    };
+    report = orvelhost::Render(host, request);
+  } catch (const orvelhost::AudioError& error) {
+    std::cerr << "orvel render: " << error.what() << "\n";
+    return interrupted == 0 ? kExit_Failed : kExit_Interrupted;
+  }
+  for (const std::string& note : report.notes) {
+    std::cerr << "orvel render: note: " << note << "\n";
+  }
+  if (!arguments.quiet) {
+    std::cout << orvelhost::FormatLevels(report);
+  }
+  return kExit_Success;
+}
+
+}  // namespace
+
+int RunRender(int argc, char** argv) {
+  const std::optional<Arguments> arguments = ParseArguments(argc, argv);
+  if (!arguments) {
+    return kExit_Usage;
+  }
+  if (arguments->help) {
+    std::cout << kUsage << orvelhost::DescribeSettings();
+    return kExit_Success;
+  }
+  if (arguments->inputs.size() != 1) {
+    return FailUsage("give one input file, not " + std::to_string(arguments->inputs.size()) +
+                     "; see orvel render --help");
+  }
+  if (arguments->outputs.size() != 1) {
+    return FailUsage("give one output with -o, not " + std::to_string(arguments->outputs.size()));
+  }
+  orvelhost::RenderRequest request;
+  request.input = arguments->inputs.front();
+  request.output = arguments->outputs.front();
+  request.replaceOutput = arguments->force;
+  std::string error;
+  if (!orvelhost::ParseSettings(arguments->settings, request.settings, error)) {
+    return FailUsage(error);
+  }
+  if (const std::string fault = orvelhost::FindOutputFault(request); !fault.empty()) {
+    return FailUsage(fault);
+  }
+  return Run(*arguments, request);
+}
+
+}  // namespace orvelcli

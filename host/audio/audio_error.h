@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace orvelhost {
+
+/// A failure that comes from outside: a file, its content, a device that is full. `what()` is one
+/// line that names the file and the cause, fit to be shown to the person who gave the file.
+class AudioError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file's name as messages give it.
+inline std::string Quoted(const std::filesystem::path& path) {
+  return std::string("'").append(path.string()).append("'");
+}
+
+}  // namespace orvelhost

@@ -1,0 +1,174 @@
+#include "host/audio/filter_graph.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/audio/audio_error.h"
+#include "host/audio/ffmpeg.h"
+
+namespace orvelhost {
+namespace {
+
+/// Filters see frames of this size only, the last one excepted: some of them act once per frame.
+constexpr std::size_t kFrameSize = 1024;
+
+}  // namespace
+
+class FilterGraph::Graph {
+ public:
+  Graph(const AudioFormat& input, const std::vector<FilterSpec>& filters)
+      : input_(input), pending_(input, kFrameSize) {
+    ffmpeg::Silence();
+    // Filters that split their work over threads would be free to differ from run to run.
+    graph_->nb_threads = 1;
+    AVFilterContext* last = nullptr;
+    const auto append = [&](const FilterSpec& spec) {
+      AVFilterContext* next = Add(spec);
+      if (last != nullptr) {
+        Check(avfilter_link(last, 0, next, 0), spec.filter);
+      }
+      return last = next;
+    };
+    source_ = append({"abuffer",
+                      {{"sample_rate", std::to_string(input.sampleRate)},
+                       {"sample_fmt", "fltp"},
+                       {"time_base", "1/" + std::to_string(input.sampleRate)},
+                       {"channel_layout", DescribeLayout(input)}}});
+    for (const FilterSpec& spec : filters) {
+      append(spec);
+    }
+    append(
+        {"aformat", {{"sample_fmts", "fltp"}, {"sample_rates", std::to_string(input.sampleRate)}}});
+    sink_ = append({"abuffersink", {}});
+    Check(avfilter_graph_config(graph_.get(), nullptr), "the whole chain");
+
+    AVChannelLayout layout{};
+    Check(av_buffersink_get_ch_layout(sink_, &layout), "abuffersink");
+    output_ = {input.sampleRate, layout.nb_channels, ffmpeg::ChannelLayout(layout).Speakers()};
+    av_channel_layout_uninit(&layout);
+    if (output_.channelCount == input.channelCount) {
+      output_.speakers = input.speakers;  // what was unknown stays unknown
+    }
+  }
+
+  const AudioFormat& OutputFormat() const { return output_; }
+
+  void Push(const AudioBlock& block) {
+    if (block.Format() != input_) {
+      throw AudioError("cannot process: a block of another format was given");
+    }
+    for (std::size_t done = 0; done < block.FrameCount();) {
+      const std::size_t count = std::min(kFrameSize - pendingCount_, block.FrameCount() - done);
+      for (int channel = 0; channel < input_.channelCount; ++channel) {
+        const std::span<const float> from = block.Channel(channel).subspan(done, count);
+        std::ranges::copy(from, pending_.Channel(channel).subspan(pendingCount_).begin());
+      }
+      done += count;
+      pendingCount_ += count;
+      if (pendingCount_ == kFrameSize) {
+        SendPending();
+      }
+    }
+  }
+
+  void Finish() {
+    if (pendingCount_ > 0) {
+      SendPending();
+    }
+    Check(av_buffersrc_add_frame(source_, nullptr), "abuffer");
+  }
+
+  bool Pull(AudioBlock& block) {
+    while (true) {
+      const int status = av_buffersink_get_frame(sink_, frame_.get());
+      if (status == ffmpeg::kTryAgain || status == ffmpeg::kEndOfStream) {
+        return false;
+      }
+      Check(status, "the whole chain");
+      if (frame_->nb_samples > 0) {
+        break;
+      }
+      av_frame_unref(frame_.get());
+    }
+    block = AudioBlock(output_, static_cast<std::size_t>(frame_->nb_samples));
+    for (int channel = 0; channel < output_.channelCount; ++channel) {
+      const std::span<float> to = block.Channel(channel);
+      std::memcpy(to.data(), frame_->extended_data[channel], to.size_bytes());
+    }
+    av_frame_unref(frame_.get());
+    return true;
+  }
+
+ private:
+  static void Check(int status, const std::string& filter) {
+    if (status < 0) {
+      ffmpeg::Check(status, "cannot process: the filter '" + filter + "' failed");
+    }
+  }
+
+  static std::string DescribeLayout(const AudioFormat& format) {
+    const ffmpeg::ChannelLayout layout(format);
+    char text[256] = {};
+    Check(av_channel_layout_describe(&layout.Get(), text, sizeof text), "abuffer");
+    return text;
+  }
+
+  AVFilterContext* Add(const FilterSpec& spec) {
+    const AVFilter* filter = avfilter_get_by_name(spec.filter.c_str());
+    if (filter == nullptr) {
+      throw AudioError("cannot process: the FFmpeg libraries of this machine lack the filter '" +
+                       spec.filter + "'");
+    }
+    AVFilterContext* context = avfilter_graph_alloc_filter(graph_.get(), filter, nullptr);
+    if (context == nullptr) {
+      throw std::bad_alloc();
+    }
+    for (const auto& [name, value] : spec.options) {
+      Check(av_opt_set(context, name.c_str(), value.c_str(), AV_OPT_SEARCH_CHILDREN),
+            std::string(spec.filter).append(" ").append(name).append("=").append(value));
+    }
+    Check(avfilter_init_dict(context, nullptr), spec.filter);
+    return context;
+  }
+
+  void SendPending() {
+    const ffmpeg::FramePtr frame(av_frame_alloc());
+    frame->format = AV_SAMPLE_FMT_FLTP;
+    frame->sample_rate = input_.sampleRate;
+    frame->nb_samples = static_cast<int>(pendingCount_);
+    frame->pts = position_;
+    Check(av_channel_layout_copy(&frame->ch_layout, &ffmpeg::ChannelLayout(input_).Get()),
+          "abuffer");
+    Check(av_frame_get_buffer(frame.get(), 0), "abuffer");
+    for (int channel = 0; channel < input_.channelCount; ++channel) {
+      const std::span<const float> from = pending_.Channel(channel).first(pendingCount_);
+      std::memcpy(frame->extended_data[channel], from.data(), from.size_bytes());
+    }
+    position_ += frame->nb_samples;
+    pendingCount_ = 0;
+    Check(av_buffersrc_add_frame(source_, frame.get()), "abuffer");
+  }
+
+  AudioFormat input_;
+  AudioFormat output_;
+  ffmpeg::GraphPtr graph_{avfilter_graph_alloc()};
+  AVFilterContext* source_ = nullptr;
+  AVFilterContext* sink_ = nullptr;
+  ffmpeg::FramePtr frame_{av_frame_alloc()};
+  AudioBlock pending_;
+  std::size_t pendingCount_ = 0;
+  std::int64_t position_ = 0;
+};
+
+FilterGraph::FilterGraph(const AudioFormat& input, const std::vector<FilterSpec>& filters)
+    : graph_(std::make_unique<Graph>(input, filters)) {}
+FilterGraph::~FilterGraph() = default;
+FilterGraph::FilterGraph(FilterGraph&&) noexcept = default;
+FilterGraph& FilterGraph::operator=(FilterGraph&&) noexcept = default;
+
+const AudioFormat& FilterGraph::OutputFormat() const { return graph_->OutputFormat(); }
+void FilterGraph::Push(const AudioBlock& block) { graph_->Push(block); }
+void FilterGraph::Finish() { graph_->Finish(); }
+bool FilterGraph::Pull(AudioBlock& block) { return graph_->Pull(block); }
+
+}  // namespace orvelhost

@@ -1,0 +1,101 @@
+#include "host/audio/level_meter.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <limits>
+#include <new>
+#include <vector>
+
+#include <ebur128.h>
+
+namespace orvelhost {
+namespace {
+
+struct FreeState {
+  void operator()(ebur128_state* state) const { ebur128_destroy(&state); }
+};
+
+double AmplitudeInDb(double amplitude) { return 20.0 * std::log10(amplitude); }
+
+}  // namespace
+
+class LevelMeter::Meter {
+ public:
+  explicit Meter(const AudioFormat& format)
+      : format_(format),
+        state_(ebur128_init(static_cast<unsigned>(format.channelCount),
+                            static_cast<unsigned long>(format.sampleRate),
+                            EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK)) {
+    if (!state_) {
+      throw std::bad_alloc();
+    }
+  }
+
+  void Add(const AudioBlock& block) {
+    assert(block.Format() == format_);
+    const std::size_t channels = static_cast<std::size_t>(format_.channelCount);
+    interleaved_.resize(block.FrameCount() * channels);
+    for (int channel = 0; channel < format_.channelCount; ++channel) {
+      std::size_t index = static_cast<std::size_t>(channel);
+      for (const float sample : block.Channel(channel)) {
+        interleaved_[index] = sample;
+        index += channels;
+      }
+    }
+    if (ebur128_add_frames_float(state_.get(), interleaved_.data(), block.FrameCount()) !=
+        EBUR128_SUCCESS) {
+      throw std::bad_alloc();  // the one way in which it fails
+    }
+    if (format_.channelCount == 2) {
+      AddWidth(block.Channel(0), block.Channel(1));
+    }
+  }
+
+  Levels Measure() const {
+    Levels levels{};
+    ebur128_loudness_global(state_.get(), &levels.loudness);
+    double samplePeak = 0.0;
+    double truePeak = 0.0;
+    for (unsigned channel = 0; channel < state_->channels; ++channel) {
+      double peak = 0.0;
+      ebur128_sample_peak(state_.get(), channel, &peak);
+      samplePeak = std::max(samplePeak, peak);
+      ebur128_true_peak(state_.get(), channel, &peak);
+      truePeak = std::max(truePeak, peak);
+    }
+    levels.samplePeak = AmplitudeInDb(samplePeak);
+    levels.truePeak = AmplitudeInDb(truePeak);
+    if (format_.channelCount == 2) {
+      levels.width = sideEnergy_ > 0.0 ? 10.0 * std::log10(sideEnergy_ / midEnergy_)
+                                       : -std::numeric_limits<double>::infinity();
+    }
+    return levels;
+  }
+
+ private:
+  void AddWidth(std::span<const float> left, std::span<const float> right) {
+    for (std::size_t frame = 0; frame < left.size(); ++frame) {
+      const double mid = (static_cast<double>(left[frame]) + right[frame]) / 2;
+      const double side = (static_cast<double>(left[frame]) - right[frame]) / 2;
+      midEnergy_ += mid * mid;
+      sideEnergy_ += side * side;
+    }
+  }
+
+  AudioFormat format_;
+  std::unique_ptr<ebur128_state, FreeState> state_;
+  std::vector<float> interleaved_;
+  double midEnergy_ = 0.0;
+  double sideEnergy_ = 0.0;
+};
+
+LevelMeter::LevelMeter(const AudioFormat& format) : meter_(std::make_unique<Meter>(format)) {}
+LevelMeter::~LevelMeter() = default;
+LevelMeter::LevelMeter(LevelMeter&&) noexcept = default;
+LevelMeter& LevelMeter::operator=(LevelMeter&&) noexcept = default;
+
+void LevelMeter::Add(const AudioBlock& block) { meter_->Add(block); }
+Levels LevelMeter::Measure() const { return meter_->Measure(); }
+
+}  // namespace orvelhost

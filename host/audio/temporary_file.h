@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+
+namespace orvelhost {
+
+/// A file under a passing name beside `target` that takes the target's name when it is complete.
+/// Whatever goes wrong before that leaves the target as it was, and the folder without the file.
+class TemporaryFile {
+ public:
+  /// Creates the file. Throws AudioError when the folder is missing or not writable.
+  explicit TemporaryFile(const std::filesystem::path& target);
+  /// Removes the file unless it was committed.
+  ~TemporaryFile();
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  /// The open file, for reading and writing; owned by this object.
+  int Descriptor() const { return descriptor_; }
+
+  /// Waits until the content is on the disk, then replaces the target with it. Throws AudioError.
+  void Commit();
+
+ private:
+  std::filesystem::path target_;
+  std::filesystem::path path_;
+  int descriptor_ = -1;
+};
+
+}  // namespace orvelhost

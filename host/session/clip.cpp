@@ -1,0 +1,41 @@
+#include "host/session/clip.h"
+
+namespace orvelhost {
+
+template <typename T>
+int Clip::Set(T& field, const T& value) {
+  if (!(field == value)) {
+    field = value;
+    changed_();
+  }
+  return 0;
+}
+
+int Clip::GetClipType(orvel::ClipType& type) {
+  type = type_;
+  return 0;
+}
+
+int Clip::SetClipType(orvel::ClipType type) { return Set(type_, type); }
+
+int Clip::GetAdjustmentsMode(std::string& modeID) {
+  modeID = modeID_;
+  return 0;
+}
+
+int Clip::SetAdjustmentsMode(const std::string& modeID) { return Set(modeID_, modeID); }
+
+int Clip::GetUserPresetGuid(orvel::Guid& guid) {
+  guid = presetGuid_;
+  return 0;
+}
+
+int Clip::SetUserPresetGuid(const orvel::Guid& guid) { return Set(presetGuid_, guid); }
+
+boost::signals2::connection Clip::RegisterForModelChanges(const ChangeSignal::slot_type& slot) {
+  return changed_.connect(slot);
+}
+
+void Clip::AttachToModel(bool /*attached*/, orvel::OrvelModel* /*model*/) {}
+
+}  // namespace orvelhost

@@ -1,0 +1,156 @@
+#include "host/audio/audio_reader.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/audio/audio_error.h"
+#include "tests/host/support/audio.h"
+#include "tests/host/support/encode.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+std::vector<std::string> NotesAfterReading(const std::filesystem::path& path) {
+  AudioReader reader(path);
+  AudioBlock block;
+  while (reader.Read(block)) {
+  }
+  return reader.Notes();
+}
+
+TEST(AudioReader, ReadsEveryFormatAtItsRateAndInItsPlace) {
+  struct Case {
+    const char* name;
+    const char* encoder;
+    int sampleRate;
+    int channelCount;
+    double differenceInDb;  // how near the coding comes to the signal
+    std::size_t mostPadding;
+    bool withFilm = false;
+  };
+  // clang-format off
+  const Case cases[] = {
+      // name        encoder       rate    ch  difference  padding
+      {"s16.wav",    "pcm_s16le",  44100,  1,   -90.0,        0},
+      {"u8.wav",     "pcm_u8",      8000,  2,   -42.0,        0},
+      {"s24.wav",    "pcm_s24le",  96000,  6,  -135.0,        0},
+      {"f64.wav",    "pcm_f64le", 192000,  2,  -300.0,        0},
+      {"be.aiff",    "pcm_s16be",  22050,  2,   -90.0,        0},
+      {"a.flac",     "flac",       48000,  2,   -90.0,        0},
+      {"a.mp3",      "libmp3lame", 44100,  2,   -30.0,        0},
+      {"low.mp3",    "libmp3lame", 11025,  1,   -30.0,        0},
+      {"vorbis.ogg", "libvorbis",  44100,  2,   -30.0,        0},
+      {"opus.ogg",   "libopus",    48000,  2,   -30.0,        0},
+      {"a.m4a",      "aac",        44100,  2,   -30.0,     1023},
+      {"film.mkv",   "flac",       48000,  1,   -90.0,        0,  true},
+      {"film.mp4",   "aac",        48000,  2,   -30.0,     1023,  true},
+  };
+  // clang-format on
+  const TemporaryFolder folder;
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.name);
+    const AudioBlock signal = Make(one.sampleRate, one.channelCount, 1.5, Sine(0.5, 1000.0));
+    Encode(folder / one.name, one.encoder, signal, one.withFilm);
+    const AudioBlock read = ReadFile(folder / one.name);
+    EXPECT_EQ(read.Format().sampleRate, one.sampleRate);
+    ASSERT_EQ(read.ChannelCount(), one.channelCount);
+    ASSERT_GE(read.FrameCount(), signal.FrameCount());
+    EXPECT_LE(read.FrameCount(), signal.FrameCount() + one.mostPadding);
+    // Coding smears the abrupt ends of the signal, so the mean decides. A shift by one sample would
+    // make -27 dB or more.
+    EXPECT_LT(RmsInDb(Difference(Head(read, signal.FrameCount()), signal)), one.differenceInDb);
+    EXPECT_THAT(NotesAfterReading(folder / one.name), IsEmpty());
+  }
+}
+
+TEST(AudioReader, RefusesWhatHoldsNoAudioAndSaysWhy) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 1, 0.1, Sine(0.5));
+  WriteFile(folder / "good.wav", signal);
+  WriteFile(folder / "good.flac", signal);
+  Encode(folder / "silent.mkv", "", AudioBlock(), true);
+  WriteBytes(folder / "empty.wav", "");
+  WriteBytes(folder / "text.wav", "These are not the samples that you are looking for.\n");
+  WriteBytes(folder / "head.wav", ReadBytes(folder / "good.wav").substr(0, 40));
+  WriteBytes(folder / "head.flac", ReadBytes(folder / "good.flac").substr(0, 60));
+  WriteFile(folder / "nothing.wav", Make(44100, 1, 0.0, Sine(0.5)));
+  Encode(folder / "slow.wav", "pcm_s16le", Make(500, 1, 0.1, Sine(0.5)));
+  std::filesystem::create_directory(folder / "folder.wav");
+  const std::pair<const char*, const char*> cases[] = {
+      {"missing.wav", "No such file"}, {"folder.wav", "folder"},
+      {"empty.wav", "empty"},          {"text.wav", "damaged"},
+      {"head.wav", "damaged"},         {"head.flac", ""},
+      {"silent.mkv", "no audio"},      {"nothing.wav", "empty"},
+      {"slow.wav", "500 Hz"},          {"concat:good.wav", "No such file"},
+  };
+  for (const auto& [name, cause] : cases) {
+    SCOPED_TRACE(name);
+    try {
+      const AudioReader reader(folder / name);
+      ADD_FAILURE() << "was opened";
+    } catch (const AudioError& error) {
+      EXPECT_THAT(error.what(), HasSubstr(cause));
+      EXPECT_THAT(error.what(), HasSubstr((folder / name).string()));
+      EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
+    }
+  }
+}
+
+TEST(AudioReader, ReadsOnAfterDamageAndSaysSo) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 1.0, Noise(0.5));
+  WriteFile(folder / "good.flac", signal);
+  std::string bytes = ReadBytes(folder / "good.flac");
+  bytes.replace(bytes.size() / 2, 64, std::string(64, '\xaa'));
+  WriteBytes(folder / "damaged.flac", bytes);
+  EXPECT_GT(ReadFile(folder / "damaged.flac").FrameCount(), signal.FrameCount() / 2);
+  EXPECT_THAT(NotesAfterReading(folder / "damaged.flac"), ElementsAre(HasSubstr("damaged")));
+}
+
+TEST(AudioReader, ReadsWhatIsThereOfAFileThatIsCutOffAndSaysSo) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 1.0, Noise(0.5));
+  for (const char* name : {"a.wav", "a.flac"}) {
+    SCOPED_TRACE(name);
+    WriteFile(folder / name, signal);
+    const std::string bytes = ReadBytes(folder / name);
+    WriteBytes(folder / name, bytes.substr(0, bytes.size() / 2));
+    EXPECT_NEAR(static_cast<double>(ReadFile(folder / name).FrameCount()), 22050, 5000);
+    EXPECT_THAT(NotesAfterReading(folder / name), ::testing::Contains(HasSubstr("cut off")));
+  }
+}
+
+TEST(AudioReader, ReadsSamplesThatAreNoNumberAsSilence) {
+  const TemporaryFolder folder;
+  AudioBlock signal = Make(44100, 1, 0.1, Sine(0.5));
+  AudioBlock expected = signal;
+  const float impossible[] = {std::numeric_limits<float>::quiet_NaN(),
+                              std::numeric_limits<float>::infinity(), -1e30f};
+  for (std::size_t index = 0; index < std::size(impossible); ++index) {
+    signal.Channel(0)[100 * index] = impossible[index];
+    expected.Channel(0)[100 * index] = 0.0f;
+  }
+  WriteFile(folder / "a.wav", signal);
+  EXPECT_TRUE(HaveSameSamples(ReadFile(folder / "a.wav"), expected));
+  EXPECT_THAT(NotesAfterReading(folder / "a.wav"), ElementsAre(HasSubstr("3 sample")));
+}
+
+TEST(AudioReader, GoesOnAtTheFirstRateAndChannelsWhenTheyChange) {
+  const TemporaryFolder folder;
+  Encode(folder / "a.mp3", "libmp3lame", Make(44100, 2, 0.5, Sine(0.5)));
+  Encode(folder / "b.mp3", "libmp3lame", Make(22050, 1, 0.5, Sine(0.5)));
+  WriteBytes(folder / "ab.mp3", ReadBytes(folder / "a.mp3") + ReadBytes(folder / "b.mp3"));
+  const AudioBlock read = ReadFile(folder / "ab.mp3");
+  EXPECT_EQ(read.Format().sampleRate, 44100);
+  EXPECT_EQ(read.ChannelCount(), 2);
+  EXPECT_NEAR(static_cast<double>(read.FrameCount()), 44100, 6000);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

@@ -1,0 +1,119 @@
+#include "host/audio/audio_writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include "host/audio/audio_error.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+TEST(AudioWriter, WavKeepsEverySampleAlsoBeyondFullScale) {
+  const TemporaryFolder folder;
+  for (const int channelCount : {1, 2, 6, 16}) {
+    SCOPED_TRACE(channelCount);
+    const AudioBlock signal = Make(48000, channelCount, 0.1, Noise(3.0));
+    WriteFile(folder / "a.WAV", signal);
+    EXPECT_TRUE(HaveSameSamples(ReadFile(folder / "a.WAV"), signal));
+    EXPECT_EQ(ReadBytes(folder / "a.WAV").substr(0, 4), "RIFF");
+  }
+}
+
+TEST(AudioWriter, FlacLimitsToFullScaleAndMakesNoSampleLarger) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 0.1, Noise(1.5));
+  WriteFile(folder / "a.flac", signal);
+  const AudioBlock read = ReadFile(folder / "a.flac");
+  ASSERT_EQ(read.FrameCount(), signal.FrameCount());
+  constexpr float kStep = 1.0f / 8388608.0f;
+  for (int channel = 0; channel < 2; ++channel) {
+    for (std::size_t frame = 0; frame < read.FrameCount(); ++frame) {
+      const float limited = std::clamp(signal.Channel(channel)[frame], -1.0f, 1.0f);
+      ASSERT_LE(std::abs(read.Channel(channel)[frame]), std::abs(limited));
+      ASSERT_NEAR(read.Channel(channel)[frame], limited, kStep);
+    }
+  }
+}
+
+TEST(AudioWriter, SixteenBitSamplesPassThroughFlacUnchanged) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 1, 0.5, [noise = Noise(32768.0)](double time, int channel) {
+    return std::trunc(noise(time, channel)) / 32768.0;
+  });
+  WriteFile(folder / "a.flac", signal);
+  EXPECT_TRUE(HaveSameSamples(ReadFile(folder / "a.flac"), signal));
+}
+
+TEST(AudioWriter, WithoutCommitNothingIsLeftAndAnOlderFileStays) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.5));
+  WriteBytes(folder / "old.wav", "as it was");
+  for (const char* name : {"new.wav", "new.flac", "old.wav"}) {
+    AudioWriter writer(folder / name, signal.Format());
+    writer.Write(signal);
+  }
+  EXPECT_THAT(folder.FileNames(), ElementsAre("old.wav"));
+  EXPECT_EQ(ReadBytes(folder / "old.wav"), "as it was");
+}
+
+TEST(AudioWriter, RefusesWhatItCannotWriteAndLeavesNothingBehind) {
+  const TemporaryFolder folder;
+  const struct {
+    const char* name;
+    int sampleRate;
+    int channelCount;
+    const char* cause;
+  } cases[] = {
+      {"a.mp3", 44100, 2, ".wav or .flac"},     {"a", 44100, 2, ".wav or .flac"},
+      {"nine.flac", 44100, 9, "8 channels"},    {"fast.flac", 700000, 2, "655350 Hz"},
+      {"none/a.wav", 44100, 2, "No such file"},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.name);
+    try {
+      AudioWriter writer(folder / one.name, {one.sampleRate, one.channelCount, 0});
+      ADD_FAILURE() << "was begun";
+    } catch (const AudioError& error) {
+      EXPECT_THAT(error.what(), HasSubstr(one.cause));
+      EXPECT_THAT(error.what(), HasSubstr((folder / one.name).string()));
+    }
+  }
+  EXPECT_THAT(folder.FileNames(), IsEmpty());
+}
+
+TEST(AudioWriter, AFullDeviceIsAnErrorAndLeavesNothingBehind) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 1.0, Noise(0.5));
+  // A limit on the size of files stands for the device; without the handler it would end the test.
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit old{};
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit small{100000, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  EXPECT_THROW(WriteFile(folder / "a.wav", signal), AudioError);
+  setrlimit(RLIMIT_FSIZE, &old);
+  EXPECT_THAT(folder.FileNames(), IsEmpty());
+}
+
+TEST(AudioWriter, TheSameAudioGivesTheSameBytes) {
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.5));
+  for (const std::string ending : {".wav", ".flac"}) {
+    WriteFile(folder / ("a" + ending), signal);
+    WriteFile(folder / ("b" + ending), signal);
+    EXPECT_EQ(ReadBytes(folder / ("a" + ending)), ReadBytes(folder / ("b" + ending)));
+  }
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "orvel/orvel.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+struct Outcome {
+  int exitCode;
+  std::string output;
+  std::string errors;
+};
+
+class CliTest : public ::testing::Test {
+ protected:
+  CliTest() {
+    WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Sine(0.25)));
+    WriteBytes(folder_ / "old.wav", "as it was");
+    WriteBytes(folder_ / "text.txt", "no audio\n");
+  }
+
+  /// Runs the program in the folder; `arguments` goes through the shell.
+  Outcome Run(const std::string& arguments) {
+    const std::string command = "cd '" + (folder_ / "").string() + "' && '" ORVEL_CLI "' " +
+                                arguments + " >.output 2>.errors </dev/null";
+    const int status = std::system(command.c_str());  // NOLINT(cert-env33-c)
+    const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+                          ReadBytes(folder_ / ".output"), ReadBytes(folder_ / ".errors")};
+    std::filesystem::remove(folder_ / ".output");
+    std::filesystem::remove(folder_ / ".errors");
+    return outcome;
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(CliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
+  const struct {
+    const char* arguments;
+    int exitCode;
+    const char* message;
+  } cases[] = {
+      {"frobnicate", 2, "'frobnicate'"},
+      {"render", 2, "one input"},
+      {"render in.wav", 2, "-o"},
+      {"render -o out.wav", 2, "one input"},
+      {"render in.wav old.wav -o out.wav", 2, "one input"},
+      {"render in.wav -o out.wav -o out2.wav", 2, "one output"},
+      {"render in.wav -o", 2, "-o needs a value"},
+      {"render in.wav -o out.wav --frob", 2, "--frob"},
+      {"render in.wav -o out.wav -x", 2, "-x"},
+      {"render in.wav -o out.wav --force=yes", 2, "--force"},
+      {"render in.wav -o out.mp3", 2, ".wav or .flac"},
+      {"render in.wav -o old.wav", 2, "exists already"},
+      {"render in.wav -o in.wav --force", 2, "same file"},
+      {"render in.wav -o out.wav --set volume.Volume=7", 2, "-15 to 6 dB"},
+      {"render in.wav -o out.wav --set volume.Loud=7", 2, "volume.Loud"},
+      {"render in.wav -o out.wav --set loud.Volume=7", 2, "'loud'"},
+      {"render in.wav -o out.wav --set volume.Volume=1 --set volume.Volume=2", 2, "twice"},
+      {"sections", 2, "dialog, music, sfx, ambience"},
+      {"sections podcast", 2, "no mode 'podcast'"},
+      {"sections dialog music", 2, "'music'"},
+      {"presets dialog --yaml", 2, "'--yaml'"},
+      {"render missing.wav -o out.wav", 1, "'missing.wav'"},
+      {"render text.txt -o out.wav", 1, "'text.txt'"},
+      {"render . -o out.wav", 1, "folder"},
+      {"render in.wav -o missing/out.wav", 1, "'missing/out.wav'"},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.arguments);
+    const Outcome outcome = Run(one.arguments);
+    EXPECT_EQ(outcome.exitCode, one.exitCode);
+    EXPECT_THAT(outcome.errors, HasSubstr(one.message));
+    EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 1) << outcome.errors;
+    EXPECT_THAT(outcome.output, IsEmpty());
+    EXPECT_THAT(folder_.FileNames(), ::testing::ElementsAre("in.wav", "old.wav", "text.txt"));
+    EXPECT_EQ(ReadBytes(folder_ / "old.wav"), "as it was");
+  }
+}
+
+TEST_F(CliTest, RendersAndPrintsWhatChanged) {
+  const Outcome outcome = Run("render in.wav --output=old.wav --force --set volume.Volume=-6");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.errors, IsEmpty());
+  EXPECT_THAT(outcome.output, ::testing::ContainsRegex("Sample peak, dBFS +-12.04 +-18.04 +-6.00"));
+  EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), -6.0,
+              0.01);
+  EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
+  EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
+}
+
+TEST_F(CliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
+  using teskcore::serialization::GetVariantInObject;
+  using teskcore::serialization::JSONArray;
+  using teskcore::serialization::JSONParse;
+  using teskcore::serialization::JSONToFloat;
+  EXPECT_THAT(Run("sections dialog").output,
+              ::testing::ContainsRegex("De-hummer: [A-Za-z ]+ +-10 +-45 +-80 dB"));
+  EXPECT_THAT(Run("presets sfx").output, HasSubstr("pan: Enabled=1 Pan=-5"));
+
+  const auto sections = JSONParse(Run("sections ambience --json").output);
+  ASSERT_NE(sections, nullptr);
+  const auto& list = boost::any_cast<const JSONArray&>(*sections);
+  ASSERT_EQ(list.size(), 4u);
+  const auto volume = GetVariantInObject(list.back(), "parameters");
+  const auto parameter = boost::any_cast<const JSONArray&>(*volume).back();
+  EXPECT_EQ(JSONToFloat(*GetVariantInObject(parameter, "max")), 6.0f);
+  EXPECT_EQ(boost::any_cast<const JSONArray&>(*GetVariantInObject(parameter, "effects")).size(),
+            2u);
+
+  const auto presets = JSONParse(Run("presets --json").output);
+  ASSERT_NE(presets, nullptr);
+  EXPECT_EQ(boost::any_cast<const JSONArray&>(*presets).size(), 35u);
+}
+
+TEST_F(CliTest, TellsAboutItself) {
+  EXPECT_THAT(Run("--help").output, HasSubstr("render"));
+  EXPECT_THAT(Run("render --help").output, HasSubstr("volume.Volume"));
+  EXPECT_EQ(Run("--version").exitCode, 0);
+  EXPECT_EQ(Run("").exitCode, 2);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

@@ -1,0 +1,210 @@
+#include "host/session/clip_section_model.h"
+
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/effects/effect_catalogue.h"
+#include "host/session/host.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::FloatNear;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+using Volume = orvel::SectionModelVolumeParams;
+using Width = orvel::SectionModelStereoWidthParams;
+using Pan = orvel::SectionModelPanParams;
+using ModelPtr = boost::intrusive_ptr<orvel::SectionModelInterface>;
+
+class ClipSectionModelTest : public ::testing::Test {
+ protected:
+  ModelPtr Model(const std::string& modelID) { return Model(modelID, {clip_}); }
+
+  ModelPtr Model(const std::string& modelID, const orvel::MixTypeClipModels& clips) {
+    ModelPtr model;
+    orvel::factory::CreateModelForClips(modelID, "dialog", orvel::PropList(), host_.GetSession(),
+                                        clips, false, model);
+    return model;
+  }
+
+  /// Records what the model tells.
+  void Listen(const ModelPtr& model) {
+    model->RegisterForModelChanges(
+        [this](int paramID, float value) { heard_.emplace_back(paramID, value); });
+  }
+
+  std::vector<FilterSpec> Filters() const { return ChainFilters(clip_->Chain(), 2); }
+
+  Host host_;
+  boost::intrusive_ptr<Clip> clip_{new Clip("clip", 2)};
+  std::vector<std::pair<int, float>> heard_;
+};
+
+TEST_F(ClipSectionModelTest, AWriteReachesTheEffectThroughTheMappings) {
+  const ModelPtr model = Model("model_volume");
+  // -6 dB of -15..6: gain -6 of -100..50, and the ceiling 3/7 of the way from 0 to -3 of -100..0.
+  EXPECT_EQ(model->SetParamNormalized(Volume::kVolume, 9.0f / 21.0f), 0);
+  EXPECT_THAT(clip_->Chain().Slots().front().parameters,
+              ElementsAre(FloatNear(1.0f - 0.03f * 3 / 7, 1e-6f), FloatNear(94.0f / 150, 1e-6f)));
+}
+
+TEST_F(ClipSectionModelTest, AnEffectRunsWhileSectionAndControlAreOn) {
+  const ModelPtr model = Model("model_volume");
+  for (const float section : {0.0f, 0.4f, 1.0f}) {
+    for (const float control : {0.0f, 0.4f, 0.5f, 1.0f}) {
+      model->SetParamsNormalized({{Volume::kEnabled, section}, {Volume::kEnableVolume, control}});
+      EXPECT_EQ(!Filters().empty(), section >= 0.5f && control >= 0.5f) << section << control;
+    }
+  }
+}
+
+TEST_F(ClipSectionModelTest, EffectsStandInTheOrderOfTheirNumbers) {
+  const ModelPtr volume = Model("model_volume");      // 100, and made first
+  const ModelPtr width = Model("model_stereowidth");  // 60
+  const ModelPtr pan = Model("model_pan");
+  pan->SetParamNormalized(Pan::kPan, 1.0f);
+  volume->SetParamNormalized(Volume::kEnableVolume, 1.0f);
+  width->SetParamsNormalized(
+      {{Width::kEnableStereoWidth, 1.0f}, {Width::kAdjustStereoWidth, 1.0f}});
+  std::vector<std::string> names;
+  for (const FilterSpec& filter : Filters()) {
+    names.push_back(filter.filter);
+  }
+  EXPECT_THAT(names, ElementsAre("extrastereo", "volume", "alimiter", "volume", "pan"));
+}
+
+TEST_F(ClipSectionModelTest, PanActsOnTheClipWhileItsSectionIsOn) {
+  const ModelPtr model = Model("model_pan");
+  EXPECT_EQ(clip_->Chain().Pan(), 0.0);
+  model->SetParamNormalized(Pan::kPan, 0.25f);
+  EXPECT_EQ(clip_->Chain().Pan(), -0.5);
+  model->SetParamNormalized(Pan::kEnabled, 0.0f);
+  EXPECT_EQ(clip_->Chain().Pan(), 0.0);
+}
+
+TEST_F(ClipSectionModelTest, PanNotSupportedTellsOfMoreThanTwoChannelsAndCannotBeWritten) {
+  for (const auto& [channelCount, expected] : {std::pair(1, 0.0f), {2, 0.0f}, {6, 1.0f}}) {
+    const ModelPtr model =
+        Model("model_pan", {boost::intrusive_ptr<Clip>(new Clip("clip", channelCount))});
+    EXPECT_EQ(model->SetParamNormalized(Pan::kPanNotSupported, 1.0f - expected), 0);
+    float value = -1.0f;
+    EXPECT_EQ(model->GetParamNormalized(Pan::kPanNotSupported, value), 0);
+    EXPECT_EQ(value, expected);
+  }
+}
+
+TEST_F(ClipSectionModelTest, ABadWriteIsRefusedAsAWhole) {
+  const ModelPtr model = Model("model_volume");
+  Listen(model);
+  const EffectChain chain = clip_->Chain();
+  const std::vector<float> values = clip_->SectionValues("model_volume");
+  const float infinity = std::numeric_limits<float>::infinity();
+  const float noNumber = std::numeric_limits<float>::quiet_NaN();
+  const std::pair<int, float> cases[] = {
+      {-1, 0.5f}, {3, 0.5f}, {Volume::kVolume, infinity}, {Volume::kVolume, noNumber}};
+  for (const auto& bad : cases) {
+    EXPECT_NE(model->SetParamsNormalized({{Volume::kEnableVolume, 1.0f}, bad}), 0);
+  }
+  EXPECT_EQ(clip_->Chain(), chain);
+  EXPECT_EQ(clip_->SectionValues("model_volume"), values);
+  EXPECT_THAT(heard_, IsEmpty());
+  float value = 0.5f;
+  EXPECT_NE(model->GetParamNormalized(3, value), 0);
+  EXPECT_FALSE(model->ToPhysical(3, 0.5f, value));
+  EXPECT_FALSE(model->ToNormalized(-1, 0.5f, value));
+  EXPECT_EQ(value, 0.5f);
+}
+
+TEST_F(ClipSectionModelTest, TellsEachChangeOnceInOrderAndAfterTheState) {
+  const ModelPtr model = Model("model_volume");
+  Listen(model);
+  bool effectFollowed = false;
+  model->RegisterForModelChanges([&](int, float) { effectFollowed = !Filters().empty(); });
+  model->SetParamsNormalized(
+      {{Volume::kVolume, 7.0f}, {Volume::kEnabled, 1.0f}, {Volume::kEnableVolume, 1.0f}});
+  EXPECT_THAT(heard_, ElementsAre(Pair(Volume::kEnableVolume, 1.0f), Pair(Volume::kVolume, 1.0f)));
+  EXPECT_TRUE(effectFollowed);
+}
+
+TEST_F(ClipSectionModelTest, SuspensionNestsAndHoldsBackEachChangeOnce) {
+  const ModelPtr model = Model("model_volume");
+  Listen(model);
+  model->SuspendSignaling();
+  model->SuspendSignaling();
+  model->SetParamNormalized(Volume::kVolume, 0.1f);
+  model->SetParamNormalized(Volume::kEnableVolume, 1.0f);
+  model->SetParamNormalized(Volume::kVolume, 0.2f);
+  model->ResumeSignaling(true);
+  EXPECT_THAT(heard_, IsEmpty());
+  model->ResumeSignaling(true);
+  EXPECT_THAT(heard_, ElementsAre(Pair(Volume::kEnableVolume, 1.0f), Pair(Volume::kVolume, 0.2f)));
+
+  heard_.clear();
+  model->SuspendSignaling();
+  model->SetParamNormalized(Volume::kVolume, 0.3f);
+  model->ResumeSignaling(false);
+  model->ResumeSignaling(true);  // one too many does no harm
+  EXPECT_THAT(heard_, IsEmpty());
+  model->SetParamNormalized(Volume::kVolume, 0.4f);
+  EXPECT_THAT(heard_, ElementsAre(Pair(Volume::kVolume, 0.4f)));
+}
+
+TEST_F(ClipSectionModelTest, AListenerMayWriteAndLetGoOfTheModel) {
+  ModelPtr model = Model("model_volume");
+  orvel::SectionModelInterface* raw = model.get();
+  model->RegisterForModelChanges([&](int paramID, float) {
+    if (paramID == Volume::kEnableVolume) {
+      model->SetParamNormalized(Volume::kVolume, 0.25f);
+      model = nullptr;
+    }
+  });
+  raw->SetParamNormalized(Volume::kEnableVolume, 1.0f);
+  EXPECT_EQ(clip_->SectionValues("model_volume")[Volume::kVolume], 0.25f);
+}
+
+TEST_F(ClipSectionModelTest, ValuesStayWithTheClipWhenModelsComeAndGo) {
+  Model("model_volume")->SetParamNormalized(Volume::kVolume, 0.125f);
+  float value = 0.0f;
+  Model("model_volume")->GetParamNormalized(Volume::kVolume, value);
+  EXPECT_EQ(value, 0.125f);
+}
+
+TEST_F(ClipSectionModelTest, AModifiersArgumentBendsWhatItsControlMaps) {
+  enum : int { kEnabled, kSwitch, kAmount, kArgument };
+  orvel::factory::RegisterModelDefinition("model_modified", [](const orvel::PropList& config) {
+    const auto product = [](float value, float argument) { return value * argument; };
+    const auto quotient = [](float value, float argument) { return value / argument; };
+    const orvel::ParameterModifier modifier(kArgument, product, quotient);
+    orvel::ParameterMapping mapping(stereoexpander::kWidth, 0.0f, 1.0f, 1.0f);
+    mapping.SetModifier(modifier);
+    orvel::ControlDefinition control(teskaudiofilters::kStereoExpanderID, kSwitch, "Control");
+    control.AddParameterMapping(kAmount, mapping);
+    control.AddParameterModifier(modifier);
+    return orvel::SectionDefinition("model_modified", u"", config,
+                                    {{kEnabled, 1, 0, 1, 3, "Enabled", "", ""},
+                                     {kSwitch, 1, 0, 1, 3, "Switch", "", ""},
+                                     {kAmount, 0, 0, 10, 0, "Amount", "", ""},
+                                     {kArgument, 20, 0, 40, 0, "Argument", "", ""}},
+                                    {control}, "Section");
+  });
+  const ModelPtr model = Model("model_modified");
+  const auto width = [&] {
+    return clip_->Chain().Slots().front().parameters[stereoexpander::kWidth];
+  };
+  model->SetParamNormalized(kAmount, 0.8f);
+  EXPECT_FLOAT_EQ(width(), 0.8f * 0.5f);
+  model->SetParamNormalized(kArgument, 0.25f);
+  EXPECT_FLOAT_EQ(width(), 0.8f * 0.25f);
+}
+
+TEST_F(ClipSectionModelTest, NoModelIsMadeWithoutADefinitionOrASingleClipOfThisHost) {
+  EXPECT_EQ(Model("model_unknown"), nullptr);
+  EXPECT_EQ(Model("model_volume", {}), nullptr);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

@@ -1,0 +1,61 @@
+#include "host/audio/level_meter.h"
+
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+Levels Measure(const AudioBlock& block) {
+  LevelMeter meter(block.Format());
+  meter.Add(block);
+  return meter.Measure();
+}
+
+TEST(LevelMeter, MeasuresLoudnessAsTheStandardsTestSignalsDemand) {
+  // EBU Tech 3341, test cases 1 and 2: 1 kHz in both channels reads as its peak level, within 0.1.
+  for (const double level : {-23.0, -33.0}) {
+    const double amplitude = std::pow(10.0, level / 20.0);
+    const AudioBlock tone =
+        Make(48000, 2, 2.0, [=](double time, int) { return Sine(amplitude, 1000.0)(time, 0); });
+    EXPECT_NEAR(Measure(tone).loudness, level, 0.1);
+  }
+}
+
+TEST(LevelMeter, TruePeakFindsWhatLiesBetweenSamples) {
+  // A quarter of the rate, sampled at 45 degrees beside the crests.
+  const AudioBlock tone = Make(
+      48000, 1, 0.2, [](double time, int) { return Sine(0.5, 12000.0)(time + 1.0 / 96000, 0); });
+  const Levels levels = Measure(tone);
+  EXPECT_NEAR(levels.samplePeak, -9.03, 0.01);
+  EXPECT_NEAR(levels.truePeak, -6.02, 0.3);
+}
+
+TEST(LevelMeter, WidthIsTheEnergyOfTheSideAgainstTheMid) {
+  const auto width = [](double left, double right) {
+    return *Measure(Make(48000, 2, 0.1, [=](double time, int channel) {
+              return (channel == 0 ? left : right) * Sine(1.0)(time, 0);
+            })).width;
+  };
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_NEAR(width(0.5, 0.0), 0.0, 0.001);
+  EXPECT_NEAR(width(0.5, 0.25), 20 * std::log10(1.0 / 3), 0.001);
+  EXPECT_EQ(width(0.5, 0.5), -infinity);
+  EXPECT_EQ(width(0.5, -0.5), infinity);
+  EXPECT_EQ(width(0.0, 0.0), -infinity);
+  EXPECT_FALSE(Measure(Make(48000, 1, 0.1, Sine(0.5))).width.has_value());
+}
+
+TEST(LevelMeter, SilenceMeasuresAsMinusInfinity) {
+  const Levels levels = Measure(Make(48000, 2, 1.0, Sine(0.0)));
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(levels.loudness, -infinity);
+  EXPECT_EQ(levels.samplePeak, -infinity);
+  EXPECT_EQ(levels.truePeak, -infinity);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

@@ -1,0 +1,132 @@
+#include "host/render/renderer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/audio/audio_error.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class RendererTest : public ::testing::Test {
+ protected:
+  /// Renders in.wav to `output` with the settings, all of which must be right.
+  RenderReport RenderWith(const std::vector<std::string>& settings,
+                          const std::string& output = "out.wav") {
+    request_.input = folder_ / "in.wav";
+    request_.output = folder_ / output;
+    request_.replaceOutput = true;
+    std::string error;
+    EXPECT_TRUE(ParseSettings(settings, request_.settings, error)) << error;
+    return Render(host_, request_);
+  }
+
+  AudioBlock Rendered(const std::vector<std::string>& settings,
+                      const std::string& output = "out.wav") {
+    RenderWith(settings, output);
+    return ReadFile(folder_ / output);
+  }
+
+  Host host_;
+  TemporaryFolder folder_;
+  RenderRequest request_;
+};
+
+TEST_F(RendererTest, NeutralSettingsGiveBackTheSamples) {
+  // Below the ceiling that the volume section has at 0 dB, -2.14 dBFS.
+  const AudioBlock signal = Make(44100, 2, 0.5, Noise(0.78));
+  WriteFile(folder_ / "in.wav", signal);
+  EXPECT_TRUE(HaveSameSamples(Rendered({}), signal));
+  EXPECT_LT(DifferenceInDb(Rendered({"volume.Volume=0", "stereowidth.AdjustStereoWidth=3.3333333",
+                                     "pan.Pan=0"}),
+                           signal),
+            -140.0);
+  EXPECT_LT(DifferenceInDb(Rendered({"volume.Volume=0"}, "out.flac"), signal), -138.0);
+  EXPECT_TRUE(HaveSameSamples(Rendered({"volume.Volume=5", "volume.EnableVolume=0"}), signal));
+}
+
+TEST_F(RendererTest, TheVolumeSectionsGainIsRight) {
+  WriteFile(folder_ / "in.wav", Make(48000, 1, 0.6, Sine(0.25)));
+  for (const double gain : {-15.0, -6.0, -0.5, 0.0, 3.0, 6.0}) {
+    const RenderReport report = RenderWith({"volume.Volume=" + std::to_string(gain)});
+    EXPECT_NEAR(report.after.samplePeak - report.before.samplePeak, gain, 0.01);
+    EXPECT_NEAR(report.after.loudness - report.before.loudness, gain, 0.01);
+  }
+}
+
+TEST_F(RendererTest, TheFileNeverExceedsTheCeiling) {
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.3, Noise(3.0)));
+  for (const char* output : {"out.wav", "out.flac"}) {
+    for (const double gain : {-15.0, 0.0, 6.0}) {
+      const double ceiling = -3.0 * (gain + 15.0) / 21.0;
+      const AudioBlock out = Rendered({"volume.Volume=" + std::to_string(gain),
+                                       "stereowidth.AdjustStereoWidth=10", "pan.Pan=2"},
+                                      output);
+      EXPECT_LE(Peak(out), std::pow(10.0, (ceiling + 0.0001) / 20.0)) << output << " " << gain;
+    }
+  }
+}
+
+TEST_F(RendererTest, MonoStaysMonoUntilItIsPanned) {
+  WriteFile(folder_ / "in.wav", Make(44100, 1, 0.2, Sine(0.5)));
+  const RenderReport wide = RenderWith({"stereowidth.AdjustStereoWidth=9", "volume.Volume=-3"});
+  EXPECT_EQ(wide.outputFormat.channelCount, 1);
+  EXPECT_THAT(wide.notes, ElementsAre(HasSubstr("Stereo Expander changes nothing")));
+  const AudioBlock right = Rendered({"pan.Pan=5"});
+  ASSERT_EQ(right.ChannelCount(), 2);
+  EXPECT_EQ(
+      Peak(Make(44100, 1, 0.2,
+                [&](double time, int) {
+                  return right.Channel(0)[static_cast<std::size_t>(std::lround(time * 44100))];
+                })),
+      0.0);
+  EXPECT_TRUE(std::ranges::equal(right.Channel(1), ReadFile(folder_ / "in.wav").Channel(0)));
+}
+
+TEST_F(RendererTest, SurroundIsNotPannedAndThatIsSaid) {
+  WriteFile(folder_ / "in.wav", Make(44100, 6, 0.2, Noise(0.5)));
+  const RenderReport report = RenderWith({"pan.Pan=5"});
+  EXPECT_THAT(report.notes, ElementsAre(HasSubstr("Pan changes nothing")));
+  EXPECT_TRUE(HaveSameSamples(ReadFile(folder_ / "out.wav"), ReadFile(folder_ / "in.wav")));
+}
+
+TEST_F(RendererTest, AFailureLeavesTheOutputAsItWas) {
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Noise(0.5)));
+  WriteBytes(folder_ / "out.wav", "as it was");
+  request_.progress = [](double done) { return done < 0.5; };
+  EXPECT_THROW(RenderWith({}), AudioError);
+  WriteBytes(folder_ / "in.wav", "no audio");
+  EXPECT_THROW(RenderWith({}), AudioError);
+  EXPECT_EQ(ReadBytes(folder_ / "out.wav"), "as it was");
+  EXPECT_THAT(folder_.FileNames(), ElementsAre("in.wav", "out.wav"));
+}
+
+TEST_F(RendererTest, RefusesToWriteOverTheInputByAnyName) {
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.1, Noise(0.5)));
+  std::filesystem::create_symlink(folder_ / "in.wav", folder_ / "link.wav");
+  EXPECT_THROW(RenderWith({}, "in.wav"), AudioError);
+  EXPECT_THROW(RenderWith({}, "link.wav"), AudioError);
+}
+
+TEST_F(RendererTest, ProgressRisesToTheEnd) {
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Noise(0.5)));
+  std::vector<double> shares;
+  request_.progress = [&](double done) {
+    shares.push_back(done);
+    return true;
+  };
+  EXPECT_THAT(RenderWith({}).notes, IsEmpty());
+  EXPECT_TRUE(std::ranges::is_sorted(shares));
+  EXPECT_GT(shares.back(), 0.9);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

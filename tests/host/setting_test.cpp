@@ -1,0 +1,74 @@
+#include "host/session/setting.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvelhost::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::UnorderedElementsAre;
+using Volume = orvel::SectionModelVolumeParams;
+using Width = orvel::SectionModelStereoWidthParams;
+using Pan = orvel::SectionModelPanParams;
+
+std::vector<Setting> Parse(const std::vector<std::string>& texts) {
+  std::vector<Setting> settings;
+  std::string error;
+  EXPECT_TRUE(ParseSettings(texts, settings, error)) << error;
+  return settings;
+}
+
+TEST(Settings, AnAmountSwitchesItsControlOnUnlessTheSwitchIsSet) {
+  EXPECT_THAT(Parse({"volume.Volume=-6"}),
+              UnorderedElementsAre(Setting{"model_volume", Volume::kVolume, -6.0f},
+                                   Setting{"model_volume", Volume::kEnableVolume, 1.0f}));
+  EXPECT_THAT(Parse({"stereowidth.EnableStereoWidth=0", "stereowidth.AdjustStereoWidth=+1e1"}),
+              UnorderedElementsAre(Setting{"model_stereowidth", Width::kEnableStereoWidth, 0.0f},
+                                   Setting{"model_stereowidth", Width::kAdjustStereoWidth, 10.0f}));
+  EXPECT_THAT(Parse({"pan.Pan=2.5"}), UnorderedElementsAre(Setting{"model_pan", Pan::kPan, 2.5f}));
+}
+
+TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"volume.Volume", "no setting"},
+      {"Volume=3", "no setting"},
+      {"", "no setting"},
+      {"volum.Volume=3", "sections are volume"},
+      {"model_volume.Volume=3", "sections are volume"},
+      {"volume.volume=3", "Enabled, EnableVolume, Volume"},
+      {"pan.PanNotSupported=1", "Enabled, Pan"},
+      {"volume.Volume=", "-15 to 6 dB"},
+      {"volume.Volume=abc", "-15 to 6 dB"},
+      {"volume.Volume=3dB", "-15 to 6 dB"},
+      {"volume.Volume=nan", "-15 to 6 dB"},
+      {"volume.Volume=inf", "-15 to 6 dB"},
+      {"volume.Volume=6.001", "-15 to 6 dB"},
+      {"volume.Volume=-1e999", "-15 to 6 dB"},
+      {"volume.EnableVolume=0.5", "0 or 1"},
+      {"pan.Pan=-5.1", "-5 to 5"},
+  };
+  for (const auto& [text, cause] : cases) {
+    std::vector<Setting> settings = {{"untouched", 0, 0.0f}};
+    std::string error;
+    EXPECT_FALSE(ParseSettings({"pan.Pan=1", text}, settings, error)) << text;
+    EXPECT_THAT(error, HasSubstr(cause));
+    EXPECT_EQ(error.find('\n'), std::string::npos);
+    EXPECT_EQ(settings.size(), 1U);
+  }
+  std::vector<Setting> settings;
+  std::string error;
+  EXPECT_FALSE(ParseSettings({"pan.Pan=1", "pan.Pan=1"}, settings, error));
+  EXPECT_THAT(error, HasSubstr("twice"));
+}
+
+TEST(Settings, TheDescriptionNamesWhatCanBeSet) {
+  const std::string text = DescribeSettings();
+  EXPECT_THAT(text, HasSubstr("  volume.Volume "));
+  EXPECT_THAT(text, HasSubstr(" -15 to 6 dB "));
+  EXPECT_THAT(text, HasSubstr("  stereowidth.AdjustStereoWidth "));
+  EXPECT_THAT(text, ::testing::Not(HasSubstr("PanNotSupported")));
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

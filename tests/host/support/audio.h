@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <numbers>
+#include <vector>
+
+#include "host/audio/filter_graph.h"
+
+namespace orvelhost::testing {
+
+/// A folder of its own for one test, removed with everything in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  std::vector<std::string> FileNames() const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// The sample of a channel at a time in seconds.
+using Signal = std::function<double(double time, int channel)>;
+
+AudioBlock Make(int sampleRate, int channelCount, double seconds, const Signal& signal);
+
+/// `amplitude` at `frequency` Hz; each further channel lags by an eighth of a turn.
+Signal Sine(double amplitude, double frequency = 997.0);
+/// Even noise up to `amplitude`, the same at each run and different in each channel.
+Signal Noise(double amplitude);
+
+/// All that comes out of the filters when `block` is pushed in pieces of `pieceSize` frames.
+AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& filters,
+                      std::size_t pieceSize = 512);
+
+void WriteFile(const std::filesystem::path& path, const AudioBlock& block);
+AudioBlock ReadFile(const std::filesystem::path& path);
+
+std::string ReadBytes(const std::filesystem::path& path);
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
+
+double Peak(const AudioBlock& block);
+/// The root mean square over all channels, in dB against full scale.
+double RmsInDb(const AudioBlock& block);
+/// The first `frameCount` frames.
+AudioBlock Head(const AudioBlock& block, std::size_t frameCount);
+/// The samples of `left` less those of `right`, which has the same shape.
+AudioBlock Difference(const AudioBlock& left, const AudioBlock& right);
+/// The largest difference of two samples at the same place, in dBFS; +inf for unequal shapes.
+double DifferenceInDb(const AudioBlock& left, const AudioBlock& right);
+
+bool HaveSameSamples(const AudioBlock& left, const AudioBlock& right);
+
+}  // namespace orvelhost::testing
