@@ -6,7 +6,6 @@
 namespace orvel {
 namespace {
 
-constexpr float kTolerance = 1e-7f;
 constexpr float kToleranceAfterInvert = 5e-6f;  // the inverse costs precision
 constexpr float kSameKeypoint = 1e-5f;
 
@@ -101,17 +100,25 @@ float ElementOr(const std::vector<float>& list, std::size_t index, float fallbac
 }  // namespace
 
 ParameterMapping::ParameterMapping(unsigned paramIndex, float curve)
-    : paramIndex_(paramIndex), curve_(curve) {}
+    : paramIndex_(paramIndex), curve_(curve) {
+  UpdateRange();
+}
 
 ParameterMapping::ParameterMapping(unsigned paramIndex, float value, float curve)
-    : paramIndex_(paramIndex), keypoints_{value}, curve_(curve) {}
+    : paramIndex_(paramIndex), keypoints_{value}, curve_(curve) {
+  UpdateRange();
+}
 
 ParameterMapping::ParameterMapping(unsigned paramIndex, float start, float end, float curve)
-    : paramIndex_(paramIndex), keypoints_{start, end}, curve_(curve) {}
+    : paramIndex_(paramIndex), keypoints_{start, end}, curve_(curve) {
+  UpdateRange();
+}
 
 ParameterMapping::ParameterMapping(unsigned paramIndex, const std::vector<float>& keypoints,
                                    float curve)
-    : paramIndex_(paramIndex), keypoints_(keypoints), curve_(curve) {}
+    : paramIndex_(paramIndex), keypoints_(keypoints), curve_(curve) {
+  UpdateRange();
+}
 
 ParameterMapping ParameterMapping::FromSettings(unsigned paramIndex,
                                                 const std::vector<float>& starts,
@@ -121,7 +128,31 @@ ParameterMapping ParameterMapping::FromSettings(unsigned paramIndex,
           ElementOr(ends, paramIndex, defaultEnd), curve};
 }
 
-float ParameterMapping::FromNormalized(float normalized) const {
+void ParameterMapping::AddKeypoint(float value) {
+  keypoints_.push_back(value);
+  UpdateRange();
+}
+
+void ParameterMapping::Clear() {
+  keypoints_.clear();
+  UpdateRange();
+}
+
+void ParameterMapping::SetModifier(const ParameterModifier& modifier) {
+  modifier_ = modifier;
+  UpdateRange();
+}
+
+void ParameterMapping::UpdateRange() {
+  isPlainRange_ = keypoints_.size() == 2 && std::isfinite(keypoints_[0]) &&
+                  std::isfinite(keypoints_[1]) && modifier_.IsEmpty();
+  start_ = isPlainRange_ ? keypoints_[0] : 0.0f;
+  end_ = isPlainRange_ ? keypoints_[1] : 0.0f;
+  isStraight_ = curve_ == 0.0f || curve_ == 1.0f;
+  inverseCurve_ = isStraight_ ? 1.0f : 1.0f / curve_;
+}
+
+float ParameterMapping::FromKeypoints(float normalized) const {
   const float place = curve_ == 1.0f ? normalized : std::pow(normalized, curve_);
   float value = 0.0f;
   if (keypoints_.size() > 1) {
@@ -132,16 +163,15 @@ float ParameterMapping::FromNormalized(float normalized) const {
   return modifier_.Modify(value, modifierValue_);
 }
 
-float ParameterMapping::ToNormalized(float physical, bool& found, bool& ambiguous,
-                                     bool& interpolated) const {
+float ParameterMapping::FindKeypoints(float physical, bool& found, bool& ambiguous,
+                                      bool& interpolated) const {
   const bool inverts = modifier_.IsEnabled();
   const float value = inverts ? modifier_.Invert(physical, modifierValue_) : physical;
   const Place place = FindPlace(keypoints_, value, inverts ? kToleranceAfterInvert : kTolerance);
   found = place.found;
   ambiguous = place.ambiguous;
   interpolated = place.interpolated;
-  const bool curved = found && curve_ != 0.0f && curve_ != 1.0f;
-  return curved ? std::pow(place.normalized, 1.0f / curve_) : place.normalized;
+  return found && !isStraight_ ? std::pow(place.normalized, inverseCurve_) : place.normalized;
 }
 
 bool operator==(const ParameterMapping& left, const ParameterMapping& right) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "orvel/core/export.h"
@@ -33,10 +35,10 @@ class ORVEL_EXPORT ParameterMapping {
   unsigned GetParamIndex() const { return paramIndex_; }
   bool IsIndex(unsigned index) const { return paramIndex_ == index; }
 
-  void AddKeypoint(float value) { keypoints_.push_back(value); }
+  void AddKeypoint(float value);
 
   /// Removes the keypoints and nothing else.
-  void Clear() { keypoints_.clear(); }
+  void Clear();
 
   /// The second argument of the modifier's functions; 1 until set. Whoever drives the mapping sets
   /// it to the value of the parameter that the modifier names.
@@ -44,30 +46,64 @@ class ORVEL_EXPORT ParameterMapping {
   void SetModifierValue(float value) { modifierValue_ = value; }
 
   ParameterModifier GetModifier() const { return modifier_; }
-  void SetModifier(const ParameterModifier& modifier) { modifier_ = modifier; }
+  void SetModifier(const ParameterModifier& modifier);
   bool HasModifierFunction() const { return modifier_.IsEnabled(); }
 
   /// The effect parameter's value at `normalized`, for any input: a value above 1 gives the last
   /// keypoint and one below 0 the first, except that from -1/(number of segments) downwards (after
   /// the curve) the last keypoint but one comes back. A NaN gives the first keypoint; a mapping
   /// without keypoints gives 0.
-  float FromNormalized(float normalized) const;
+  float FromNormalized(float normalized) const {
+    if (!isPlainRange_) return FromKeypoints(normalized);
+    const float place = curve_ == 1.0f ? normalized : std::pow(normalized, curve_);
+    const float aboveZero = place > 0.0f ? place : 0.0f;  // a NaN ends here
+    return start_ + (end_ - start_) * (aboveZero < 1.0f ? aboveZero : 1.0f);
+  }
 
   /// The place at which the effect parameter has the value `physical`. `found`: there is one.
   /// `ambiguous`: there are others. `interpolated`: it lies between keypoints. 0 when none is
   /// found. With more than two keypoints every segment is measured from the first keypoint, not
   /// from its own start, so a value between keypoints comes back exactly only where there are two.
-  float ToNormalized(float physical, bool& found, bool& ambiguous, bool& interpolated) const;
+  float ToNormalized(float physical, bool& found, bool& ambiguous, bool& interpolated) const {
+    if (isPlainRange_) {
+      // Between the keypoints, and on neither of them, whichever of the two is the greater.
+      const float fromStart = physical - start_;
+      const float toEnd = end_ - physical;
+      if (std::min(fromStart, toEnd) > kTolerance || std::max(fromStart, toEnd) < -kTolerance) {
+        found = interpolated = true;
+        ambiguous = false;
+        const float place = fromStart / (end_ - start_);
+        return isStraight_ ? place : std::pow(place, inverseCurve_);
+      }
+    }
+    return FindKeypoints(physical, found, ambiguous, interpolated);
+  }
 
   /// Index, keypoints, curve and modifier value; functions cannot be compared and take no part.
   friend ORVEL_EXPORT bool operator==(const ParameterMapping& left, const ParameterMapping& right);
 
  private:
+  /// The distance at which a physical value still is a keypoint's own.
+  static constexpr float kTolerance = 1e-7f;
+
+  float FromKeypoints(float normalized) const;
+  float FindKeypoints(float physical, bool& found, bool& ambiguous, bool& interpolated) const;
+  void UpdateRange();
+
   unsigned paramIndex_;
   std::vector<float> keypoints_;
   float curve_;
   float modifierValue_ = 1.0f;
   ParameterModifier modifier_;
+
+  // Nearly every mapping is two finite keypoints without a modifier, and is asked for at every move
+  // of a slider and every block of audio. These say so, and spare such a one the search, the calls
+  // and the division; `UpdateRange` derives them from the fields above.
+  bool isPlainRange_ = false;
+  bool isStraight_ = true;  // on the way back, where a curve of 0 counts as none
+  float start_ = 0.0f;
+  float end_ = 0.0f;
+  float inverseCurve_ = 1.0f;
 };
 
 }  // namespace orvel

@@ -26,6 +26,9 @@ class ORVEL_EXPORT ParameterModifier {
     return invert_ ? invert_(value, argument) : value;
   }
 
+  /// Whether neither function is there.
+  bool IsEmpty() const { return !modify_ && !invert_; }
+
   /// Whether both functions are there.
   bool IsEnabled() const { return modify_ && invert_; }
 

@@ -159,6 +159,26 @@ TEST(ParameterMapping, TheWayBackNeedsBothFunctionsAndTheWayThereOnlyOne) {
   EXPECT_EQ(ParameterModifier().Modify(0.3f, 9.0f), 0.3f);
 }
 
+TEST(ParameterMapping, AChangedMappingAnswersAsTheNewOneAtOnce) {
+  ParameterMapping mapping(0, 0.0f, 10.0f, 1.0f);
+  mapping.AddKeypoint(40.0f);
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 25.0f);
+  EXPECT_EQ(Find(mapping, 40.0f), (Found{1.0f, true, false, false}));
+  mapping.Clear();
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 0.0f);
+  EXPECT_FALSE(Find(mapping, 5.0f).found);
+  mapping.AddKeypoint(2.0f);
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 2.0f);
+  mapping.AddKeypoint(4.0f);
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 3.5f);
+  mapping.SetModifier(HalveTowards(0.0f));
+  mapping.SetModifierValue(0.5f);
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 1.75f);
+  EXPECT_EQ(Find(mapping, 1.75f), (Found{0.75f, true, false, true}));
+  mapping.SetModifier(ParameterModifier());
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 3.5f);
+}
+
 TEST(ParameterMapping, EqualityLooksAtWhatCanBeCompared) {
   const ParameterMapping mapping(1, {1, 2}, 1.0f);
   ParameterMapping same(1, 1.0f);
