@@ -190,7 +190,7 @@ TEST(ParameterMapping, EqualityLooksAtWhatCanBeCompared) {
   EXPECT_NE(mapping, same);
   EXPECT_NE(mapping, ParameterMapping(2, {1, 2}, 1.0f));
   EXPECT_NE(mapping, ParameterMapping(1, {1, 2}, 2.0f));
-  EXPECT_NE(mapping, ParameterMapping(1, {1}, 1.0f));
+  EXPECT_NE(mapping, ParameterMapping(1, std::vector<float>{1}, 1.0f));
   EXPECT_NE(ParameterMapping(1, kNaN, 1.0f), ParameterMapping(1, kNaN, 1.0f));
 }
 

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "host/audio/audio_error.h"
-#include "host/audio/audio_error.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/session/host.h"
 #include "orvel/orvel.h"
