@@ -131,6 +131,35 @@ TEST(SectionCatalogue, EveryMappedParameterStaysInsideItsEffectsScale) {
   }
 }
 
+TEST(SectionCatalogue, AStraightRangeLeadsBackFromTheEffectToTheControl) {
+  int ranges = 0;
+  for (const auto& subject : kSections) {
+    const auto definition = Build(subject.modelID);
+    for (const auto& control : definition.GetControlDefinitions()) {
+      for (const auto& [id, mappings] : control.GetParameterMap()) {
+        for (const auto& mapping : mappings) {
+          const float start = mapping.FromNormalized(0.0f);
+          const float end = mapping.FromNormalized(1.0f);
+          // Only two keypoints promise the way back.
+          const ParameterMapping range(mapping.GetParamIndex(), start, end, 1.0f);
+          if (start == end || !(mapping == range)) continue;
+          ++ranges;
+          for (const float place : {0.125f, 0.5f, 0.875f}) {
+            bool found = false;
+            bool ambiguous = false;
+            bool interpolated = false;
+            const float back =
+                mapping.ToNormalized(mapping.FromNormalized(place), found, ambiguous, interpolated);
+            EXPECT_TRUE(found && interpolated && !ambiguous) << control.GetControlKey();
+            EXPECT_NEAR(back, place, 2e-4f) << control.GetControlKey();
+          }
+        }
+      }
+    }
+  }
+  EXPECT_GT(ranges, 20);
+}
+
 TEST(VolumeSection, TheSliderMovesGainAndCeilingOfTheLimiter) {
   const auto definition = Build("model_volume");
   const auto& control = definition.GetControlDefinitions().front();
