@@ -30,7 +30,6 @@ std::u16string FindText(const std::string& key) {
 }
 
 const std::u16string* FindArgument(char16_t digit, const std::u16string* first, std::size_t count) {
-  if (digit < u'0' || digit > u'9') return nullptr;
   const auto index = static_cast<std::size_t>(digit - u'0');
   return index < count ? first + index : nullptr;
 }

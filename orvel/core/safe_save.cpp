@@ -67,18 +67,16 @@ SafeSave::SafeSave(const File& target) : target_(target), temp_(target.Parent(),
 
 SafeSave::~SafeSave() {
   std::error_code error;
-  if (!committed_) fs::remove(ToNative(temp_.FullPath()), error);
+  fs::remove(ToNative(temp_.FullPath()), error);
 }
 
 void SafeSave::Commit() {
-  if (committed_) return;
   const fs::path target = ToNative(target_.FullPath());
   const fs::path temp = ToNative(temp_.FullPath());
   Descriptor(temp, O_RDONLY).Flush();
   std::error_code error;
   fs::rename(temp, target, error);
   if (error) Fail(target, error.value());
-  committed_ = true;
   const fs::path folder = target.parent_path();
   Descriptor(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY).Flush();
 }

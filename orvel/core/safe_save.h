@@ -22,13 +22,12 @@ class ORVEL_EXPORT SafeSave {
 
   /// Brings the temporary file to the disk, renames it to the target and brings the folder to the
   /// disk. Raises `file_exception`; the target is then as it was, save when only the very last step
-  /// failed.
+  /// failed. A second call raises it too, for the temporary file is gone.
   void Commit();
 
  private:
   File target_;
   File temp_;
-  bool committed_ = false;
 };
 
 }  // namespace teskcore::filesupport

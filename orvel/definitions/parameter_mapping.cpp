@@ -18,7 +18,6 @@ float Clamp01(float value) {
 // number takes all up to -1 for huge, hence for the last segment; it is spelled out, since the
 // language leaves that conversion undefined.
 std::size_t FindSegment(float scaled, std::size_t segments) {
-  if (std::isnan(scaled)) return 0;
   if (scaled <= -1.0f || scaled >= static_cast<float>(segments)) return segments - 1;
   return scaled > 0.0f ? static_cast<std::size_t>(scaled) : 0;
 }

@@ -59,11 +59,11 @@ bool GetParamList(const boost::intrusive_ptr<SectionModelInterface>& model,
 bool SetParamList(const boost::intrusive_ptr<SectionModelInterface>& model,
                   const std::vector<float>& values) {
   if (!model) return false;
-  std::vector<float> saved;
-  const bool canPutBack = GetParamList(*model, saved);
+  std::vector<float> saved;  // stays empty when it cannot be read, and then puts nothing back
+  GetParamList(*model, saved);
   if (Write(model, values)) return true;
   // A model that refuses every write refuses this one too; trying again would never end.
-  if (canPutBack) Write(model, saved);
+  Write(model, saved);
   return false;
 }
 

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gtest/gtest.h>
 
 namespace teskcore::serialization {
@@ -187,6 +188,10 @@ TEST(Json, WhatJsonCannotExpressIsNotWritten) {
     deep = array;
   }
   EXPECT_EQ(GetJSONUTF8String(deep, false), "");
+  const JSONValuePtr loop = boost::make_shared<JSONValue>(JSONArray(2));
+  for (auto& element : boost::any_cast<JSONArray&>(*loop)) element = loop;
+  EXPECT_EQ(GetJSONUTF8String(loop, false), "");
+  *loop = JSONArray();
   JSONValue broken;
   AddToObject(broken, "bad", JSONValue(std::string("a\xFFz")));
   EXPECT_EQ(GetJSONUTF8String(broken, false), "{\"bad\":\"a\xEF\xBF\xBDz\"}");

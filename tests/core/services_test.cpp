@@ -32,6 +32,18 @@ TEST(EventLoop, TasksPostedByATaskWaitForTheNextTurn) {
   EXPECT_EQ(order, "abc");
 }
 
+TEST(EventLoop, ATaskMayRunTheLoopItself) {
+  const boost::intrusive_ptr<QueuedEventLoop> loop(new QueuedEventLoop);
+  std::string order;
+  loop->Post([&] {
+    loop->Drain();
+    order += "b";
+  });
+  loop->Post([&] { order += "a"; });
+  loop->Drain();
+  EXPECT_EQ(order, "ab");
+}
+
 TEST(EventLoop, ATaskThatThrowsLeavesTheOthersWaiting) {
   const boost::intrusive_ptr<QueuedEventLoop> loop(new QueuedEventLoop);
   int ran = 0;
@@ -69,8 +81,10 @@ TEST(Trace, GoesOutByChannelAndLevel) {
   teskcore::debug::SetTraceLevel("app.Presets", 0);
   trace(1);
   EXPECT_TRUE(TraceEnabled("app.Other", 5, true));
+  EXPECT_FALSE(TraceEnabled("app.Presets", 1, true));
+  Trace("?");
   teskcore::debug::SetTraceSink({});
-  EXPECT_EQ(lines, std::vector<std::string>{"app.Presets2!"});
+  EXPECT_EQ(lines, (std::vector<std::string>{"app.Presets2!", "app.Other5?"}));
 }
 
 TEST(Profiler, ScopesOpenOnlyAtTheirVolumeAndKeepOneLog) {

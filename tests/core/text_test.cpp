@@ -60,6 +60,8 @@ TEST_F(ZStringTest, ReplacesPlaceholdersOnceAndKeepsTheRest) {
   EXPECT_EQ(ZString("$$$/a=b=c"), u"b=c");
   // A name that a person typed is no key, whatever it holds.
   EXPECT_EQ(ZString("100 @0 ^Q", u"x"), u"100 @0 ^Q");
+  EXPECT_EQ(ZString("$$$ Sale=Loud", u"x"), u"$$$ Sale=Loud");
+  EXPECT_EQ(ZString("$$$/a=@/@:", u"x"), u"@/@:");
 }
 
 TEST_F(ZStringTest, TheHostsTranslationWinsOverTheDefault) {

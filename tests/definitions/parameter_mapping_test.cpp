@@ -108,6 +108,9 @@ TEST(ParameterMapping, FindsThePlaceOfAValueWithItsFlags) {
       {{0, 10}, 1, 12, {0, false, false, false}},
       {{0, 10}, 2, -1, {0, false, false, false}},
       {{0, 1}, 1, 5e-8f, {0, true, false, false}},
+      {{0, 1}, 1, 9e-8f, {0, true, false, false}},
+      {{0, 1}, 1, 1.2e-7f, {1.2e-7f, true, false, true}},
+      {{0, 10}, -1, 12, {0, false, false, false}},
       {{0, 1}, 1, 2e-7f, {2e-7f, true, false, true}},
       {{0, 1}, 1, kNaN, {0, false, false, false}},
   };
@@ -140,6 +143,7 @@ TEST(ParameterMapping, AModifierBendsTheResultAndTheWayBack) {
   EXPECT_EQ(Find(mapping, 0.75f), (Found{1.0f, true, false, false}));
   // The inverse costs precision: a near miss of 4e-6 still is the keypoint.
   EXPECT_EQ(Find(mapping, 0.749998f), (Found{1.0f, true, false, false}));
+  EXPECT_TRUE(Find(mapping, 0.74999f).interpolated);
   mapping.Clear();
   EXPECT_EQ(mapping.FromNormalized(0.3f), 0.25f);  // modify(0)
 }

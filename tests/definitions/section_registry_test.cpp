@@ -96,6 +96,19 @@ TEST(SectionRegistry, AModelsOwnCreatorWinsOverTheGenericOne) {
   EXPECT_FALSE(Create("model_pan"));
 }
 
+TEST(SectionRegistry, ACreatorMayReplaceItselfWhileItRuns) {
+  std::string log;
+  const auto once = [&log, text = std::string("still here, with a text of its own")](
+                        const auto&, const auto&, const auto&, const auto&, bool, auto&) {
+    factory::SetGenericFactoryFunction({});
+    log = text;
+  };
+  factory::SetGenericFactoryFunction(once);
+  EXPECT_TRUE(Create("model_pan"));
+  EXPECT_EQ(log, "still here, with a text of its own");
+  EXPECT_FALSE(Create("model_pan"));
+}
+
 TEST(SectionRegistry, AnEmptyBuilderIsAnErrorWhenItIsCalled) {
   factory::RegisterModelDefinition("model_hollow", {});
   SectionDefinition definition;

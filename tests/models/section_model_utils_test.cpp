@@ -41,7 +41,7 @@ TEST_F(ModelUtils, TheStoredListLeavesOutReadBacks) {
 }
 
 TEST_F(ModelUtils, WhileTheSectionIsOffATargetIsStoredAsItsDefault) {
-  fake->values = {0.3f, 0.25f, 0.0f, 1.0f};
+  fake->values = {0.49f, 0.25f, 0.0f, 1.0f};
   EXPECT_EQ(GetList()[2], 2.0f);
   fake->values[kEnabled] = 0.5f;
   EXPECT_EQ(GetList()[2], 4.0f);
@@ -49,6 +49,9 @@ TEST_F(ModelUtils, WhileTheSectionIsOffATargetIsStoredAsItsDefault) {
   // list.
   fake->values[kEnabled] = 0.0f;
   fake->readStatuses[kEnabled] = 4;
+  EXPECT_EQ(GetList()[2], 4.0f);
+  fake->readStatuses.clear();
+  fake->hasDefinition = false;
   EXPECT_EQ(GetList()[2], 4.0f);
 }
 
@@ -65,6 +68,9 @@ TEST_F(ModelUtils, AToleratedReadCountsAndAFailedOneKeepsTheList) {
 TEST_F(ModelUtils, AValueThatCannotBeConvertedIsStoredAsZero) {
   fake->unconvertible = kAmount;
   EXPECT_EQ(GetList()[1], 0.0f);
+  fake->unconvertible = -1;
+  fake->unread = kAmount;
+  EXPECT_EQ(GetList()[1], -10.0f);  // below every range, so that it shows
 }
 
 TEST_F(ModelUtils, AShortListSetsTheLeadingParametersAndALongOneNoMoreThanThereAre) {

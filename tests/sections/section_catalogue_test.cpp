@@ -1,7 +1,9 @@
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -110,6 +112,23 @@ TEST(SectionCatalogue, EveryTableHasIdsInOrderAndUniqueNamesAndKeys) {
       EXPECT_EQ(definition.GetEnableParam().name, "Enabled");
     }
   }
+}
+
+// Documents, presets and translations know parameters by what stands in this file.
+TEST(SectionCatalogue, TheParametersAreTheOnesThatDocumentsKnow) {
+  std::ostringstream table;
+  table.precision(9);
+  for (const auto& subject : kSections) {
+    const auto definition = Build(subject.modelID);
+    for (const auto& p : definition.GetParamDefinitions()) {
+      table << p.id << '|' << p.key << '|' << p.description << '|' << p.name << '|' << p.flags
+            << '|' << p.defaultValue << '|' << p.minValue << '|' << p.maxValue << '\n';
+    }
+  }
+  std::ifstream file(ORVEL_TEST_DATA_DIR "/section_parameters.txt");
+  std::ostringstream known;
+  known << file.rdbuf();
+  EXPECT_EQ(table.str(), known.str());
 }
 
 TEST(SectionCatalogue, EveryMappedParameterStaysInsideItsEffectsScale) {
