@@ -1,20 +1,28 @@
 #include "orvel/core/action.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "orvel/core/localizer.h"
 
 namespace teskundo {
 namespace {
 
-// Walks forward with `step`; when a child throws, walks back over the finished ones with `back`.
+// Walks forward with `step`; when a child throws, walks back over the finished ones with `back`, as
+// far as these let it. The first exception is the one that goes on.
 template <typename Iterator, typename Step, typename Back>
 void WalkOrTakeBack(Iterator first, Iterator last, Step step, Back back) {
   Iterator at = first;
   try {
     for (; at != last; ++at) step(**at);
   } catch (...) {
-    while (at != first) back(**--at);
+    while (at != first) {
+      try {
+        back(**--at);
+      } catch (const std::exception&) {
+        continue;
+      }
+    }
     throw;
   }
 }

@@ -27,7 +27,8 @@ boost::intrusive_ptr<PresetData> PresetList::GetPreset(const std::u16string& nam
 namespace utility {
 
 boost::intrusive_ptr<AudioFilter> CreateAudioFilter(const std::u16string& componentID) {
-  return Factory() ? Factory()(componentID) : nullptr;
+  const AudioFilterFactory factory = Factory();  // it may replace itself
+  return factory ? factory(componentID) : nullptr;
 }
 
 void RegisterAudioFilterFactory(const AudioFilterFactory& factory) { Factory() = factory; }

@@ -1,10 +1,10 @@
 #include "orvel/core/byte_stream.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <system_error>
 
 #include <boost/numeric/conversion/cast.hpp>
+#include <sys/stat.h>
 
 #include "orvel/core/native_path.h"
 
@@ -27,10 +27,11 @@ IPlatformByteStream::IPlatformByteStream(const File& file, std::uint32_t flags)
 }
 
 std::uint64_t IPlatformByteStream::Length() const {
-  std::error_code error;
-  const auto length = std::filesystem::file_size(path_, error);
-  if (error) Fail(path_, error.message());
-  return length;
+  // Of the open file: the path may lead to another by now.
+  struct stat status {};
+  if (fstat(fileno(stream_.get()), &status) != 0)
+    Fail(path_, std::generic_category().message(errno));
+  return static_cast<std::uint64_t>(status.st_size);
 }
 
 std::uint32_t IPlatformByteStream::ReadBlock(void* buffer, std::uint32_t count) {

@@ -64,6 +64,8 @@ JSONValuePtr JSONParse(const void* bytes, std::size_t length) {
   return Parse(std::string_view(static_cast<const char*>(bytes), length));
 }
 
-JSONValuePtr JSONParse(const char* zeroTerminated) { return Parse(zeroTerminated); }
+JSONValuePtr JSONParse(const char* zeroTerminated) {
+  return zeroTerminated == nullptr ? nullptr : Parse(zeroTerminated);
+}
 
 }  // namespace teskcore::serialization

@@ -23,7 +23,8 @@ class ORVEL_EXPORT Localizer {
   void SetLookup(const Lookup& lookup) { lookup_ = lookup; }
 
   bool Find(const std::string& path, std::u16string& text) const {
-    return lookup_ && lookup_(path, text);
+    const Lookup lookup = lookup_;  // it may replace itself
+    return lookup && lookup(path, text);
   }
 
  private:

@@ -1,5 +1,7 @@
 #include "orvel/core/profiler.h"
 
+#include <exception>
+
 namespace teskcore::debug {
 
 CodeProfilerManager& CodeProfilerManager::Get() {
@@ -15,6 +17,16 @@ void CodeProfilerManager::SetConditionalProfiling(bool on, int volume) {
 std::shared_ptr<const ProfileDataLog> CodeProfilerManager::CreateNewProfileDataLog(
     const std::string& name, int volume) {
   return std::make_shared<const ProfileDataLog>(ProfileDataLog{name, volume});
+}
+
+void CodeProfilerManager::Report(const ProfileDataLog& log,
+                                 std::chrono::nanoseconds duration) const noexcept {
+  try {
+    const Sink sink = sink_;  // it may replace itself
+    if (sink) sink(log, duration);
+  } catch (const std::exception&) {
+    // Measuring must not change what is measured.
+  }
 }
 
 CodeProfiler::CodeProfiler(const std::shared_ptr<const ProfileDataLog>& log)

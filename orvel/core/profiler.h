@@ -41,9 +41,9 @@ class ORVEL_EXPORT CodeProfilerManager {
   std::shared_ptr<const ProfileDataLog> CreateNewProfileDataLog(const std::string& name,
                                                                 int volume);
 
-  void Report(const ProfileDataLog& log, std::chrono::nanoseconds duration) const {
-    if (sink_) sink_(log, duration);
-  }
+  /// Hands a duration to the sink. What the sink throws ends here: a scope ends wherever the code
+  /// in it does, also while an exception is on its way.
+  void Report(const ProfileDataLog& log, std::chrono::nanoseconds duration) const noexcept;
 
  private:
   CodeProfilerManager() = default;

@@ -65,19 +65,30 @@ bool IsDevice(const std::u16string& name) {
 }
 
 bool IsRefused(UChar32 character) {
+  // Some file systems pass over what is ignorable, and the eye does so everywhere.
   return IsSurrogate(character) || u_iscntrl(character) ||
+         u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) ||
          (character < 0x80 && kRefused.find(static_cast<char16_t>(character)) != kRefused.npos);
 }
 
-// Small letters that people write every day and that some file systems take for others: for "ss"
-// and for another sigma.
+// Small letters that people write every day and that some file systems take for others: for "ss",
+// for another sigma, and for i.
 constexpr UChar32 kSharpS = 0xDF;
 constexpr UChar32 kFinalSigma = 0x3C2;
+constexpr UChar32 kDotlessI = 0x131;
+
+bool IsEveryday(UChar32 character) {
+  return character == kSharpS || character == kFinalSigma || character == kDotlessI;
+}
 
 // Whether comparing without regard to case makes something else of the character than its small
 // letter: more than one character, or the letter of another.
 bool FoldsOddly(UChar32 character) {
-  return icu::UnicodeString(character).foldCase() != icu::UnicodeString(u_tolower(character));
+  const UChar32 lower = u_tolower(character);
+  const UChar32 upper = u_toupper(character);
+  const bool roundTrips =
+      character == lower ? u_tolower(upper) == character : u_toupper(lower) == character;
+  return !roundTrips || icu::UnicodeString(character).foldCase() != icu::UnicodeString(lower);
 }
 
 std::u16string Escape(const std::u16string& name) {
@@ -88,7 +99,7 @@ std::u16string Escape(const std::u16string& name) {
     const std::size_t start = i;
     const UChar32 character = NextCodePoint(name, i);
     const bool atEnd = start == 0 || i == name.size();
-    const bool odd = character != kSharpS && character != kFinalSigma && FoldsOddly(character);
+    const bool odd = FoldsOddly(character) && !IsEveryday(character);
     const bool escape = IsRefused(character) || odd || (asciiOnly && character >= 0x80) ||
                         (start == 0 && device) || (atEnd && (character == ' ' || character == '.'));
     const auto units = std::u16string_view(name).substr(start, i - start);

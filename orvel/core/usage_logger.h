@@ -27,7 +27,8 @@ class ORVEL_EXPORT UsageLogger {
 
   void SetSink(const Sink& sink) { sink_ = sink; }
   void Log(const UsageEvent& event) const {
-    if (sink_) sink_(event);
+    const Sink sink = sink_;  // it may replace itself
+    if (sink) sink(event);
   }
 
  private:

@@ -26,6 +26,16 @@ class Step : public Action {
   char name_;
 };
 
+// Can be done and not be undone.
+class Stubborn : public Action {
+ public:
+  Stubborn() : Action(true, true, u"Stubborn") {}
+
+ private:
+  void RedoSelf() override {}
+  void UndoSelf() override { throw std::logic_error("no way back"); }
+};
+
 class MultiActionTest : public ::testing::Test {
  protected:
   MultiActionTest() {
@@ -55,6 +65,19 @@ TEST_F(MultiActionTest, AChildThatFailsLeavesNothingHalfDone) {
   a->throws = true;
   EXPECT_THROW(multi->Undo(), std::runtime_error);
   EXPECT_EQ(log, "-c-b+b+c");
+}
+
+TEST_F(MultiActionTest, TheFirstFailureIsTheOneThatIsTold) {
+  c->throws = true;
+  boost::intrusive_ptr<Stubborn> stubborn(new Stubborn);
+  boost::intrusive_ptr<MultiAction> outer(new MultiAction(u"Outer"));
+  for (const boost::intrusive_ptr<Action>& child :
+       {boost::intrusive_ptr<Action>(a), boost::intrusive_ptr<Action>(stubborn),
+        boost::intrusive_ptr<Action>(c)}) {
+    outer->AddAction(child);
+  }
+  EXPECT_THROW(outer->Redo(), std::runtime_error);
+  EXPECT_EQ(log, "+a-a");
 }
 
 TEST_F(MultiActionTest, IsViableWhileEveryChildIs) {

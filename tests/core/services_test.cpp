@@ -7,8 +7,10 @@
 #include "orvel/core/audio_filter.h"
 #include "orvel/core/component_ids.h"
 #include "orvel/core/event_loop.h"
+#include "orvel/core/localizer.h"
 #include "orvel/core/profiler.h"
 #include "orvel/core/ref_counted.h"
+#include "orvel/core/text.h"
 #include "orvel/core/trace.h"
 #include "orvel/core/usage_logger.h"
 
@@ -100,11 +102,30 @@ TEST(Profiler, ScopesOpenOnlyAtTheirVolumeAndKeepOneLog) {
   { const ProfileScope tooQuiet(name); }
   manager.SetConditionalProfiling(true);
   for (int i = 0; i < 2; ++i) const ProfileScope on(name);
+  manager.SetSink([](const auto&, auto) { throw std::runtime_error("sink"); });
+  EXPECT_NO_THROW({ const ProfileScope failing(name); });
   manager.SetConditionalProfiling(false);
   manager.SetSink({});
   ASSERT_EQ(scopes.size(), 2u);
   EXPECT_EQ(scopes[0], scopes[1]);
   EXPECT_EQ(scopes[0]->name, "SetSectionModelParamAction::RedoSelf");
+}
+
+TEST(Seams, AHostsCallbackMayReplaceItselfWhileItRuns) {
+  const std::string text = "kept until the call is over, and long enough to live elsewhere";
+  std::string said;
+  UsageLogger::Get().SetSink([&said, text](const UsageEvent&) {
+    UsageLogger::Get().SetSink({});
+    said = text;
+  });
+  UsageLogger::Get().Log({});
+  EXPECT_EQ(said, text);
+  Localizer::Get().SetLookup([text](const std::string&, std::u16string& found) {
+    Localizer::Get().SetLookup({});
+    found.assign(text.begin(), text.end());
+    return true;
+  });
+  EXPECT_EQ(UTF16to8(ZString("$$$/a=b")), text);
 }
 
 TEST(UsageLogger, HandsEventsToTheSinkWhole) {
