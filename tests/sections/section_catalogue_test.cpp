@@ -14,8 +14,6 @@
 #include "orvel/definitions/normalized_value.h"
 #include "orvel/definitions/section_registry.h"
 #include "orvel/sections/clarity_section.h"
-#include "orvel/sections/duration_section.h"
-#include "orvel/sections/loudness_section.h"
 #include "orvel/sections/pan_section.h"
 #include "orvel/sections/restoration_section.h"
 #include "orvel/sections/sound_effects_section.h"
@@ -189,10 +187,6 @@ TEST(VolumeSection, TheSliderMovesGainAndCeilingOfTheLimiter) {
   const std::vector<ParameterMapping> expected = {{1, 85.0f / 150.0f, 106.0f / 150.0f, 1.0f},
                                                   {0, 1.0f, 0.97f, 1.0f}};
   EXPECT_EQ(control.GetParameterMappings(SectionModelVolumeParams::kVolume), expected);
-  const auto& volume = definition.GetParamDefinitions()[SectionModelVolumeParams::kVolume];
-  EXPECT_EQ(volume.flags, 32u);
-  EXPECT_EQ(volume.minValue, -15.0f);
-  EXPECT_EQ(volume.maxValue, 6.0f);
 }
 
 TEST(VolumeSection, TheConfigurationSetsTheRangeButNotTheDefault) {
@@ -225,7 +219,6 @@ TEST(StereoWidthSection, HoldsTheCentreAndSweepsTheWidth) {
   EXPECT_EQ(control.GetEffectOrderNumber(), 60);
   const std::vector<ParameterMapping> expected = {{0, 0.5f, 1.0f}, {1, 0.0f, 1.0f, 1.0f}};
   EXPECT_EQ(control.GetParameterMappings(2), expected);
-  EXPECT_EQ(SectionModelStereoWidthParams::sParamDefinitions[2].defaultValue, 3.3333333f);
 }
 
 TEST(PanSection, HasNoControlForTheHostPansItself) {
@@ -234,10 +227,6 @@ TEST(PanSection, HasNoControlForTheHostPansItself) {
   EXPECT_EQ(definition.GetParamTypeAndControl(SectionModelPanParams::kPan, &control),
             kUnknownParam);
   EXPECT_EQ(control, nullptr);
-  const auto& params = SectionModelPanParams::sParamDefinitions;
-  EXPECT_EQ(params[SectionModelPanParams::kPan].minValue, -5.0f);
-  EXPECT_EQ(params[SectionModelPanParams::kPan].maxValue, 5.0f);
-  EXPECT_EQ(params[SectionModelPanParams::kPanNotSupported].flags, 11u);
 }
 
 const ControlDefinition& Control(const SectionDefinition& definition, std::size_t index) {
@@ -271,23 +260,6 @@ TEST(SectionCatalogue, EffectsStandInTheirOrderInTheChain) {
       {kStudioReverbID, 80},           {kHardLimiterID, 100}};
   EXPECT_EQ(orders, expected);
   EXPECT_EQ(costly, std::set<std::u16string>{kAdaptiveNoiseReductionID});
-}
-
-TEST(LoudnessSection, ReadBacksAndTriggersCarryTheirFlags) {
-  const auto& params = SectionModelLoudnessParams::sParamDefinitions;
-  const std::vector<std::uint32_t> flags = {3, 3, 8, 8, 9, 19};
-  for (std::size_t i = 0; i < flags.size(); ++i) EXPECT_EQ(params[i].flags, flags[i]) << i;
-  EXPECT_EQ(params[SectionModelLoudnessParams::kMeasuredLoudness].minValue, -300.0f);
-  EXPECT_EQ(params[SectionModelLoudnessParams::kAdjustedLoudness].maxValue, 100.0f);
-}
-
-TEST(DurationSection, StartsOffAndStoresItsTargetAsARationalNumber) {
-  const auto& params = SectionModelDurationParams::sParamDefinitions;
-  const std::vector<std::uint32_t> flags = {3, 96, 3, 3, 8, 8, 8, 65};
-  for (std::size_t i = 0; i < flags.size(); ++i) EXPECT_EQ(params[i].flags, flags[i]) << i;
-  EXPECT_EQ(params[SectionModelDurationParams::kEnabled].defaultValue, 0.0f);
-  EXPECT_EQ(params[SectionModelDurationParams::kMode].defaultValue, 1.0f);
-  EXPECT_EQ(params[SectionModelDurationParams::kMaxDuration].defaultValue, 86400.0f);
 }
 
 TEST(RestorationSection, NoiseSettingsSweepBetweenTheConfiguredEnds) {
@@ -458,11 +430,6 @@ TEST(ClaritySection, DynamicsAndEnhancerMoveTheirFixedParameters) {
   EXPECT_EQ(
       Control(definition, 2).GetParameterMappings(SectionModelClarityParams::kVocalEnhancerMode),
       enhancer);
-  const auto& params = SectionModelClarityParams::sParamDefinitions;
-  ASSERT_EQ(params.size(), 20u);
-  EXPECT_EQ(params[SectionModelClarityParams::kEQPreset].flags, 37u);
-  EXPECT_EQ(params[SectionModelClarityParams::kAnalysisStatus].flags, 9u);
-  EXPECT_EQ(params[SectionModelClarityParams::kReanalyzeDynamics].flags, 19u);
 }
 
 std::vector<ParameterMapping> DynamicsFor(float m, float p) {
