@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -94,14 +95,16 @@ TEST(AudioWriter, RefusesWhatItCannotWriteAndLeavesNothingBehind) {
 TEST(AudioWriter, AFullDeviceIsAnErrorAndLeavesNothingBehind) {
   const TemporaryFolder folder;
   const AudioBlock signal = Make(44100, 2, 1.0, Noise(0.5));
+  std::optional<AudioWriter> writer(std::in_place, folder / "a.wav", signal.Format());
   // A limit on the size of files stands for the device; without the handler it would end the test.
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit old{};
   getrlimit(RLIMIT_FSIZE, &old);
   const rlimit small{100000, old.rlim_max};
   setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_THROW(WriteFile(folder / "a.wav", signal), AudioError);
+  EXPECT_THROW(writer->Write(signal), AudioError) << "at once, not when an hour is lost";
   setrlimit(RLIMIT_FSIZE, &old);
+  writer.reset();
   EXPECT_THAT(folder.FileNames(), IsEmpty());
 }
 
@@ -111,7 +114,9 @@ TEST(AudioWriter, TheSameAudioGivesTheSameBytes) {
   for (const std::string ending : {".wav", ".flac"}) {
     WriteFile(folder / ("a" + ending), signal);
     WriteFile(folder / ("b" + ending), signal);
-    EXPECT_EQ(ReadBytes(folder / ("a" + ending)), ReadBytes(folder / ("b" + ending)));
+    const std::string bytes = ReadBytes(folder / ("a" + ending));
+    EXPECT_EQ(bytes, ReadBytes(folder / ("b" + ending)));
+    EXPECT_EQ(bytes.find("Lavf5"), std::string::npos) << "names the version of the libraries";
   }
 }
 

@@ -96,6 +96,8 @@ TEST_F(CliTest, RendersAndPrintsWhatChanged) {
               0.01);
   EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
+  std::filesystem::rename(folder_ / "in.wav", folder_ / "take:12.wav");
+  EXPECT_EQ(Run("render take:12.wav -o out.wav").exitCode, 0) << "a colon makes no protocol";
 }
 
 TEST_F(CliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {

@@ -145,7 +145,7 @@ TEST_F(ClipSectionModelTest, SuspensionNestsAndHoldsBackEachChangeOnce) {
 
   heard_.clear();
   model->SuspendSignaling();
-  model->SetParamNormalized(Volume::kVolume, 0.3f);
+  model->SetParamNormalized(Volume::kEnableVolume, 0.0f);
   model->ResumeSignaling(false);
   model->ResumeSignaling(true);  // one too many does no harm
   EXPECT_THAT(heard_, IsEmpty());

@@ -70,8 +70,8 @@ TEST(HardLimiter, CeilingIsNeverExceeded) {
     for (const int sampleRate : {1000, 44100, 48000, 96000}) {
       for (const int channelCount : {1, 2, 6}) {
         const AudioBlock in = Make(sampleRate, channelCount, 0.1, signal);
-        for (const auto& [ceiling, gain] : {std::pair(0.0, 0.0), std::pair(-0.3, 50.0),
-                                            std::pair(-3.0, 6.0), std::pair(-100.0, 50.0)}) {
+        for (const auto& [ceiling, gain] : {std::pair(0.0, 0.0), std::pair(-0.1, 50.0),
+                                            std::pair(-2.14, 6.0), std::pair(-100.0, 50.0)}) {
           const AudioBlock out = RunFilters(in, Limiter(ceiling, gain, channelCount));
           ASSERT_EQ(out.FrameCount(), in.FrameCount());
           ASSERT_LE(Peak(out), std::pow(10.0, ceiling / 20.0))
