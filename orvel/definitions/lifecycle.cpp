@@ -1,8 +1,11 @@
 #include "orvel/definitions/lifecycle.h"
 
 #include "orvel/actions/action_executor.h"
+#include "orvel/configuration/configuration_manager.h"
+#include "orvel/core/library_module.h"
 #include "orvel/models/mode_descriptor_cache.h"
 #include "orvel/models/session_handler_interface.h"
+#include "orvel/presets/presets_cache.h"
 
 namespace orvel {
 namespace {
@@ -25,11 +28,16 @@ void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHand
   State().sessionHandler = sessionHandler;
   SetOrvelActionExecutor(actionExecutor);
   ModeDescriptorCache::Initialize(modes);
+  const boost::intrusive_ptr<PresetsCache> presetsCache(
+      new PresetsCache(GetLibraryModule(), true));
+  ConfigurationManager::Initialize(sessionHandler, presetsCache,
+                                   ModeDescriptorCache::Get()->GetAdjustmentsModes());
   State().initialized = true;
 }
 
 void Terminate() {
   State().sessionHandler = nullptr;
+  ConfigurationManager::Terminate();
   ModeDescriptorCache::Terminate();
   State().initialized = false;
 }

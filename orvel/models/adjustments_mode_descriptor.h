@@ -22,4 +22,12 @@ struct AdjustmentsModeDescriptor {
   std::vector<SectionDescriptor> sections;
 };
 
+/// What a panel shows of an adjustments mode.
+struct AdjustmentModeInfo {
+  std::string modeID;
+  std::string displayName;
+  std::u16string localizedDisplayName;
+  orvel::ClipType ClipType = type_not_set;
+};
+
 }  // namespace orvel

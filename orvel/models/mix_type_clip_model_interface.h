@@ -15,17 +15,18 @@ namespace orvel {
 class OrvelModel;
 
 /// One clip, as far as its mix type goes; implemented by the host. The operations that give an int
-/// return 0 for success and a status of the host's own otherwise.
+/// return 0 for success and a status of the host's own otherwise. A clip that leaves a setter out
+/// refuses with status 1, and so cannot be given a mode or a preset.
 class ORVEL_EXPORT MixTypeClipModelInterface : public virtual RefCountedObject {
  public:
   using ChangeSignal = boost::signals2::signal<void()>;
 
   virtual int GetClipType(ClipType& type) = 0;
-  virtual int SetClipType(ClipType type) = 0;
+  virtual int SetClipType(ClipType) { return 1; }
   virtual int GetAdjustmentsMode(std::string& modeID) = 0;
-  virtual int SetAdjustmentsMode(const std::string& modeID) = 0;
+  virtual int SetAdjustmentsMode(const std::string& /*modeID*/) { return 1; }
   virtual int GetUserPresetGuid(Guid& guid) = 0;
-  virtual int SetUserPresetGuid(const Guid& guid) = 0;
+  virtual int SetUserPresetGuid(const Guid&) { return 1; }
 
   /// Whether the clip can be edited now.
   virtual bool IsReady() = 0;

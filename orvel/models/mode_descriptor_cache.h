@@ -22,14 +22,27 @@ class ORVEL_EXPORT ModeDescriptorCache {
   std::set<std::string> GetAdjustmentsModes() const;
   bool GetOrderedJSONAdjustmentsModes(std::vector<std::string>& modeIDs) const;
 
+  /// One for each descriptor, in their order.
+  std::vector<AdjustmentModeInfo> GetAdjustmentsModeInfos() const;
+
   /// Copies the sections of a mode, of the first descriptor that has this id; false, with
   /// `sections` as it was, when none has.
   bool GetSectionDescriptors(const std::string& modeID,
                              std::vector<SectionDescriptor>& sections) const;
 
+  /// The clip type that goes with a mode; `type_not_set` for `kAdjustmentsModeUnknown`. False, with
+  /// `type_other`, for an id that no descriptor has, and for a mode of that clip type.
+  bool GetClipTypeFromAdjustmentsMode(const std::string& modeID, ClipType& type) const;
+
   bool IsValidMode(const std::string& modeID) const;
 
+  /// The name to show for one of the modes that this library knows by itself, whatever the
+  /// descriptors say; any other id as it stands.
+  static std::u16string GetAdjustmentsModeDisplayNameFromModeId(const std::string& modeID);
+
  private:
+  const AdjustmentsModeDescriptor* Find(const std::string& modeID) const;
+
   explicit ModeDescriptorCache(const std::vector<AdjustmentsModeDescriptor>& descriptors);
   ~ModeDescriptorCache();
 

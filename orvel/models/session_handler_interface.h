@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <boost/signals2/connection.hpp>
 #include <boost/signals2/signal.hpp>
 
@@ -10,11 +12,18 @@
 
 namespace orvel {
 
-/// The host's session: which clips are selected, and whether there is a session to work in.
+struct ConfigPresetData;
+template <typename T>
+struct Preset;
+
+/// The host's session: which clips are selected, whether there is a session to work in, and the
+/// configuration presets that its document carries. A host without documents leaves the last three
+/// operations as they are.
 class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
  public:
   using SelectionSignal = boost::signals2::signal<void(const MixTypeClipModels& clips)>;
   using SessionSignal = boost::signals2::signal<void(bool enabled)>;
+  using DocumentSignal = boost::signals2::signal<void(bool changed, bool closing)>;
 
   /// The slot receives the newly selected clips.
   virtual boost::signals2::connection RegisterForClipSelectionChanges(
@@ -26,6 +35,26 @@ class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
 
   virtual MixTypeClipModels GetSelectedMixTypeClipModels() = 0;
   virtual bool IsSessionEnabled() = 0;
+
+  /// The slot receives (true, false) after a document was opened or replaced, and (..., true)
+  /// before one is closed.
+  virtual boost::signals2::connection RegisterForDocumentChanges(
+      const DocumentSignal::slot_type& /*slot*/) {
+    return {};
+  }
+
+  /// Reads the configuration presets that the current document carries, under
+  /// `kSessionPropertyKey_Configurations`; false when there is no document. One that carries none
+  /// gives true and an empty list.
+  virtual bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& /*presets*/) {
+    return false;
+  }
+
+  /// Replaces them; called whenever a mode's current configuration has changed, so that a document
+  /// that is saved holds what it was worked on with. False when there is no document.
+  virtual bool SetConfigurationPresets(const std::vector<Preset<ConfigPresetData>>& /*presets*/) {
+    return false;
+  }
 };
 
 }  // namespace orvel

@@ -1,0 +1,57 @@
+#include "orvel/actions/set_model_configuration_action.h"
+
+#include "orvel/actions/action_types.h"
+#include "orvel/configuration/configuration_manager.h"
+#include "orvel/core/profiler.h"
+
+namespace orvel {
+namespace {
+
+ProfileName redoScope("SetSectionModelConfigurationAction::RedoSelf");
+ProfileName undoScope("SetSectionModelConfigurationAction::UndoSelf");
+
+class SetSectionModelConfigurationAction : public Action {
+ public:
+  SetSectionModelConfigurationAction(const std::string& modeID, const std::string& modelID,
+                                     const PropList& configuration, const std::u16string& name)
+      : Action(true, true, name),
+        modeID_(modeID),
+        modelID_(modelID),
+        newConfiguration_(configuration) {
+    SetActionType(kActionType_SetMixTypeModelParam);
+    if (ConfigurationManager* manager = ConfigurationManager::Get()) {
+      manager->GetModelConfiguration(modeID_, modelID_, previousConfiguration_);
+    }
+  }
+
+ private:
+  void RedoSelf() override {
+    const ProfileScope scope(redoScope);
+    Apply(newConfiguration_);
+  }
+  void UndoSelf() override {
+    const ProfileScope scope(undoScope);
+    Apply(previousConfiguration_);
+  }
+  void Apply(const PropList& configuration) const {
+    if (ConfigurationManager* manager = ConfigurationManager::Get()) {
+      manager->SetModelConfiguration(modeID_, modelID_, configuration);
+    }
+  }
+
+  std::string modeID_;
+  std::string modelID_;
+  PropList newConfiguration_;
+  PropList previousConfiguration_;
+};
+
+}  // namespace
+
+boost::intrusive_ptr<Action> CreateSetModelConfigurationAction(const std::string& modeID,
+                                                               const std::string& modelID,
+                                                               const PropList& configuration,
+                                                               const std::u16string& name) {
+  return new SetSectionModelConfigurationAction(modeID, modelID, configuration, name);
+}
+
+}  // namespace orvel

@@ -1,0 +1,366 @@
+#include "orvel/configuration/configuration_manager.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "orvel/actions/set_model_configuration_action.h"
+#include "orvel/core/flag_scope.h"
+#include "orvel/core/localizer.h"
+#include "orvel/core/text.h"
+#include "orvel/definitions/lifecycle.h"
+#include "orvel/presets/preset_file.h"
+#include "orvel/presets/section_migrations.h"
+
+namespace orvel {
+
+const std::string kSessionPropertyKey_Configurations = "OrvelConfigurations";
+
+namespace {
+
+using teskcore::utility::FlagScope;
+
+constexpr char kSessionConfigName[] =
+    "$$$/orvel/ConfigurationManager/SessionConfigIndicator=@0 (from Session)";
+constexpr char kChangeConfigurationName[] =
+    "$$$/orvel/Action/ChangeConfiguration=Configure Orvel Template";
+
+ConfigurationManager* instance = nullptr;
+
+// Never freed: sections may register from static initialisers and hosts ask at any time.
+std::map<std::string, ConfigurationManager::MigrateModelFunction>& Migrations() {
+  static auto& migrations =
+      *new std::map<std::string, ConfigurationManager::MigrateModelFunction>(GetSectionMigrations());
+  return migrations;
+}
+
+bool AreSame(const Preset<ConfigPresetData>& left, const Preset<ConfigPresetData>& right) {
+  return left.Guid == right.Guid && left.Name == right.Name && left.PresetData == right.PresetData;
+}
+
+PropList ConfigurationOf(const ConfigPresetData& data, const std::string& modelID) {
+  const auto found = data.Models.find(modelID);
+  return found == data.Models.end() ? PropList() : found->second;
+}
+
+}  // namespace
+
+void ConfigurationManager::Initialize(
+    const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
+    const boost::intrusive_ptr<PresetsCache>& presetsCache, const std::set<std::string>& modeIDs) {
+  Terminate();
+  instance = new ConfigurationManager(sessionHandler, presetsCache, modeIDs);
+  // A document may have been opened before the library was started.
+  instance->OnSessionChanged(true, false);
+}
+
+void ConfigurationManager::Terminate() { delete std::exchange(instance, nullptr); }
+
+ConfigurationManager* ConfigurationManager::Get() { return instance; }
+
+ConfigurationManager::ConfigurationManager(
+    const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
+    const boost::intrusive_ptr<PresetsCache>& presetsCache, const std::set<std::string>& modeIDs)
+    : sessionHandler_(sessionHandler), cache_(presetsCache) {
+  for (const auto& modeID : modeIDs) AddMode(modeID);
+  if (cache_) {
+    cache_->SetMigrateUserPresetFunction(
+        [this](Preset<UserPresetData>& preset) { return MigrateUserPreset(preset); });
+    removalConnection_ = cache_->RegisterForConfigPresetRemovals(
+        [this](const Guid& removed, const Guid& successor) {
+          OnConfigPresetRemoved(removed, successor);
+        });
+  }
+  if (sessionHandler_) {
+    documentConnection_ = sessionHandler_->RegisterForDocumentChanges(
+        [this](bool changed, bool closing) { OnSessionChanged(changed, closing); });
+  }
+}
+
+ConfigurationManager::~ConfigurationManager() {
+  if (cache_) cache_->SetMigrateUserPresetFunction({});
+  // A handler may outlive this, with whoever holds it.
+  for (const auto& [modeID, mode] : modes_) mode.handler->SetSelectionVerifier({});
+}
+
+void ConfigurationManager::AddMode(const std::string& modeID) {
+  Mode& mode = modes_[modeID];
+  mode.handler = new ConfigPresetsHandler(
+      cache_,
+      [modeID](const Preset<ConfigPresetData>& preset) {
+        return preset.PresetData.ModeID == modeID;
+      },
+      [modeID](ConfigPresetData& data) {
+        return instance != nullptr && instance->OnCurrentConfigurationDataRequested(modeID, data);
+      });
+  Preset<ConfigPresetData> factory;
+  if (cache_ && cache_->GetFactoryConfigPreset(modeID, factory)) {
+    mode.handler->Restore(factory, factory.PresetData);
+  }
+  mode.handler->SetSelectionVerifier([this, modeID](const Preset<ConfigPresetData>&) {
+    const VerifyChangeFunction verify = verifyChange_;  // it may replace itself
+    return !verify || verify(modeID);
+  });
+  mode.dataConnection =
+      mode.handler->RegisterForDataChanges([this, modeID](const ConfigPresetData& previous) {
+        // First, so that whoever is told may save the document.
+        StoreCurrentConfigurations();
+        NotifyConfigurationChanged(modeID, previous);
+      });
+}
+
+boost::intrusive_ptr<ConfigPresetsHandler> ConfigurationManager::GetConfigPresetHandler(
+    const std::string& modeID) const {
+  const auto found = modes_.find(modeID);
+  return found == modes_.end() ? nullptr : found->second.handler;
+}
+
+Guid ConfigurationManager::GetCurrentConfigGuidForMode(const std::string& modeID) const {
+  const auto handler = GetConfigPresetHandler(modeID);
+  return handler ? handler->GetSelectedPreset().Guid : Guid();
+}
+
+std::vector<Guid> ConfigurationManager::GetCurrentConfigGuidForAllModes() const {
+  std::vector<Guid> guids;
+  for (const auto& [modeID, mode] : modes_) guids.push_back(GetCurrentConfigGuidForMode(modeID));
+  return guids;
+}
+
+// Null for a mode without a current configuration.
+ConfigPresetsHandler* ConfigurationManager::FindConfigured(const std::string& modeID) const {
+  return GetCurrentConfigGuidForMode(modeID).IsNull() ? nullptr
+                                                      : GetConfigPresetHandler(modeID).get();
+}
+
+bool ConfigurationManager::GetModelConfiguration(const std::string& modeID,
+                                                 const std::string& modelID,
+                                                 PropList& configuration) const {
+  const ConfigPresetsHandler* handler = FindConfigured(modeID);
+  if (handler == nullptr) return false;
+  const auto& models = handler->GetWorkingData().Models;
+  const auto found = models.find(modelID);
+  if (found == models.end()) return false;
+  configuration = found->second;
+  return true;
+}
+
+bool ConfigurationManager::SetModelConfiguration(const std::string& modeID,
+                                                 const std::string& modelID,
+                                                 const PropList& configuration) {
+  PropList current;
+  if (!GetModelConfiguration(modeID, modelID, current)) return false;
+  if (current == configuration) return true;
+  const VerifyChangeFunction verify = verifyChange_;  // it may replace itself
+  if (verify && !verify(modeID)) return false;
+  ConfigPresetsHandler* handler = FindConfigured(modeID);  // the verifier may have changed much
+  if (handler == nullptr) return false;
+  ConfigPresetData data = handler->GetWorkingData();
+  data.Models[modelID] = configuration;
+  const FlagScope setting(isSettingModel_);
+  handler->SetWorkingData(data);
+  return true;
+}
+
+bool ConfigurationManager::GetSetModelConfigurationAction(
+    const std::string& modeID, const std::string& modelID, const PropList& configuration,
+    boost::intrusive_ptr<Action>& action) const {
+  PropList current;
+  if (!GetModelConfiguration(modeID, modelID, current)) return false;
+  action = CreateSetModelConfigurationAction(modeID, modelID, configuration,
+                                             ZString(kChangeConfigurationName));
+  return true;
+}
+
+bool ConfigurationManager::IsCurrentConfigDirtyForMode(const std::string& modeID) const {
+  const ConfigPresetsHandler* handler = FindConfigured(modeID);
+  return handler != nullptr && handler->IsModified();
+}
+
+bool ConfigurationManager::RevertCurrentDirtyConfigForMode(const std::string& modeID) {
+  ConfigPresetsHandler* handler = FindConfigured(modeID);
+  if (handler == nullptr) return false;
+  if (handler->IsModified()) handler->Revert();
+  return true;
+}
+
+bool ConfigurationManager::HandleDirtyConfigPresets() {
+  const HandleDirtyFunction handleDirty = handleDirty_;  // it may replace itself
+  if (!handleDirty) return true;
+  for (const auto& [modeID, mode] : modes_) {
+    if (!IsCurrentConfigDirtyForMode(modeID)) continue;
+    if (!handleDirty(modeID, GetCurrentPreset(*mode.handler))) return false;
+  }
+  return true;
+}
+
+bool ConfigurationManager::GetConfigurationPresetsOfCurrentDocument(Presets& presets) {
+  const auto sessionHandler = factory::GetSessionHandler();
+  return sessionHandler && sessionHandler->GetConfigurationPresets(presets);
+}
+
+void ConfigurationManager::RegisterModelForPresetMigration(const std::string& modelID,
+                                                           const MigrateModelFunction& function) {
+  Migrations()[modelID] = function;
+}
+
+void ConfigurationManager::SetHandleDirtyConfigurationPresetFunction(
+    const HandleDirtyFunction& function) {
+  handleDirty_ = function;
+}
+
+void ConfigurationManager::SetReportMissingConfigPresetFunction(
+    const ReportMissingFunction& function) {
+  reportMissing_ = function;
+}
+
+void ConfigurationManager::SetVerifyConfigurationChangeFunction(
+    const VerifyChangeFunction& function) {
+  verifyChange_ = function;
+}
+
+boost::signals2::connection ConfigurationManager::RegisterConfigurationDataChangedCallback(
+    const ConfigurationSignal::slot_type& slot) {
+  return configurationChanged_.connect(slot);
+}
+
+boost::signals2::connection ConfigurationManager::RegisterModelConfigurationDataChangedCallback(
+    const ModelConfigurationSignal::slot_type& slot) {
+  return modelConfigurationChanged_.connect(slot);
+}
+
+// When a document closes there is nothing to hand back: the handlers' working data are the current
+// configurations, and the document holds the same. What is left from it goes when the next one is
+// opened.
+void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
+  if (closing || !changed || isMonitoringSuspended_ || isWritingDocument_ || !sessionHandler_) {
+    return;
+  }
+  Presets presets;
+  {
+    const FlagScope reading(isReadingDocument_);
+    documentNames_.clear();
+    documentPresets_.clear();
+    if (cache_) cache_->RemoveTemporaryPresets();
+    sessionHandler_->GetConfigurationPresets(presets);
+    documentPresets_ = presets;
+    CheckForMissingConfigPresets(presets);
+    UpdateCurrentConfigurations(presets);
+  }
+  StoreCurrentConfigurations();
+}
+
+// Modes that the document does not mention keep the preset that is selected, without the edits that
+// belonged to the document before.
+void ConfigurationManager::UpdateCurrentConfigurations(const Presets& presets) {
+  for (const auto& [modeID, mode] : modes_) {
+    const bool isMentioned = std::ranges::any_of(
+        presets, [&id = modeID](const auto& preset) { return preset.PresetData.ModeID == id; });
+    if (!isMentioned) RevertCurrentDirtyConfigForMode(modeID);
+  }
+  for (const auto& preset : presets) UpdateCurrentConfiguration(preset);
+}
+
+void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset) {
+  const auto handler = GetConfigPresetHandler(preset.PresetData.ModeID);
+  if (!handler || !cache_ || preset.Guid.IsNull()) return;
+  Preset<ConfigPresetData> selected;
+  const bool isInstalled = cache_->FindPreset(preset.Guid, selected);
+  if (!isInstalled || selected.PresetData.ModeID != preset.PresetData.ModeID) {
+    selected = preset;
+    if (isInstalled) selected.Guid = Guid::CreateUnique();  // a preset of another mode has it
+    selected.Name = UTF16to8(ZString(kSessionConfigName, UTF8to16(preset.Name)));
+    documentNames_[selected.Guid] = preset.Name;
+    // What cannot be filed stays current all the same, and goes back into the document.
+    if (cache_->AddTemporaryPreset(selected)) cache_->FindPreset(selected.Guid, selected);
+  }
+  handler->Restore(selected, preset.PresetData);
+}
+
+void ConfigurationManager::OnConfigPresetRemoved(const Guid& removed, const Guid& successor) {
+  for (const auto& [modeID, mode] : modes_) {
+    if (mode.handler->GetSelectedPreset().Guid != removed || mode.handler->IsChangingCache()) {
+      continue;
+    }
+    Preset<ConfigPresetData> next;
+    if (!cache_->FindPreset(successor, next)) cache_->GetFactoryConfigPreset(modeID, next);
+    mode.handler->Restore(next, next.PresetData);
+  }
+}
+
+bool ConfigurationManager::OnCurrentConfigurationDataRequested(const std::string& modeID,
+                                                               ConfigPresetData& data) {
+  const ConfigPresetsHandler* handler = FindConfigured(modeID);
+  if (handler != nullptr) data = handler->GetWorkingData();
+  return handler != nullptr;
+}
+
+void ConfigurationManager::NotifyConfigurationChanged(const std::string& modeID,
+                                                      const ConfigPresetData& previous) {
+  const ConfigPresetData current = modes_.at(modeID).handler->GetWorkingData();
+  std::set<std::string> modelIDs;
+  for (const auto& [modelID, configuration] : previous.Models) modelIDs.insert(modelID);
+  for (const auto& [modelID, configuration] : current.Models) modelIDs.insert(modelID);
+  if (!std::exchange(isSettingModel_, false)) configurationChanged_();
+  for (const auto& modelID : modelIDs) {
+    const PropList configuration = ConfigurationOf(current, modelID);
+    if (configuration == ConfigurationOf(previous, modelID)) continue;
+    modelConfigurationChanged_(modeID, modelID, configuration);
+  }
+}
+
+void ConfigurationManager::CheckForMissingConfigPresets(const Presets& presets) {
+  const bool isAnyMissing = std::ranges::any_of(presets, [this](const auto& preset) {
+    Preset<ConfigPresetData> installed;
+    return modes_.contains(preset.PresetData.ModeID) && cache_ &&
+           !cache_->FindPreset(preset.Guid, installed);
+  });
+  const ReportMissingFunction report = reportMissing_;  // it may replace itself
+  if (isAnyMissing && report) report();
+}
+
+// The selected preset with the edits, under the name that a document gives it.
+Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
+    const ConfigPresetsHandler& handler) const {
+  Preset<ConfigPresetData> preset = handler.GetSelectedPreset();
+  const auto documentName = documentNames_.find(preset.Guid);
+  if (documentName != documentNames_.end()) preset.Name = documentName->second;
+  preset.Type = ConfigPresetData::kType;
+  preset.PresetData = handler.GetWorkingData();
+  return preset;
+}
+
+void ConfigurationManager::StoreCurrentConfigurations() {
+  if (!sessionHandler_ || isReadingDocument_) return;
+  Presets presets;
+  for (const auto& [modeID, mode] : modes_) {
+    if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
+  }
+  const bool isHeld = std::equal(presets.begin(), presets.end(), documentPresets_.begin(),
+                                 documentPresets_.end(), AreSame);
+  if (isHeld) return;
+  const FlagScope writing(isWritingDocument_);
+  if (sessionHandler_->SetConfigurationPresets(presets)) documentPresets_ = presets;
+}
+
+bool ConfigurationManager::MigrateUserPreset(Preset<UserPresetData>& preset) const {
+  Preset<ConfigPresetData> source;
+  Preset<ConfigPresetData> target;
+  cache_->FindPreset(cache_->GetMigrationSource(), source);
+  cache_->FindPreset(preset.PresetData.Config, target);
+  bool isFitted = true;
+  for (auto& [modelID, values] : preset.PresetData.Models) {
+    const auto migration = Migrations().find(modelID);
+    if (migration == Migrations().end() || !migration->second) continue;
+    isFitted &= migration->second(ConfigurationOf(source.PresetData, modelID),
+                                  ConfigurationOf(target.PresetData, modelID), values);
+  }
+  return isFitted;
+}
+
+PropList GetModelConfiguration(const std::string& modeID, const std::string& modelID) {
+  PropList configuration;
+  const auto* manager = ConfigurationManager::Get();
+  if (manager != nullptr) manager->GetModelConfiguration(modeID, modelID, configuration);
+  return configuration;
+}
+
+}  // namespace orvel

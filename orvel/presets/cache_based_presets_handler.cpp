@@ -1,0 +1,225 @@
+#include "orvel/presets/cache_based_presets_handler.h"
+
+#include <algorithm>
+#include <iterator>
+#include <tuple>
+#include <utility>
+
+#include "orvel/core/collation.h"
+#include "orvel/core/flag_scope.h"
+#include "orvel/core/localizer.h"
+#include "orvel/presets/preset_file.h"
+
+namespace orvel {
+namespace {
+
+using teskcore::utility::FlagScope;
+
+constexpr char kCustomPresetName[] = "$$$/orvel/Presets/CustomPresetName=(Custom)";
+constexpr char16_t kModifiedSuffix[] = u" *";
+
+// The names of the default entry: of this library, and of the documents that it comes with.
+constexpr const char* kDefaultNames[] = {
+    "$$$/orvel/Presets/DefaultPresetName=(Default)",
+    "$$$/app/Presets/DefaultPresetName=(Default)",
+};
+
+bool IsDefaultName(const std::string& name) {
+  return std::ranges::find(kDefaultNames, name) != std::end(kDefaultNames);
+}
+
+bool RemoveFromCache(PresetsCache& cache, const Preset<UserPresetData>& preset) {
+  return cache.RemovePreset(preset.Guid, preset.PresetData.Config);
+}
+
+bool RemoveFromCache(PresetsCache& cache, const Preset<ConfigPresetData>& preset) {
+  return cache.RemoveConfigPreset(preset.Guid);
+}
+
+}  // namespace
+
+template <typename T, typename Cache>
+CacheBasedPresetsHandler<T, Cache>::CacheBasedPresetsHandler(
+    const boost::intrusive_ptr<Cache>& cache, const Filter& filter, const Provider& provider)
+    : cache_(cache), filter_(filter), provider_(provider) {}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::ShowsEditsAsCustom(const std::string& name) const {
+  return name.empty() || IsDefaultName(name) || (cache_ && cache_->IsFactoryPresetName(name));
+}
+
+template <typename T, typename Cache>
+auto CacheBasedPresetsHandler<T, Cache>::GetCurrentPreset() const -> PresetEntry {
+  return {selected_.Guid, selected_.Name};
+}
+
+// Of several presets with this guid, which stand in different folders then, the listed one.
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::Find(const Guid& guid, Preset<T>& preset) const {
+  if (!cache_ || !cache_->FindPreset(guid, preset)) return false;
+  if (!filter_ || filter_(preset)) return true;
+  const auto listed = GetListedPresets();
+  const auto found = std::ranges::find(listed, guid, [](const auto& p) { return p.Guid; });
+  if (found != listed.end()) preset = *found;
+  return true;
+}
+
+template <typename T, typename Cache>
+std::vector<Preset<T>> CacheBasedPresetsHandler<T, Cache>::GetListedPresets() const {
+  std::vector<Preset<T>> presets;
+  if (cache_) cache_->GetPresets(presets);
+  if (filter_) std::erase_if(presets, [this](const auto& preset) { return !filter_(preset); });
+  return presets;
+}
+
+template <typename T, typename Cache>
+auto CacheBasedPresetsHandler<T, Cache>::GetPresetList() const -> std::vector<PresetEntry> {
+  struct Row {
+    PresetEntry entry;
+    bool isDefault;
+    std::u16string shownName;
+  };
+  std::vector<Row> rows;
+  for (const auto& preset : GetListedPresets()) {
+    rows.push_back({{preset.Guid, preset.Name}, IsDefaultName(preset.Name), ZString(preset.Name)});
+  }
+  std::ranges::stable_sort(rows, [](const Row& left, const Row& right) {
+    if (left.isDefault != right.isDefault) return left.isDefault;
+    return teskcore::utility::CompareForDisplay(left.shownName, right.shownName) < 0;
+  });
+  std::vector<PresetEntry> list;
+  for (auto& row : rows) list.push_back(std::move(row.entry));
+  return list;
+}
+
+template <typename T, typename Cache>
+std::u16string CacheBasedPresetsHandler<T, Cache>::GetDisplayName() const {
+  if (!IsModified()) return ZString(selected_.Name);
+  if (ShowsEditsAsCustom(selected_.Name)) return ZString(kCustomPresetName);
+  return ZString(selected_.Name) + kModifiedSuffix;
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::RequestCurrentData(T& data) {
+  return provider_(data);
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::SaveAsNew(const std::string& name) {
+  Preset<T> preset;
+  preset.Guid = Guid::CreateUnique();
+  preset.Name = name;
+  preset.Type = T::kType;
+  preset.PresetData = working_;
+  return Save(preset);
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::Select(const Guid& guid) {
+  Preset<T> preset;
+  if (!Find(guid, preset)) return false;
+  const Verifier verifier = verifier_;  // it may replace itself
+  if (verifier && !verifier(preset)) return false;
+  SetState(preset, preset.PresetData);
+  return true;
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::Save(const Preset<T>& preset) {
+  if (!cache_ || CheckPresetName(preset.Name, preset.Guid) != PresetNameStatus::kUsable) {
+    return false;
+  }
+  Preset<T> saved = preset;
+  {
+    const FlagScope changing(isChangingCache_);
+    if (!cache_->SavePreset(preset)) return false;
+  }
+  Find(preset.Guid, saved);  // fitted to its folder
+  SetState(saved, saved.PresetData);
+  return true;
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::Remove(const Guid& guid) {
+  Preset<T> preset;
+  if (!Find(guid, preset)) return false;
+  {
+    const FlagScope changing(isChangingCache_);
+    if (!RemoveFromCache(*cache_, preset)) return false;
+  }
+  SelectDefault();
+  return true;
+}
+
+template <typename T, typename Cache>
+void CacheBasedPresetsHandler<T, Cache>::SetWorkingData(const T& data) {
+  SetState(Preset<T>(selected_), data);
+}
+
+template <typename T, typename Cache>
+void CacheBasedPresetsHandler<T, Cache>::Revert() {
+  Preset<T> stored = selected_;
+  Find(selected_.Guid, stored);
+  SetState(stored, stored.PresetData);
+}
+
+template <typename T, typename Cache>
+void CacheBasedPresetsHandler<T, Cache>::Restore(const Preset<T>& preset, const T& data) {
+  SetState(preset, data);
+}
+
+template <typename T, typename Cache>
+void CacheBasedPresetsHandler<T, Cache>::SelectDefault() {
+  Preset<T> preset;
+  GetDefaultPreset(preset);
+  SetState(preset, preset.PresetData);
+}
+
+template <typename T, typename Cache>
+bool CacheBasedPresetsHandler<T, Cache>::GetDefaultPreset(Preset<T>& preset) const {
+  const auto list = GetPresetList();
+  return !list.empty() && Find(list.front().first, preset);
+}
+
+template <typename T, typename Cache>
+PresetNameStatus CacheBasedPresetsHandler<T, Cache>::CheckPresetName(const std::string& name,
+                                                                     const Guid& guid) const {
+  const std::u16string shown = ZString(name);
+  bool isTaken = false;
+  for (const auto& preset : GetListedPresets()) {
+    if (preset.Guid == guid && preset.Name == name) return PresetNameStatus::kUsable;
+    isTaken |= preset.Guid != guid && (preset.Name == name || ZString(preset.Name) == shown);
+  }
+  if (isTaken) return PresetNameStatus::kTaken;
+  if (PresetsCache::IsReservedPresetName(name)) return PresetNameStatus::kReserved;
+  std::u16string title;
+  return MakePresetFileTitle(name, title) ? PresetNameStatus::kUsable
+                                          : PresetNameStatus::kNotAFileName;
+}
+
+template <typename T, typename Cache>
+boost::signals2::connection CacheBasedPresetsHandler<T, Cache>::RegisterForDataChanges(
+    const typename DataSignal::slot_type& slot) {
+  return dataChanged_.connect(slot);
+}
+
+template <typename T, typename Cache>
+boost::signals2::connection CacheBasedPresetsHandler<T, Cache>::RegisterForStateChanges(
+    const typename StateSignal::slot_type& slot) {
+  return stateChanged_.connect(slot);
+}
+
+template <typename T, typename Cache>
+void CacheBasedPresetsHandler<T, Cache>::SetState(const Preset<T>& selected, const T& data) {
+  const boost::intrusive_ptr<CacheBasedPresetsHandler> self(this);  // a slot may let go of it
+  const T next = data;
+  const T previous = std::exchange(working_, next);
+  selected_ = Preset<T>(selected);
+  dataChanged_(previous);
+  stateChanged_();
+}
+
+template class CacheBasedPresetsHandler<UserPresetData, PresetsCache>;
+template class CacheBasedPresetsHandler<ConfigPresetData, PresetsCache>;
+
+}  // namespace orvel

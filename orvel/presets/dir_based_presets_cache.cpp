@@ -1,0 +1,149 @@
+#include "orvel/presets/dir_based_presets_cache.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "orvel/core/file_utils.h"
+#include "orvel/core/localizer.h"
+#include "orvel/core/text.h"
+#include "orvel/presets/preset_file.h"
+#include "orvel/presets/user_preset_data.h"
+
+namespace orvel {
+namespace {
+
+constexpr char kCopiedPresetName[] = "$$$/orvel/Presets/CopiedPresetName=@0 copy";
+
+bool IsPresetFileName(const std::u16string& name) {
+  return name != kPresetFileExtension && name.ends_with(kPresetFileExtension) &&
+         name != kConfigFileName;
+}
+
+// By title, so that "Voice" comes before "Voice copy", which then is the one that is taken for the
+// copy: a blank sorts before the extension's dot.
+std::vector<File> ListPresetFiles(const Dir& folder) {
+  std::vector<File> files(folder.BeginFiles(IsPresetFileName), folder.EndFiles());
+  std::vector<std::pair<std::u16string, File>> byTitle;
+  byTitle.reserve(files.size());
+  for (auto& file : files) byTitle.emplace_back(file.GetTitle(), std::move(file));
+  std::sort(byTitle.begin(), byTitle.end(),
+            [](const auto& left, const auto& right) { return left.first < right.first; });
+  files.clear();
+  for (auto& [title, file] : byTitle) files.push_back(std::move(file));
+  return files;
+}
+
+}  // namespace
+
+template <typename T>
+DirBasedPresetsCache<T>::DirBasedPresetsCache(const Dir& folder, const Adopt& adopt)
+    : folder_(folder), adopt_(adopt) {}
+
+template <typename T>
+void DirBasedPresetsCache<T>::Load() {
+  entries_.clear();
+  titles_.clear();
+  try {
+    for (const auto& file : ListPresetFiles(folder_)) LoadFile(file);
+  } catch (const std::exception& error) {
+    TracePresets(std::string("Skipping preset folder: ") + error.what());
+  }
+}
+
+template <typename T>
+void DirBasedPresetsCache<T>::LoadFile(const File& file) {
+  Preset<T> preset;
+  if (!ReadPresetFile(file, preset)) return;
+  bool changed = adopt_(preset);
+  if (titles_.contains(preset.Guid)) {
+    TracePresets("Fixing preset with duplicate GUID: " + ShownPath(file.FullPath()));
+    preset.Guid = Guid::CreateUnique();
+    preset.Name = UTF16to8(ZString(kCopiedPresetName, ZString(preset.Name)));
+    changed = true;
+  }
+  // A repair that cannot be written holds in memory all the same.
+  if (changed) WritePresetFile(file, preset);
+  Insert(file.GetTitle(), std::move(preset));
+}
+
+template <typename T>
+const Preset<T>* DirBasedPresetsCache<T>::Find(const Guid& guid) const {
+  const auto title = titles_.find(guid);
+  return title == titles_.end() ? nullptr : &entries_.at(title->second);
+}
+
+template <typename T>
+void DirBasedPresetsCache<T>::AppendTo(std::vector<Preset<T>>& presets) const {
+  for (const auto& [title, preset] : entries_) presets.push_back(preset);
+}
+
+template <typename T>
+bool DirBasedPresetsCache<T>::Save(Preset<T> preset) {
+  Title title;
+  if (preset.Guid.IsNull() || !MakePresetFileTitle(preset.Name, title)) return false;
+  adopt_(preset);
+  if (!MakeRoomAt(title, preset)) return false;
+  if (!WritePresetFile(FileOf(title), preset)) return false;
+  const auto own = titles_.find(preset.Guid);
+  // The old file goes only now that the new one stands.
+  if (own != titles_.end() && own->second != title) {
+    DeletePresetFile(FileOf(own->second));
+    entries_.erase(own->second);
+    titles_.erase(own);
+  }
+  Insert(title, std::move(preset));
+  return true;
+}
+
+template <typename T>
+bool DirBasedPresetsCache<T>::Remove(const Guid& guid) {
+  const auto title = titles_.find(guid);
+  if (title == titles_.end() || !DeletePresetFile(FileOf(title->second))) return false;
+  entries_.erase(title->second);
+  titles_.erase(title);
+  return true;
+}
+
+template <typename T>
+File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
+  return {folder_, title + kPresetFileExtension};
+}
+
+// Sees to it that writing `preset` to the file `title`, which its name asks for, takes the place of
+// no preset of another name.
+template <typename T>
+bool DirBasedPresetsCache<T>::MakeRoomAt(Title& title, const Preset<T>& preset) {
+  const auto occupant = entries_.find(title);
+  if (occupant == entries_.end() || occupant->second.Guid == preset.Guid) return true;
+  if (occupant->second.Name != preset.Name) return MoveAside(occupant);
+  // Two presets that have borne one name since they were read keep a file each.
+  const auto own = titles_.find(preset.Guid);
+  if (own != titles_.end() && entries_.at(own->second).Name == preset.Name) title = own->second;
+  return true;
+}
+
+template <typename T>
+bool DirBasedPresetsCache<T>::MoveAside(typename Entries::iterator entry) {
+  const Preset<T> preset = entry->second;
+  const File from = FileOf(entry->first);
+  const File to(folder_, FileUtils::UniqueFileName(folder_, UTF8to16(preset.Name),
+                                                   kPresetFileExtension));
+  if (!WritePresetFile(to, preset)) return false;
+  DeletePresetFile(from);
+  entries_.erase(entry);
+  Insert(to.GetTitle(), preset);
+  return true;
+}
+
+template <typename T>
+void DirBasedPresetsCache<T>::Insert(const Title& title, Preset<T> preset) {
+  const auto replaced = entries_.find(title);
+  if (replaced != entries_.end()) titles_.erase(replaced->second.Guid);
+  titles_[preset.Guid] = title;
+  entries_.insert_or_assign(title, std::move(preset));
+}
+
+template class DirBasedPresetsCache<UserPresetData>;
+
+}  // namespace orvel

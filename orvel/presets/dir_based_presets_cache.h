@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <boost/function.hpp>
+
+#include "orvel/core/dir.h"
+#include "orvel/core/export.h"
+#include "orvel/core/file.h"
+#include "orvel/core/guid.h"
+#include "orvel/presets/preset.h"
+
+namespace orvel {
+
+/// The presets of one folder, one a file, in memory and on disk alike. Instantiated for
+/// `UserPresetData`.
+template <typename T>
+class ORVEL_EXPORT DirBasedPresetsCache {
+ public:
+  /// Makes a preset one of this folder's, and tells whether it had to change it.
+  using Adopt = boost::function<bool(Preset<T>& preset)>;
+
+  DirBasedPresetsCache(const Dir& folder, const Adopt& adopt);
+
+  const Dir& GetFolder() const { return folder_; }
+  std::size_t GetCount() const { return entries_.size(); }
+
+  /// Replaces what is in memory by what stands in the folder. A file that cannot be read stays as
+  /// it is and is passed over; of two presets with one guid the second, by file name, becomes a
+  /// copy with a guid and a name of its own.
+  void Load();
+
+  /// Null when there is none.
+  const Preset<T>* Find(const Guid& guid) const;
+
+  /// Appends the presets in the order of their file names.
+  void AppendTo(std::vector<Preset<T>>& presets) const;
+
+  /// Writes a preset into the file of its name and files it in memory; one of the same guid, or of
+  /// the same name, is replaced. A preset of another name whose file was given this name by hand
+  /// moves to a file of its own name first. False when it cannot be written; disk and memory are
+  /// then as they were.
+  bool Save(Preset<T> preset);
+
+  /// Deletes a preset's file and forgets the preset; false when there is none or its file stays.
+  bool Remove(const Guid& guid);
+
+ private:
+  using Title = std::u16string;  // a file name without its extension
+  using Entries = std::map<Title, Preset<T>>;
+
+  File FileOf(const Title& title) const;
+  void LoadFile(const File& file);
+  bool MakeRoomAt(Title& title, const Preset<T>& preset);
+  bool MoveAside(typename Entries::iterator entry);
+  void Insert(const Title& title, Preset<T> preset);
+
+  Dir folder_;
+  Adopt adopt_;
+  Entries entries_;
+  std::map<Guid, Title> titles_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,513 @@
+#include "orvel/presets/presets_cache.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <tuple>
+#include <utility>
+
+#include <unistd.h>
+
+#include "orvel/configuration/configuration_manager.h"
+#include "orvel/core/byte_stream.h"
+#include "orvel/core/file_utils.h"
+#include "orvel/core/native_path.h"
+#include "orvel/core/text.h"
+#include "orvel/core/usage_logger.h"
+#include "orvel/presets/preset_file.h"
+#include "orvel/presets/preset_json.h"
+#include "orvel/presets/presets_base_dir.h"
+
+namespace orvel {
+namespace fs = std::filesystem;
+using teskcore::filesupport::ToNative;
+
+namespace {
+
+constexpr char16_t kRootName[] = u"Orvel";
+constexpr char kReservedName[] = "Default";
+constexpr char16_t kFactoryFolderName[] = u"Default";
+
+// Stands in the mode folder of a temporary configuration preset; holds the number of the process
+// that made it.
+constexpr char16_t kTemporaryMarkName[] = u".temporary";
+
+Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
+
+template <typename T>
+std::vector<Preset<T>> ReadFactoryDocument(ModuleHandle module, const std::u16string& name) {
+  std::vector<Preset<T>> presets;
+  std::vector<unsigned char> text;
+  if (GetBinaryFromModule(module, name, u"json", text)) {
+    try {
+      ReadPresets(std::string(text.begin(), text.end()), presets);
+    } catch (const std::exception& error) {
+      TracePresets("Skipping the factory's " + UTF16to8(name) + ": " + error.what());
+    }
+  }
+  return presets;
+}
+
+std::vector<Preset<ConfigPresetData>> ReadFactoryConfigs(ModuleHandle module) {
+  return ReadFactoryDocument<ConfigPresetData>(module, u"OrvelConfigPresets");
+}
+
+std::vector<Preset<UserPresetData>> ReadFactoryUserPresets(ModuleHandle module) {
+  return ReadFactoryDocument<UserPresetData>(module, u"OrvelPresets");
+}
+
+// A mode id may come from a document of unknown origin.
+bool IsFolderName(const std::string& modeID) {
+  constexpr std::string_view kUnsafe("/\\\0", 3);
+  constexpr std::size_t kMaxLength = 200;
+  return !modeID.empty() && modeID.size() <= kMaxLength && modeID != "." && modeID != ".." &&
+         modeID.find_first_of(kUnsafe) == std::string::npos &&
+         UTF16to8(UTF8to16(modeID)) == modeID;
+}
+
+// Calls `visit` for each sub-folder. One that cannot be listed has none.
+template <typename Visit>
+void ForEachSubfolder(const Dir& folder, Visit visit) {
+  try {
+    for (auto at = folder.BeginSubdirs(); at != folder.EndSubdirs(); ++at) visit(*at);
+  } catch (const dir_exception& error) {
+    TracePresets(std::string("Skipping preset folder: ") + error.what());
+  }
+}
+
+bool IsLink(const Dir& folder) {
+  std::error_code error;
+  return fs::is_symlink(ToNative(folder.FullPath()), error);
+}
+
+bool DeleteFolder(const Dir& folder) {
+  try {
+    folder.Delete();
+    return true;
+  } catch (const dir_exception& error) {
+    TracePresets(std::string("Keeping preset folder: ") + error.what());
+    return false;
+  }
+}
+
+// Deletes a mode folder and then the folder of its name, as far as they are empty. False when the
+// mode's folder stays.
+bool DeleteModeFolder(const Dir& folder) {
+  std::error_code error;
+  if (!fs::is_empty(ToNative(folder.FullPath()), error) || error) return false;
+  if (!DeleteFolder(folder)) return false;
+  const Dir parent = folder.Parent();
+  if (fs::is_empty(ToNative(parent.FullPath()), error) && !error) DeleteFolder(parent);
+  return true;
+}
+
+bool CreateFolder(const Dir& folder) {
+  try {
+    folder.Create();
+    return true;
+  } catch (const dir_exception& error) {
+    TracePresets(std::string("Error creating preset folder: ") + error.what());
+    return false;
+  }
+}
+
+bool WriteTemporaryMark(const Dir& folder) {
+  try {
+    FileUtils::SimpleWriteStringToFile(File(folder, kTemporaryMarkName).FullPath(),
+                                       std::to_string(getpid()));
+    return true;
+  } catch (const file_exception& error) {
+    TracePresets(error.what());
+    return false;
+  }
+}
+
+// Whether the process that wrote a mark still runs, and is another than this one.
+bool IsInUseElsewhere(const File& mark) {
+  try {
+    const long pid = std::strtol(ReadWholeFile(mark).c_str(), nullptr, 10);
+    const auto process = static_cast<pid_t>(pid);
+    if (process <= 0 || process == getpid()) return false;
+    return kill(process, 0) == 0 || errno == EPERM;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool HoldsUserPresets(const Dir& folder) {
+  const auto isPreset = [](const std::u16string& name) {
+    return name.ends_with(kPresetFileExtension) && name != kConfigFileName;
+  };
+  return folder.BeginFiles(isPreset) != folder.EndFiles();
+}
+
+// The order of `Reload`.
+auto PlaceOf(const File& file) {
+  const Dir folder = file.Parent();
+  return std::make_tuple(folder.Parent().GetName(), folder.GetName());
+}
+
+}  // namespace
+
+PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
+    : module_(module), usesFolder_(usesFolder), root_(RootFolder()) {
+  for (const auto& preset : ReadFactoryConfigs(module_)) factoryNames_.insert(preset.Name);
+  for (const auto& preset : ReadFactoryUserPresets(module_)) factoryNames_.insert(preset.Name);
+  if (!usesFolder_) return;
+  SeedFactoryFolder();
+  ClearAbandonedTemporaries();
+  Reload();
+}
+
+// The folder is filled under another name, beside the root, and gets its own when it is whole: a
+// factory folder that a crash cut short would never be completed.
+void PresetsCache::SeedFactoryFolder() const {
+  const Dir target(root_, kFactoryFolderName);
+  if (target.Exists()) return;
+  const Dir base = root_.Parent();
+  const Dir seed(base, u".Orvel-" + UTF8to16(Guid::CreateUnique().AsUTF8String()));
+  const auto fill = [this, &seed] {
+    const auto userPresets = ReadFactoryUserPresets(module_);
+    for (const auto& config : ReadFactoryConfigs(module_)) {
+      const Dir folder(seed, UTF8to16(config.PresetData.ModeID));
+      if (!CreateFolder(folder)) return false;
+      if (!WritePresetFile(File(folder, kConfigFileName), config)) return false;
+      for (const auto& preset : userPresets) {
+        std::u16string title;
+        if (preset.PresetData.Config != config.Guid) continue;
+        if (!MakePresetFileTitle(preset.Name, title)) return false;
+        if (!WritePresetFile(File(folder, title + kPresetFileExtension), preset)) return false;
+      }
+    }
+    return true;
+  };
+  std::error_code error;
+  if (CreateFolder(root_) && CreateFolder(seed) && fill()) {
+    fs::rename(ToNative(seed.FullPath()), ToNative(target.FullPath()), error);
+    // Another process may have been faster.
+    if (error && !target.Exists()) TracePresets("No factory presets: " + error.message());
+  }
+  fs::remove_all(ToNative(seed.FullPath()), error);
+}
+
+// What a crash left of a temporary configuration preset. With user presets under it, it stays as an
+// ordinary one: they are somebody's work.
+void PresetsCache::ClearAbandonedTemporaries() const {
+  ForEachSubfolder(root_, [](const Dir& nameFolder) {
+    if (IsLink(nameFolder)) return;
+    ForEachSubfolder(nameFolder, [](const Dir& folder) {
+      const File mark(folder, kTemporaryMarkName);
+      if (IsLink(folder) || !mark.Exists() || IsInUseElsewhere(mark)) return;
+      if (!HoldsUserPresets(folder)) DeletePresetFile(File(folder, kConfigFileName));
+      DeletePresetFile(mark);
+      DeleteModeFolder(folder);
+    });
+  });
+}
+
+void PresetsCache::Reload() {
+  entries_.clear();
+  if (!usesFolder_ || !root_.Exists()) return;
+  Entries factory;
+  ForEachSubfolder(root_, [this, &factory](const Dir& nameFolder) {
+    const bool isFactory = nameFolder.GetName() == kFactoryFolderName;
+    Entries& entries = isFactory ? factory : entries_;
+    ForEachSubfolder(nameFolder, [&](const Dir& folder) {
+      LoadModeFolder(folder, isFactory, factory, entries);
+    });
+  });
+  entries_.insert(entries_.end(), factory.begin(), factory.end());
+  std::erase_if(temporaries_, [this](const Guid& guid) { return Find(guid) == nullptr; });
+}
+
+void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory,
+                                  Entries& entries) {
+  const File file(folder, kConfigFileName);
+  Preset<ConfigPresetData> preset;
+  if (!file.Exists() || !ReadPresetFile(file, preset)) return;
+  bool changed = false;
+  const auto isKnown = [&preset](const ConfigEntry& entry) {
+    return entry.preset.Guid == preset.Guid;
+  };
+  if (std::ranges::any_of(entries_, isKnown) || std::ranges::any_of(factory, isKnown)) {
+    preset.Guid = Guid::CreateUnique();
+    changed = true;
+  }
+  const std::string modeID = UTF16to8(folder.GetName());
+  if (preset.PresetData.ModeID != modeID) {
+    preset.PresetData.ModeID = modeID;
+    changed = true;
+  }
+  // The folder of a name with characters that no folder can bear is called differently.
+  const std::u16string folderName = folder.Parent().GetName();
+  const std::string name = UTF16to8(folderName);
+  if (!isFactory && preset.Name != name &&
+      FileUtils::NormalizePathForSaving(UTF8to16(preset.Name)) != folderName) {
+    preset.Name = name;
+    changed = true;
+  }
+  if (changed && !WritePresetFile(file, preset)) return;
+  entries.push_back(
+      {preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
+}
+
+bool PresetsCache::FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const {
+  const ConfigEntry* entry = Find(guid);
+  if (entry != nullptr) preset = entry->preset;
+  return entry != nullptr;
+}
+
+bool PresetsCache::FindPreset(const Guid& guid, Preset<UserPresetData>& preset) const {
+  for (const auto& entry : entries_) {
+    const auto* found = entry.group->GetPresets().Find(guid);
+    if (found == nullptr) continue;
+    preset = *found;
+    return true;
+  }
+  return false;
+}
+
+void PresetsCache::GetPresets(std::vector<Preset<ConfigPresetData>>& presets) const {
+  presets.clear();
+  for (const auto& entry : entries_) presets.push_back(entry.preset);
+}
+
+void PresetsCache::GetPresets(std::vector<Preset<UserPresetData>>& presets) const {
+  presets.clear();
+  for (const auto& entry : entries_) entry.group->GetPresets().AppendTo(presets);
+}
+
+bool PresetsCache::SavePreset(const Preset<UserPresetData>& preset) {
+  ConfigEntry* entry = Find(preset.PresetData.Config);
+  return entry != nullptr && entry->group->presets_.Save(preset);
+}
+
+bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
+  ConfigEntry* entry = Find(preset.Guid);
+  if (entry == nullptr) return CreateConfigPreset(preset);
+  if (preset.PresetData.ModeID != entry->preset.PresetData.ModeID) return false;
+  if (!entry->isFactory && preset.Name != entry->preset.Name) return Rename(*entry, preset);
+  if (!WritePresetFile(entry->file, preset)) return false;
+  entry->preset = preset;
+  return true;
+}
+
+// The folder takes the new name in one step. When that is all that comes to pass, the file's name
+// is mended at the next reload.
+bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset) {
+  std::u16string title;
+  if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
+  const Dir from = entry.file.Parent();
+  const Dir to(Dir(root_, title), from.GetName());
+  if (File(to, kConfigFileName).Exists() || !CreateFolder(to.Parent())) return false;
+  const auto move = [](const Dir& source, const Dir& target) {
+    std::error_code error;
+    fs::rename(ToNative(source.FullPath()), ToNative(target.FullPath()), error);
+    if (error) TracePresets("Error renaming preset folder: " + error.message());
+    DeleteModeFolder(source.Parent());
+    return !error;
+  };
+  if (!move(from, to)) return false;
+  const File file(to, kConfigFileName);
+  if (!WritePresetFile(file, preset)) {
+    move(to, from);
+    return false;
+  }
+  const Guid guid = preset.Guid;
+  std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
+  Insert(preset, file, false);
+  return true;
+}
+
+bool PresetsCache::CreateConfigPreset(const Preset<ConfigPresetData>& preset) {
+  std::u16string title;
+  if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
+  return Create(preset, title, false);
+}
+
+bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16string& title,
+                          bool isTemporary) {
+  const std::string& modeID = preset.PresetData.ModeID;
+  if (!usesFolder_ || preset.Guid.IsNull() || Find(preset.Guid) != nullptr ||
+      !IsFolderName(modeID)) {
+    return false;
+  }
+  const auto* manager = ConfigurationManager::Get();
+  const Guid current = manager != nullptr ? manager->GetCurrentConfigGuidForMode(modeID) : Guid();
+  const Dir folder(Dir(root_, title), UTF8to16(modeID));
+  const File file(folder, kConfigFileName);
+  if (file.Exists() || !CreateFolder(folder)) return false;
+  // The mark comes first, so that no crash makes a document's template look like a person's own.
+  if ((isTemporary && !WriteTemporaryMark(folder)) || !WritePresetFile(file, preset)) {
+    DeletePresetFile(File(folder, kTemporaryMarkName));
+    DeleteModeFolder(folder);
+    return false;
+  }
+  Insert(preset, file, false);
+  if (isTemporary) temporaries_.insert(preset.Guid);
+  if (current != preset.Guid && temporaries_.contains(current)) {
+    MigrateUserPresets(current, preset.Guid, true);
+    temporaries_.erase(current);
+    Remove(current, preset.Guid);
+  }
+  UsageLogger::Get().Log({"orvel_save_master_preset",
+                          "Orvel",
+                          "Orvel Preset",
+                          {{"preset_guid", preset.Guid.AsUTF8String()}}});
+  return true;
+}
+
+bool PresetsCache::RemoveConfigPreset(const Guid& guid) {
+  temporaries_.erase(guid);
+  return Remove(guid, Guid());
+}
+
+bool PresetsCache::Remove(Guid guid, Guid successor) {
+  const auto entry =
+      std::ranges::find(entries_, guid, [](const ConfigEntry& e) { return e.preset.Guid; });
+  if (entry == entries_.end()) return false;
+  const File file = entry->file;
+  const Dir folder = file.Parent();
+  // Behind a link stand files that belong somewhere else.
+  if (IsLink(folder.Parent())) {
+    TracePresets("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
+    return false;
+  }
+  const bool isLink = IsLink(folder);
+  if (isLink ? !DeleteFolder(folder) : !DeletePresetFile(file)) return false;
+  const auto group = entry->group;
+  entries_.erase(entry);
+  bool isClean = true;
+  if (!isLink) {
+    std::vector<Preset<UserPresetData>> presets;
+    group->GetPresets().AppendTo(presets);
+    for (const auto& preset : presets) isClean &= group->presets_.Remove(preset.Guid);
+    isClean &= DeletePresetFile(File(folder, kTemporaryMarkName));
+    DeleteModeFolder(folder);
+  }
+  removed_(guid, successor);
+  return isClean;
+}
+
+bool PresetsCache::RemovePreset(const Guid& guid) {
+  for (const auto& entry : entries_) {
+    if (entry.group->GetPresets().Find(guid) != nullptr) return entry.group->presets_.Remove(guid);
+  }
+  return false;
+}
+
+bool PresetsCache::RemovePreset(const Guid& guid, const Guid& config) {
+  ConfigEntry* entry = Find(config);
+  return entry != nullptr && entry->group->presets_.Remove(guid);
+}
+
+bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
+  if (temporaries_.contains(preset.Guid)) return true;
+  if (!IsFolderName(preset.PresetData.ModeID)) return false;
+  Preset<ConfigPresetData> temporary = preset;
+  for (int number = 2;; ++number) {
+    std::u16string title;
+    if (!MakePresetFileTitle(temporary.Name, title)) return false;
+    const Dir folder(Dir(root_, title), UTF8to16(preset.PresetData.ModeID));
+    if (!IsReservedPresetName(temporary.Name) && !folder.Exists()) {
+      return Create(temporary, title, true);
+    }
+    temporary.Name = preset.Name + " " + std::to_string(number);
+  }
+}
+
+bool PresetsCache::RemoveTemporaryPreset(const Guid& guid) {
+  if (temporaries_.erase(guid) == 0) return true;
+  return Remove(guid, Guid());
+}
+
+void PresetsCache::RemoveTemporaryPresets() {
+  while (!temporaries_.empty()) RemoveTemporaryPreset(Guid(*temporaries_.begin()));
+}
+
+void PresetsCache::GetUserPresetsForConfig(const Guid& config,
+                                           std::vector<Preset<UserPresetData>>& presets) const {
+  presets.clear();
+  const ConfigEntry* entry = Find(config);
+  if (entry != nullptr) entry->group->GetPresets().AppendTo(presets);
+}
+
+boost::intrusive_ptr<UserPresetsGroup> PresetsCache::GetUserPresetsGroupForGuid(
+    const Guid& config) const {
+  const ConfigEntry* entry = Find(config);
+  return entry == nullptr ? nullptr : entry->group;
+}
+
+bool PresetsCache::IsReservedPresetName(const std::string& name) { return name == kReservedName; }
+
+bool PresetsCache::IsFactoryPresetName(const std::string& name) const {
+  return factoryNames_.contains(name);
+}
+
+bool PresetsCache::GetFactoryConfigPreset(const std::string& modeID,
+                                          Preset<ConfigPresetData>& preset) const {
+  const auto found = std::ranges::find_if(entries_, [&modeID](const ConfigEntry& entry) {
+    return entry.isFactory && entry.preset.PresetData.ModeID == modeID;
+  });
+  if (found == entries_.end()) return false;
+  preset = found->preset;
+  return true;
+}
+
+bool PresetsCache::MigrateUserPresets(const Guid& from, const Guid& to, bool copy) {
+  if (Find(from) == nullptr || Find(to) == nullptr) return false;
+  const auto target = Find(to)->group;
+  std::vector<Preset<UserPresetData>> presets;
+  GetUserPresetsForConfig(from, presets);
+  const MigrateUserPresetFunction migrate = migrate_;  // it may replace itself
+  struct SourceScope {
+    Guid& source;
+    ~SourceScope() { source = Guid(); }
+  } const scope{migrationSource_};
+  migrationSource_ = from;
+  bool allSaved = true;
+  for (auto& preset : presets) {
+    preset.PresetData.Config = to;
+    if (copy) preset.Guid = Guid::CreateUnique();
+    if (migrate && !migrate(preset) && !copy) continue;
+    allSaved &= target->presets_.Save(preset);
+  }
+  return allSaved;
+}
+
+void PresetsCache::SetMigrateUserPresetFunction(const MigrateUserPresetFunction& function) {
+  migrate_ = function;
+}
+
+boost::signals2::connection PresetsCache::RegisterForConfigPresetRemovals(
+    const RemovalSignal::slot_type& slot) {
+  return removed_.connect(slot);
+}
+
+const PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) const {
+  const auto found =
+      std::ranges::find(entries_, guid, [](const ConfigEntry& e) { return e.preset.Guid; });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) {
+  return const_cast<ConfigEntry*>(std::as_const(*this).Find(guid));
+}
+
+// At the place that it has after a reload, too.
+void PresetsCache::Insert(const Preset<ConfigPresetData>& preset, const File& file,
+                          bool isFactory) {
+  const auto place = std::ranges::find_if(entries_, [&file](const ConfigEntry& entry) {
+    return entry.isFactory || PlaceOf(file) < PlaceOf(entry.file);
+  });
+  entries_.insert(place, {preset, file, isFactory,
+                          new UserPresetsGroup(preset.Guid, preset.PresetData.ModeID,
+                                               file.Parent())});
+}
+
+}  // namespace orvel
