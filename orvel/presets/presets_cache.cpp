@@ -95,15 +95,15 @@ bool DeleteFolder(const Dir& folder) {
   }
 }
 
-// Deletes a mode folder and then the folder of its name, as far as they are empty. False when the
-// mode's folder stays.
-bool DeleteModeFolder(const Dir& folder) {
+void DeleteIfEmpty(const Dir& folder) {
   std::error_code error;
-  if (!fs::is_empty(ToNative(folder.FullPath()), error) || error) return false;
-  if (!DeleteFolder(folder)) return false;
-  const Dir parent = folder.Parent();
-  if (fs::is_empty(ToNative(parent.FullPath()), error) && !error) DeleteFolder(parent);
-  return true;
+  if (fs::is_empty(ToNative(folder.FullPath()), error) && !error) DeleteFolder(folder);
+}
+
+// Deletes a mode folder and then the folder of its name, as far as they are empty.
+void DeleteModeFolder(const Dir& folder) {
+  DeleteIfEmpty(folder);
+  DeleteIfEmpty(folder.Parent());
 }
 
 bool CreateFolder(const Dir& folder) {
@@ -309,7 +309,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
     std::error_code error;
     fs::rename(ToNative(source.FullPath()), ToNative(target.FullPath()), error);
     if (error) TracePresets("Error renaming preset folder: " + error.message());
-    DeleteModeFolder(source.Parent());
+    DeleteIfEmpty(source.Parent());
     return !error;
   };
   if (!move(from, to)) return false;
@@ -388,8 +388,8 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
     group->GetPresets().AppendTo(presets);
     for (const auto& preset : presets) isClean &= group->presets_.Remove(preset.Guid);
     isClean &= DeletePresetFile(File(folder, kTemporaryMarkName));
-    DeleteModeFolder(folder);
   }
+  DeleteModeFolder(folder);
   removed_(guid, successor);
   return isClean;
 }

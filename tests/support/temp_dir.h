@@ -10,11 +10,12 @@
 
 namespace orvel::test {
 
-/// An empty folder that goes with the test.
+/// An empty folder that goes with the test; in memory where that can be had, for there a flush to
+/// the disk takes no time.
 class TempDir {
  public:
   TempDir()
-      : path_(std::filesystem::path(::testing::TempDir()) /
+      : path_(Base() /
               ("orvel-" + Guid::CreateUnique().AsUTF8String())) {
     std::filesystem::create_directories(path_);
   }
@@ -30,6 +31,12 @@ class TempDir {
   Dir AsDir() const { return Dir(path_.u16string()); }
 
  private:
+  static std::filesystem::path Base() {
+    const std::filesystem::path memory = "/dev/shm";
+    return std::filesystem::is_directory(memory) ? memory
+                                                 : std::filesystem::path(::testing::TempDir());
+  }
+
   std::filesystem::path path_;
 };
 
