@@ -65,9 +65,9 @@ ConfigurationManager::ConfigurationManager(
   if (cache_) {
     cache_->SetMigrateUserPresetFunction(
         [this](Preset<UserPresetData>& preset) { return MigrateUserPreset(preset); });
-    removalConnection_ = cache_->RegisterForConfigPresetRemovals(
-        [this](const Guid& removed, const Guid& successor) {
-          OnConfigPresetRemoved(removed, successor);
+    presetConnection_ = cache_->RegisterForConfigPresetChanges(
+        [this](const Guid& preset, const Guid& successor) {
+          OnConfigPresetChanged(preset, successor);
         });
   }
   if (sessionHandler_) {
@@ -116,7 +116,7 @@ boost::intrusive_ptr<ConfigPresetsHandler> ConfigurationManager::GetConfigPreset
 
 Guid ConfigurationManager::GetCurrentConfigGuidForMode(const std::string& modeID) const {
   const auto handler = GetConfigPresetHandler(modeID);
-  return handler ? handler->GetSelectedPreset().Guid : Guid();
+  return handler ? handler->GetSelectedGuid() : Guid();
 }
 
 std::vector<Guid> ConfigurationManager::GetCurrentConfigGuidForAllModes() const {
@@ -275,11 +275,11 @@ void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetD
   handler->Restore(selected, preset.PresetData);
 }
 
-void ConfigurationManager::OnConfigPresetRemoved(const Guid& removed, const Guid& successor) {
+// A preset that was saved may have another name now, and one that is gone gives way to the factory's.
+void ConfigurationManager::OnConfigPresetChanged(const Guid& preset, const Guid& successor) {
+  if (preset == successor) return StoreCurrentConfigurations();
   for (const auto& [modeID, mode] : modes_) {
-    if (mode.handler->GetSelectedPreset().Guid != removed || mode.handler->IsChangingCache()) {
-      continue;
-    }
+    if (mode.handler->GetSelectedGuid() != preset || mode.handler->IsChangingCache()) continue;
     Preset<ConfigPresetData> next;
     if (!cache_->FindPreset(successor, next)) cache_->GetFactoryConfigPreset(modeID, next);
     mode.handler->Restore(next, next.PresetData);

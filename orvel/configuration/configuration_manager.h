@@ -138,7 +138,7 @@ class ORVEL_EXPORT ConfigurationManager {
   void AddMode(const std::string& modeID);
   ConfigPresetsHandler* FindConfigured(const std::string& modeID) const;
   void OnSessionChanged(bool changed, bool closing);
-  void OnConfigPresetRemoved(const Guid& removed, const Guid& successor);
+  void OnConfigPresetChanged(const Guid& preset, const Guid& successor);
   bool OnCurrentConfigurationDataRequested(const std::string& modeID, ConfigPresetData& data);
   void UpdateCurrentConfigurations(const Presets& presets);
   void UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset);
@@ -163,7 +163,7 @@ class ORVEL_EXPORT ConfigurationManager {
   ConfigurationSignal configurationChanged_;
   ModelConfigurationSignal modelConfigurationChanged_;
   boost::signals2::scoped_connection documentConnection_;
-  boost::signals2::scoped_connection removalConnection_;
+  boost::signals2::scoped_connection presetConnection_;
 };
 
 /// The current configuration of a section; empty when it has none.

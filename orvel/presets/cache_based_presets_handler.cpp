@@ -50,7 +50,14 @@ bool CacheBasedPresetsHandler<T, Cache>::ShowsEditsAsCustom(const std::string& n
 
 template <typename T, typename Cache>
 auto CacheBasedPresetsHandler<T, Cache>::GetCurrentPreset() const -> PresetEntry {
-  return {selected_.Guid, selected_.Name};
+  return {selected_.Guid, GetSelectedPreset().Name};
+}
+
+template <typename T, typename Cache>
+Preset<T> CacheBasedPresetsHandler<T, Cache>::GetSelectedPreset() const {
+  Preset<T> preset = selected_;
+  Find(selected_.Guid, preset);
+  return preset;
 }
 
 // Of several presets with this guid, which stand in different folders then, the listed one.
@@ -94,9 +101,11 @@ auto CacheBasedPresetsHandler<T, Cache>::GetPresetList() const -> std::vector<Pr
 
 template <typename T, typename Cache>
 std::u16string CacheBasedPresetsHandler<T, Cache>::GetDisplayName() const {
-  if (!IsModified()) return ZString(selected_.Name);
-  if (ShowsEditsAsCustom(selected_.Name)) return ZString(kCustomPresetName);
-  return ZString(selected_.Name) + kModifiedSuffix;
+  const Preset<T> selected = GetSelectedPreset();
+  const std::u16string name = ZString(selected.Name);
+  if (working_ == selected.PresetData) return name;
+  if (ShowsEditsAsCustom(selected.Name)) return ZString(kCustomPresetName);
+  return name + kModifiedSuffix;
 }
 
 template <typename T, typename Cache>
@@ -153,13 +162,12 @@ bool CacheBasedPresetsHandler<T, Cache>::Remove(const Guid& guid) {
 
 template <typename T, typename Cache>
 void CacheBasedPresetsHandler<T, Cache>::SetWorkingData(const T& data) {
-  SetState(Preset<T>(selected_), data);
+  SetState(GetSelectedPreset(), data);
 }
 
 template <typename T, typename Cache>
 void CacheBasedPresetsHandler<T, Cache>::Revert() {
-  Preset<T> stored = selected_;
-  Find(selected_.Guid, stored);
+  const Preset<T> stored = GetSelectedPreset();
   SetState(stored, stored.PresetData);
 }
 

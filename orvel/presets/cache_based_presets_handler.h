@@ -52,7 +52,9 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   bool Save(const Preset<T>& preset) override;
   bool Remove(const Guid& guid) override;
 
-  const Preset<T>& GetSelectedPreset() const { return selected_; }
+  /// The selected preset as the cache has it now; as it was selected, when the cache has it no more.
+  Preset<T> GetSelectedPreset() const;
+  const Guid& GetSelectedGuid() const { return selected_.Guid; }
   const T& GetWorkingData() const { return working_; }
 
   /// Puts what a person edited in the place of the working data.
@@ -60,7 +62,7 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
 
   /// Whether the working data differ from the selected preset's; a comparison, so that an edit that
   /// is taken back by hand leaves nothing behind.
-  bool IsModified() const { return !(working_ == selected_.PresetData); }
+  bool IsModified() const { return !(working_ == GetSelectedPreset().PresetData); }
 
   /// Drops the edits: the working data become those that are stored.
   void Revert();

@@ -294,6 +294,7 @@ bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
   if (!entry->isFactory && preset.Name != entry->preset.Name) return Rename(*entry, preset);
   if (!WritePresetFile(entry->file, preset)) return false;
   entry->preset = preset;
+  configPresetChanged_(Guid(preset.Guid), Guid(preset.Guid));
   return true;
 }
 
@@ -321,6 +322,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   const Guid guid = preset.Guid;
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
   Insert(preset, file, false);
+  configPresetChanged_(guid, guid);
   return true;
 }
 
@@ -390,7 +392,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
     isClean &= DeletePresetFile(File(folder, kTemporaryMarkName));
   }
   DeleteModeFolder(folder);
-  removed_(guid, successor);
+  configPresetChanged_(guid, successor);
   return isClean;
 }
 
@@ -484,9 +486,9 @@ void PresetsCache::SetMigrateUserPresetFunction(const MigrateUserPresetFunction&
   migrate_ = function;
 }
 
-boost::signals2::connection PresetsCache::RegisterForConfigPresetRemovals(
-    const RemovalSignal::slot_type& slot) {
-  return removed_.connect(slot);
+boost::signals2::connection PresetsCache::RegisterForConfigPresetChanges(
+    const ConfigPresetSignal::slot_type& slot) {
+  return configPresetChanged_.connect(slot);
 }
 
 const PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) const {

@@ -36,9 +36,10 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
  public:
   using MigrateUserPresetFunction = boost::function<bool(Preset<UserPresetData>& preset)>;
 
-  /// (the configuration preset that is gone, the one that took its place or null)
-  using RemovalSignal =
-      boost::signals2::signal<void(const Guid& removed, const Guid& successor)>;
+  /// (the configuration preset that was saved or removed; the same when it was saved, else the one
+  /// that took its place, or null)
+  using ConfigPresetSignal =
+      boost::signals2::signal<void(const Guid& preset, const Guid& successor)>;
 
   /// The factory presets are resources of `module`. With `usesFolder` the "Default" folder is made
   /// of them when there is none, what a crash left behind is cleared away, and the folder is
@@ -121,9 +122,9 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   void SetMigrateUserPresetFunction(const MigrateUserPresetFunction& function);
   const Guid& GetMigrationSource() const { return migrationSource_; }
 
-  /// The slot is called after a configuration preset was removed.
-  boost::signals2::connection RegisterForConfigPresetRemovals(
-      const RemovalSignal::slot_type& slot);
+  /// The slot is called after a configuration preset was saved or removed.
+  boost::signals2::connection RegisterForConfigPresetChanges(
+      const ConfigPresetSignal::slot_type& slot);
 
  private:
   struct ConfigEntry {
@@ -153,7 +154,7 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   std::set<std::string> factoryNames_;
   MigrateUserPresetFunction migrate_;
   Guid migrationSource_;
-  RemovalSignal removed_;
+  ConfigPresetSignal configPresetChanged_;
 };
 
 }  // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -105,19 +106,21 @@ class PresetStore : public ::testing::Test {
     return presets;
   }
 
-  /// What a cache knows, to compare: disk and memory agree when a fresh one knows the same.
-  static std::string Describe(const PresetsCache& cache) {
-    std::string text;
+  /// What a cache knows, a line for each preset: disk and memory agree when a fresh one, or this
+  /// one after a reload, knows the same.
+  static std::vector<std::string> Describe(const PresetsCache& cache) {
+    std::vector<std::string> lines;
+    const auto add = [&lines](const auto& preset) {
+      std::string text;
+      WritePreset(preset, text);
+      lines.push_back(preset.Guid.AsUTF8String() + " " + preset.Name + " " +
+                      std::to_string(std::hash<std::string>()(text)));
+    };
     for (const auto& config : ConfigsOf(cache)) {
-      std::string one;
-      WritePreset(config, one);
-      text += one;
-      for (const auto& preset : UsersOf(cache, config.Guid)) {
-        WritePreset(preset, one);
-        text += one;
-      }
+      add(config);
+      for (const auto& preset : UsersOf(cache, config.Guid)) add(preset);
     }
-    return text;
+    return lines;
   }
 
   bool WasTraced(const std::string& text) const {

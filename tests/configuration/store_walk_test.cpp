@@ -1,0 +1,354 @@
+// A seeded random walk over the store, the handlers and the configuration manager beside a plain
+// model of what they promise. ORVEL_TEST_SEED replays the seed that a failure prints.
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <random>
+
+#include "orvel/actions/action_executor.h"
+#include "orvel/configuration/configuration_manager.h"
+#include "orvel/definitions/lifecycle.h"
+#include "orvel/models/adjustments_modes_json.h"
+#include "tests/support/document_session.h"
+#include "tests/support/preset_store.h"
+
+namespace orvel::test {
+namespace {
+
+constexpr int kSeeds = 12;
+constexpr int kSteps = 400;
+constexpr int kStepsBetweenReopenings = 40;
+const std::vector<std::string> kModes = {"dialog", "music", "sfx"};
+const std::vector<std::string> kNames = {"Alpha", "Beta", "Gamma"};
+
+// One configuration preset as the model sees it: its gain stands for all its data.
+struct Config {
+  explicit Config(const Preset<ConfigPresetData>& preset)
+      : guid(preset.Guid), name(preset.Name), mode(preset.PresetData.ModeID) {
+    preset.PresetData.Models.at("model_volume").GetValue("MaxGain", gain);
+  }
+
+  Guid guid;
+  std::string name;
+  std::string mode;
+  float gain = 0.0f;
+  bool isFactory = false;
+  bool isTemporary = false;
+  std::map<std::string, float> users;  // by name
+};
+
+struct Current {
+  Guid guid;
+  float gain = 0.0f;
+};
+
+class StoreWalk : public PresetStore {
+ protected:
+  ~StoreWalk() override { Terminate(); }
+
+  void Walk(unsigned seed) {
+    random_.seed(seed);
+    Start();
+    for (const auto& preset : ConfigsOf(Store())) {
+      if (!IsWalked(preset.PresetData.ModeID)) continue;
+      Config config(preset);
+      config.isFactory = true;
+      for (const auto& user : UsersOf(Store(), preset.Guid)) config.users[user.Name] = ValueOf(user);
+      configs_.push_back(config);
+      current_[config.mode] = {config.guid, config.gain};
+    }
+    for (int step = 0; step < kSteps && !HasFailure(); ++step) {
+      SCOPED_TRACE("step " + std::to_string(step));
+      Step();
+      Compare();
+      if (step % kStepsBetweenReopenings == 0) {
+        const auto known = Describe(Store());
+        Store().Reload();
+        EXPECT_EQ(Describe(Store()), known) << "disk and memory agree";
+        Reopen();
+        Compare();
+      }
+    }
+    Terminate();
+  }
+
+ private:
+  static bool IsWalked(const std::string& mode) {
+    return std::ranges::find(kModes, mode) != kModes.end();
+  }
+  static ConfigurationManager& Manager() { return *ConfigurationManager::Get(); }
+  static PresetsCache& Store() { return *Manager().GetPresetsCache(); }
+  static float GainOf(const ConfigPresetData& data) {
+    float gain = 0.0f;
+    data.Models.at("model_volume").GetValue("MaxGain", gain);
+    return gain;
+  }
+  static float ValueOf(const Preset<UserPresetData>& preset) {
+    return preset.PresetData.Models.at("model_volume")[1];
+  }
+
+  int Roll(int sides) { return std::uniform_int_distribution<int>(0, sides - 1)(random_); }
+  float RollGain() { return static_cast<float>(Roll(5)); }
+  template <typename List>
+  auto& Pick(List& list) {
+    return *std::next(list.begin(), Roll(static_cast<int>(list.size())));
+  }
+  Config* Find(const Guid& guid) {
+    const auto found = std::ranges::find(configs_, guid, &Config::guid);
+    return found == configs_.end() ? nullptr : &*found;
+  }
+  Config& Factory(const std::string& mode) {
+    return *std::ranges::find_if(
+        configs_, [&mode](const Config& c) { return c.isFactory && c.mode == mode; });
+  }
+
+  void Start() { Initialize(session_, nullptr, GetDefaultAdjustmentsModeDescriptors()); }
+
+  // What a template needs to be taken for a mode's: its data, with the gain in it.
+  ConfigPresetData DataOf(const std::string& mode, float gain) {
+    ConfigPresetData data;
+    data.ModeID = mode;
+    data.Models["model_volume"].SetValue("MaxGain", gain);
+    return data;
+  }
+
+  void Step() {
+    switch (Roll(11)) {
+      case 0: return CreateConfig();
+      case 1:
+      case 2: return SaveUser();
+      case 3: return RemoveUser();
+      case 4: return RemoveConfig();
+      case 5: return Select();
+      case 6: return Edit();
+      case 7: return Revert();
+      case 8: return Migrate();
+      case 9: return OpenDocument();
+      default: return RenameOrOverwriteConfig();
+    }
+  }
+
+  void CreateConfig() {
+    Preset<ConfigPresetData> preset = MakeConfigPreset(Pick(kNames));
+    preset.PresetData = DataOf(Pick(kModes), RollGain());
+    const std::string& mode = preset.PresetData.ModeID;
+    const bool isTaken = IsTaken(preset.Name, mode);
+    EXPECT_EQ(Store().CreateConfigPreset(preset), !isTaken);
+    if (isTaken) return;
+    Config config(preset);
+    const Config* replaced = Find(current_[mode].guid);
+    if (replaced->isTemporary) {
+      config.users = replaced->users;
+      std::erase_if(configs_, [&](const Config& c) { return c.guid == current_[mode].guid; });
+      current_[mode] = {config.guid, config.gain};
+    }
+    configs_.push_back(config);
+  }
+
+  bool IsTaken(const std::string& name, const std::string& mode) const {
+    return std::ranges::any_of(configs_, [&](const Config& c) {
+      return c.name == name && c.mode == mode && !c.isFactory;
+    });
+  }
+
+  void RenameOrOverwriteConfig() {
+    Config& config = Pick(configs_);
+    if (config.isTemporary) return;
+    Preset<ConfigPresetData> preset;
+    ASSERT_TRUE(Store().FindPreset(config.guid, preset));
+    preset.PresetData.Models["model_volume"].SetValue("MaxGain", RollGain());
+    if (!config.isFactory && Roll(2) == 0) preset.Name = Pick(kNames);
+    const bool isTaken = preset.Name != config.name && IsTaken(preset.Name, config.mode);
+    EXPECT_EQ(Store().SavePreset(preset), !isTaken);
+    if (isTaken) return;
+    config.name = preset.Name;
+    config.gain = GainOf(preset.PresetData);
+  }
+
+  void SaveUser() {
+    Config& config = Pick(configs_);
+    Preset<UserPresetData> preset = MakeUserPreset(Pick(kNames), config.guid, RollGain());
+    const auto users = UsersOf(Store(), config.guid);
+    if (!users.empty() && Roll(2) == 0) {
+      const auto& known = Pick(users);
+      preset.Guid = known.Guid;
+      config.users.erase(known.Name);
+    }
+    EXPECT_TRUE(Store().SavePreset(preset));
+    config.users[preset.Name] = ValueOf(preset);
+  }
+
+  void RemoveUser() {
+    Config& config = Pick(configs_);
+    const auto users = UsersOf(Store(), config.guid);
+    if (users.empty()) return;
+    const auto& user = Pick(users);
+    EXPECT_TRUE(Store().RemovePreset(user.Guid, config.guid));
+    config.users.erase(user.Name);
+  }
+
+  void RemoveConfig() {
+    const Config config = Pick(configs_);
+    if (config.isFactory) return;
+    EXPECT_TRUE(Store().RemoveConfigPreset(config.guid));
+    Forget(config.guid);
+  }
+
+  void Forget(const Guid& guid) {
+    std::erase_if(configs_, [&guid](const Config& c) { return c.guid == guid; });
+    for (auto& [mode, current] : current_) {
+      if (current.guid == guid) current = {Factory(mode).guid, Factory(mode).gain};
+    }
+  }
+
+  void Select() {
+    const Config& config = Pick(configs_);
+    EXPECT_TRUE(Manager().GetConfigPresetHandler(config.mode)->Select(config.guid));
+    current_[config.mode] = {config.guid, config.gain};
+  }
+
+  void Edit() {
+    const std::string& mode = Pick(kModes);
+    PropList list = GetModelConfiguration(mode, "model_volume");
+    const float gain = RollGain();
+    list.SetValue("MaxGain", gain);
+    EXPECT_TRUE(Manager().SetModelConfiguration(mode, "model_volume", list));
+    current_[mode].gain = gain;
+  }
+
+  void Revert() {
+    const std::string& mode = Pick(kModes);
+    const bool wasDirty = Manager().IsCurrentConfigDirtyForMode(mode);
+    EXPECT_TRUE(Manager().RevertCurrentDirtyConfigForMode(mode));
+    if (!wasDirty) return;
+    current_[mode].gain = Find(current_[mode].guid)->gain;
+  }
+
+  void Migrate() {
+    Config& from = Pick(configs_);
+    Config& to = Pick(configs_);
+    if (from.guid == to.guid || from.isFactory) return;
+    EXPECT_TRUE(Store().MigrateUserPresets(from.guid, to.guid, true));
+    for (const auto& [name, value] : from.users) to.users[name] = value;
+  }
+
+  void OpenDocument() {
+    std::vector<Guid> temporaries;
+    for (const auto& config : configs_) {
+      if (config.isTemporary) temporaries.push_back(config.guid);
+    }
+    ConfigPresets document;
+    for (const auto& mode : kModes) {
+      Preset<ConfigPresetData> preset = MakeConfigPreset("Show " + std::to_string(++shows_));
+      if (Roll(3) == 0) continue;
+      if (Roll(2) == 0) {
+        const Config& known = Pick(configs_);
+        if (known.mode != mode || known.isTemporary) continue;
+        preset.Guid = known.guid;
+        preset.Name = known.name;
+      }
+      preset.PresetData = DataOf(mode, RollGain());
+      document.push_back(preset);
+    }
+    session_->Open(document);
+    for (const auto& guid : temporaries) Forget(guid);
+    for (const auto& mode : kModes) {
+      const auto mentioned = std::ranges::find(
+          document, mode, [](const auto& preset) { return preset.PresetData.ModeID; });
+      if (mentioned == document.end()) {
+        if (Manager().GetCurrentConfigGuidForMode(mode) == current_[mode].guid) {
+          current_[mode].gain = Find(current_[mode].guid)->gain;
+        }
+        continue;
+      }
+      const float gain = GainOf(mentioned->PresetData);
+      if (Find(mentioned->Guid) == nullptr) {
+        Config config(*mentioned);
+          config.name += " (from Session)";
+        config.isTemporary = true;
+        configs_.push_back(config);
+      }
+      current_[mode] = {mentioned->Guid, gain};
+    }
+  }
+
+  // As after a crash: what was temporary and holds user presets stays, under its name.
+  void Reopen() {
+    Terminate();
+    Start();
+    for (auto& config : configs_) {
+      if (config.isTemporary && !config.users.empty()) config.isTemporary = false;
+    }
+    // What the document holds of a template that is not installed becomes its stored data.
+    for (auto& config : configs_) {
+      if (config.isTemporary) config.gain = current_[config.mode].gain;
+    }
+    std::erase_if(configs_, [this](const Config& c) {
+      return c.isTemporary && current_[c.mode].guid != c.guid;
+    });
+  }
+
+  void Compare() {
+    std::map<Guid, Config> stored;
+    for (const auto& preset : ConfigsOf(Store())) {
+      if (!IsWalked(preset.PresetData.ModeID)) continue;
+      Config& config = stored.emplace(preset.Guid, preset).first->second;
+      for (const auto& user : UsersOf(Store(), preset.Guid)) config.users[user.Name] = ValueOf(user);
+    }
+    ASSERT_EQ(stored.size(), configs_.size());
+    for (const auto& config : configs_) {
+      ASSERT_TRUE(stored.contains(config.guid)) << config.name;
+      const Config& found = stored.at(config.guid);
+      EXPECT_EQ(found.name, config.name);
+      EXPECT_EQ(found.mode, config.mode);
+      EXPECT_EQ(found.gain, config.gain);
+      EXPECT_EQ(found.users, config.users) << config.name;
+    }
+    for (const auto& mode : kModes) {
+      const Current& current = current_[mode];
+      const Config& config = *Find(current.guid);
+      EXPECT_EQ(Manager().GetCurrentConfigGuidForMode(mode), current.guid) << mode;
+      EXPECT_EQ(GainOf(Manager().GetConfigPresetHandler(mode)->GetWorkingData()), current.gain);
+      if (!IsPartial(mode)) {
+        EXPECT_EQ(Manager().IsCurrentConfigDirtyForMode(mode), current.gain != config.gain) << mode;
+      }
+      const auto held = std::ranges::find(session_->document, mode,
+                                          [](const auto& preset) { return preset.PresetData.ModeID; });
+      ASSERT_NE(held, session_->document.end()) << mode;
+      EXPECT_EQ(held->Guid, current.guid) << mode;
+      EXPECT_EQ(GainOf(held->PresetData), current.gain) << mode;
+      const std::string suffix = config.isTemporary ? " (from Session)" : "";
+      EXPECT_EQ(held->Name + suffix, config.name);
+    }
+  }
+
+  // Whether the mode's document data lack the sections that its installed preset has.
+  bool IsPartial(const std::string& mode) const {
+    const auto& handler = *Manager().GetConfigPresetHandler(mode);
+    return handler.GetWorkingData().Models.size() !=
+           handler.GetSelectedPreset().PresetData.Models.size();
+  }
+
+  std::mt19937 random_;
+  boost::intrusive_ptr<DocumentSession> session_{new DocumentSession};
+  std::vector<Config> configs_;
+  std::map<std::string, Current> current_;
+  int shows_ = 0;
+};
+
+class SeededStoreWalk : public StoreWalk, public ::testing::WithParamInterface<int> {};
+
+TEST_P(SeededStoreWalk, AgreesWithAPlainModel) {
+  const char* given = std::getenv("ORVEL_TEST_SEED");
+  const unsigned seed =
+      given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
+                       : static_cast<unsigned>(GetParam());
+  SCOPED_TRACE("ORVEL_TEST_SEED=" + std::to_string(seed));
+  Walk(seed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SeededStoreWalk, ::testing::Range(1, 1 + kSeeds));
+
+}  // namespace
+}  // namespace orvel::test

@@ -1,0 +1,172 @@
+#include <gmock/gmock.h>
+
+#include "orvel/core/localizer.h"
+#include "orvel/presets/cache_based_presets_handler.h"
+#include "tests/support/preset_store.h"
+
+namespace orvel::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+class PresetsHandlerTest : public PresetStore {
+ protected:
+  PresetsHandlerTest() {
+    const auto config = MakeConfigPreset("Mine");
+    cache_->CreateConfigPreset(config);
+    config_ = config.Guid;
+    handler_ = new UserPresetsHandler(
+        cache_,
+        [this](const Preset<UserPresetData>& preset) { return preset.PresetData.Config == config_; },
+        [](UserPresetData& data) {
+          data.ModeID = "asked";
+          return true;
+        });
+    handler_->RegisterForStateChanges([this] { ++changes_; });
+  }
+
+  Guid Add(const std::string& name, float value = 1.0f) {
+    const auto preset = MakeUserPreset(name, config_, value);
+    EXPECT_TRUE(cache_->SavePreset(preset));
+    return preset.Guid;
+  }
+
+  void Edit(float value) {
+    auto data = handler_->GetWorkingData();
+    data.Models["model_volume"][1] = value;
+    handler_->SetWorkingData(data);
+  }
+
+  std::vector<std::string> ListedNames() const {
+    std::vector<std::string> names;
+    for (const auto& [guid, name] : handler_->GetPresetList()) names.push_back(name);
+    return names;
+  }
+
+  Cache cache_ = Open();
+  Guid config_;
+  boost::intrusive_ptr<UserPresetsHandler> handler_;
+  int changes_ = 0;
+};
+
+constexpr char kDefaultName[] = "$$$/orvel/Presets/DefaultPresetName=(Default)";
+
+TEST_F(PresetsHandlerTest, TheListIsSortedAsItIsReadWithTheDefaultFirst) {
+  for (const char* name : {"zebra", "Apple", kDefaultName, "\xC3\xA9t\xC3\xA9", "$$$/x=Banana", "apple 2"}) {
+    Add(name);
+  }
+  EXPECT_THAT(ListedNames(), ElementsAre(kDefaultName, "Apple", "apple 2", "$$$/x=Banana",
+                                         "\xC3\xA9t\xC3\xA9", "zebra"));
+  Preset<UserPresetData> preset;
+  EXPECT_TRUE(handler_->GetDefaultPreset(preset));
+  EXPECT_EQ(preset.Name, kDefaultName);
+}
+
+TEST_F(PresetsHandlerTest, TheDisplayNameTellsOfEditsAndForgetsThoseThatAreTakenBack) {
+  const Guid voice = Add("Voice", -3.0f);
+  EXPECT_EQ(handler_->GetDisplayName(), u"");
+  EXPECT_TRUE(handler_->Select(voice));
+  EXPECT_EQ(handler_->GetDisplayName(), u"Voice");
+  Edit(-4.0f);
+  EXPECT_TRUE(handler_->IsModified());
+  EXPECT_EQ(handler_->GetDisplayName(), u"Voice *");
+  Edit(-3.0f);
+  EXPECT_EQ(handler_->GetDisplayName(), u"Voice");
+  EXPECT_TRUE(handler_->Select(Add("$$$/app/Presets/Orvel/FocusedPresetName=Focused")));
+  EXPECT_EQ(handler_->GetDisplayName(), u"Focused");
+  Edit(9.0f);
+  EXPECT_EQ(handler_->GetDisplayName(), u"(Custom)") << "the factory's is not one to overwrite";
+  EXPECT_TRUE(handler_->Select(Add(kDefaultName)));
+  Edit(9.0f);
+  EXPECT_EQ(handler_->GetDisplayName(), u"(Custom)");
+  handler_->Revert();
+  EXPECT_EQ(handler_->GetDisplayName(), u"(Default)");
+}
+
+TEST_F(PresetsHandlerTest, SelectingCopiesTheDataAndTellsOnce) {
+  const Guid voice = Add("Voice", -3.0f);
+  UserPresetData previous;
+  previous.ModeID = "before";
+  handler_->RegisterForDataChanges([&](const UserPresetData& before) {
+    previous = before;
+    EXPECT_EQ(handler_->GetWorkingData().Models.size(), 1u) << "the state is changed first";
+  });
+  EXPECT_TRUE(handler_->Select(voice));
+  EXPECT_EQ(changes_, 1);
+  EXPECT_EQ(previous.ModeID, "");
+  EXPECT_EQ(handler_->GetCurrentPreset(), std::make_pair(voice, std::string("Voice")));
+  EXPECT_FALSE(handler_->Select(Guid::CreateUnique()));
+  handler_->SetSelectionVerifier([](const auto&) { return false; });
+  EXPECT_FALSE(handler_->Select(voice));
+  EXPECT_EQ(changes_, 1);
+  UserPresetData current;
+  EXPECT_TRUE(handler_->RequestCurrentData(current));
+  EXPECT_EQ(current.ModeID, "asked");
+  UserPresetsHandler bare(cache_);
+  EXPECT_THROW(bare.RequestCurrentData(current), boost::bad_function_call);
+}
+
+TEST_F(PresetsHandlerTest, SavingSelectsAndRefusesNamesThatAreTaken) {
+  const Guid voice = Add("Voice", -3.0f);
+  Add("$$$/x=Shown");
+  ASSERT_TRUE(handler_->Select(voice));
+  Edit(-4.0f);
+  const struct {
+    std::string name;
+    PresetNameStatus status;
+  } rows[] = {{"Voice", PresetNameStatus::kTaken},       {"Shown", PresetNameStatus::kTaken},
+              {"$$$/x=Shown", PresetNameStatus::kTaken}, {"Default", PresetNameStatus::kReserved},
+              {"", PresetNameStatus::kNotAFileName},     {"voice", PresetNameStatus::kUsable}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(handler_->CheckPresetName(row.name), row.status) << row.name;
+    EXPECT_TRUE(row.status == PresetNameStatus::kUsable || !handler_->SaveAsNew(row.name));
+  }
+  EXPECT_EQ(handler_->GetCurrentPreset().first, voice);
+  EXPECT_TRUE(handler_->IsModified()) << "a refusal leaves everything as it was";
+  changes_ = 0;
+  EXPECT_TRUE(handler_->SaveAsNew("Louder"));
+  EXPECT_EQ(changes_, 1);
+  EXPECT_EQ(handler_->GetDisplayName(), u"Louder");
+  Edit(-5.0f);
+  auto overwrite = handler_->GetSelectedPreset();
+  overwrite.PresetData = handler_->GetWorkingData();
+  EXPECT_TRUE(handler_->Save(overwrite));
+  EXPECT_FALSE(handler_->IsModified());
+  Preset<UserPresetData> stored;
+  ASSERT_TRUE(Open()->FindPreset(overwrite.Guid, stored));
+  EXPECT_EQ(stored.PresetData.Models["model_volume"][1], -5.0f);
+  overwrite.Name = "Voice";
+  EXPECT_FALSE(handler_->Save(overwrite)) << "another preset's name";
+  UserPresetsHandler bare(nullptr);
+  EXPECT_FALSE(bare.Save(overwrite));
+  EXPECT_TRUE(bare.GetPresetList().empty());
+}
+
+TEST_F(PresetsHandlerTest, RemovingSelectsTheDefaultEntry) {
+  const Guid plain = Add(kDefaultName);
+  const Guid voice = Add("Voice");
+  ASSERT_TRUE(handler_->Select(voice));
+  changes_ = 0;
+  EXPECT_FALSE(handler_->Remove(Guid::CreateUnique()));
+  EXPECT_EQ(changes_, 0);
+  EXPECT_TRUE(handler_->Remove(voice));
+  EXPECT_EQ(changes_, 1);
+  EXPECT_EQ(handler_->GetCurrentPreset().first, plain);
+  EXPECT_TRUE(handler_->Remove(plain));
+  EXPECT_TRUE(handler_->GetCurrentPreset().first.IsNull()) << "none is left";
+}
+
+TEST_F(PresetsHandlerTest, OfOneGuidInTwoFoldersTheListedOneIsMeant) {
+  const Guid voice = Add("Voice", -3.0f);
+  const auto other = MakeConfigPreset("A first");
+  ASSERT_TRUE(cache_->CreateConfigPreset(other));
+  ASSERT_TRUE(cache_->MigrateUserPresets(config_, other.Guid, false));
+  ASSERT_TRUE(handler_->Select(voice));
+  EXPECT_EQ(handler_->GetWorkingData().Config, config_);
+  EXPECT_TRUE(handler_->Remove(voice));
+  EXPECT_EQ(UsersOf(*cache_, config_).size(), 0u);
+  EXPECT_EQ(UsersOf(*cache_, other.Guid).size(), 1u);
+}
+
+}  // namespace
+}  // namespace orvel::test

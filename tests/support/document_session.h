@@ -1,0 +1,48 @@
+#pragma once
+
+#include <vector>
+
+#include "orvel/models/session_handler_interface.h"
+#include "orvel/presets/config_preset_data.h"
+#include "orvel/presets/preset.h"
+
+namespace orvel::test {
+
+/// A session without clips whose document holds configuration presets.
+class DocumentSession : public SessionHandlerInterface {
+ public:
+  boost::signals2::connection RegisterForClipSelectionChanges(
+      const SelectionSignal::slot_type&) override {
+    return {};
+  }
+  boost::signals2::connection RegisterForSessionChanges(const SessionSignal::slot_type&) override {
+    return {};
+  }
+  MixTypeClipModels GetSelectedMixTypeClipModels() override { return {}; }
+  bool IsSessionEnabled() override { return true; }
+  boost::signals2::connection RegisterForDocumentChanges(
+      const DocumentSignal::slot_type& slot) override {
+    return documentChanged.connect(slot);
+  }
+  bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& presets) override {
+    presets = document;
+    return true;
+  }
+  bool SetConfigurationPresets(const std::vector<Preset<ConfigPresetData>>& presets) override {
+    document = presets;
+    ++stores;
+    documentChanged(true, false);  // the host tells of every change, also of the library's own
+    return true;
+  }
+
+  void Open(const std::vector<Preset<ConfigPresetData>>& presets) {
+    document = presets;
+    documentChanged(true, false);
+  }
+
+  DocumentSignal documentChanged;
+  std::vector<Preset<ConfigPresetData>> document;
+  int stores = 0;
+};
+
+}  // namespace orvel::test
