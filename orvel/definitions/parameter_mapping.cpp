@@ -119,6 +119,10 @@ ParameterMapping::ParameterMapping(unsigned paramIndex, const std::vector<float>
   UpdateRange();
 }
 
+ParameterMapping::ParameterMapping(unsigned paramIndex, std::initializer_list<float> keypoints,
+                                   float curve)
+    : ParameterMapping(paramIndex, std::vector<float>(keypoints), curve) {}
+
 ParameterMapping ParameterMapping::FromSettings(unsigned paramIndex,
                                                 const std::vector<float>& starts,
                                                 const std::vector<float>& ends, float defaultStart,
@@ -143,8 +147,8 @@ void ParameterMapping::SetModifier(const ParameterModifier& modifier) {
 }
 
 void ParameterMapping::UpdateRange() {
-  isPlainRange_ = keypoints_.size() == 2 && std::isfinite(keypoints_[0]) &&
-                  std::isfinite(keypoints_[1]) && modifier_.IsEmpty();
+  // An end that is no number would pass for one above the start.
+  isPlainRange_ = keypoints_.size() == 2 && !std::isnan(keypoints_[1]) && modifier_.IsEmpty();
   start_ = isPlainRange_ ? keypoints_[0] : 0.0f;
   end_ = isPlainRange_ ? keypoints_[1] : 0.0f;
   isStraight_ = curve_ == 0.0f || curve_ == 1.0f;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <vector>
 
 #include "orvel/core/export.h"
@@ -24,6 +25,11 @@ class ORVEL_EXPORT ParameterMapping {
   ParameterMapping(unsigned paramIndex, float start, float end, float curve);
 
   ParameterMapping(unsigned paramIndex, const std::vector<float>& keypoints, float curve);
+  ParameterMapping(unsigned paramIndex, std::initializer_list<float> keypoints, float curve);
+
+  /// Moving copies: what is left behind keeps the answers that its keypoints give.
+  ParameterMapping(const ParameterMapping&) = default;
+  ParameterMapping& operator=(const ParameterMapping&) = default;
 
   /// The range from element `paramIndex` of `starts` to the same element of `ends`; where a list is
   /// too short for it, its default stands in.
@@ -51,13 +57,17 @@ class ORVEL_EXPORT ParameterMapping {
 
   /// The effect parameter's value at `normalized`, for any input: a value above 1 gives the last
   /// keypoint and one below 0 the first, except that from -1/(number of segments) downwards (after
-  /// the curve) the last keypoint but one comes back. A NaN gives the first keypoint; a mapping
-  /// without keypoints gives 0.
+  /// the curve) the last keypoint but one comes back. A NaN gives the first keypoint, but with a
+  /// curve of 0, which makes 1 of every input, the last; a mapping without keypoints gives 0.
+  ///
+  /// The result is the same to the bit wherever it is computed: also where this is compiled into a
+  /// program whose compiler may fuse a product and a sum. What a program gives up for itself with
+  /// -ffast-math, or with clang's -ffp-contract=fast, is its own choice.
   float FromNormalized(float normalized) const {
     if (!isPlainRange_) return FromKeypoints(normalized);
     const float place = curve_ == 1.0f ? normalized : std::pow(normalized, curve_);
     const float aboveZero = place > 0.0f ? place : 0.0f;  // a NaN ends here
-    return start_ + (end_ - start_) * (aboveZero < 1.0f ? aboveZero : 1.0f);
+    return Between(start_, end_, aboveZero < 1.0f ? aboveZero : 1.0f);
   }
 
   /// The place at which the effect parameter has the value `physical`. `found`: there is one.
@@ -86,6 +96,16 @@ class ORVEL_EXPORT ParameterMapping {
   /// The distance at which a physical value still is a keypoint's own.
   static constexpr float kTolerance = 1e-7f;
 
+  /// Rounds after the product and after the sum, as the library itself is compiled to do.
+  static float Between(float start, float end, float fraction) {
+#if defined(__clang__)
+#pragma clang fp contract(off)
+    return start + (end - start) * fraction;
+#else
+    return start + __builtin_assoc_barrier((end - start) * fraction);
+#endif
+  }
+
   float FromKeypoints(float normalized) const;
   float FindKeypoints(float physical, bool& found, bool& ambiguous, bool& interpolated) const;
   void UpdateRange();
@@ -96,7 +116,7 @@ class ORVEL_EXPORT ParameterMapping {
   float modifierValue_ = 1.0f;
   ParameterModifier modifier_;
 
-  // Nearly every mapping is two finite keypoints without a modifier, and is asked for at every move
+  // Nearly every mapping is two keypoints without a modifier, and is asked for at every move
   // of a slider and every block of audio. These say so, and spare such a one the search, the calls
   // and the division; `UpdateRange` derives them from the fields above.
   bool isPlainRange_ = false;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -76,11 +77,8 @@ TEST(ParameterMapping, TakesEveryInputOutsideTheRange) {
   }
   // A fractional power of a negative value is no number.
   EXPECT_EQ(ParameterMapping(0, {3, 5, 9}, 0.5f).FromNormalized(-4.0f), 3.0f);
-  const ParameterMapping two(0, 3.0f, 5.0f, 1.0f);
-  for (const float below : {-0.1f, -1.0f, -kInfinity, kNaN}) {
-    EXPECT_EQ(two.FromNormalized(below), 3.0f);
-  }
-  EXPECT_EQ(two.FromNormalized(kInfinity), 5.0f);
+  EXPECT_EQ(ParameterMapping(0, 3.0f, 5.0f, 1.0f).FromNormalized(-1.0f), 3.0f);
+  EXPECT_EQ(ParameterMapping(0, {3, 5, 9}, 0.0f).FromNormalized(kNaN), 9.0f);  // NaN to the 0: 1
 }
 
 TEST(ParameterMapping, FindsThePlaceOfAValueWithItsFlags) {
@@ -117,6 +115,34 @@ TEST(ParameterMapping, FindsThePlaceOfAValueWithItsFlags) {
   for (const auto& [keypoints, curve, physical, expected] : cases) {
     EXPECT_EQ(Find(ParameterMapping(0, keypoints, curve), physical), expected)
         << ::testing::PrintToString(keypoints) << " curve " << curve << " value " << physical;
+  }
+}
+
+bool IsSame(float left, float right) {
+  return left == right || (std::isnan(left) && std::isnan(right));
+}
+
+TEST(ParameterMapping, OfTwoKeypointsAnswersInlineAsInTheLibrary) {
+  const float values[] = {0,    1,     -1,        5,          1e-8f, 0.99999994f,
+                          kMax, -kMax, kInfinity, -kInfinity, kNaN};
+  const ParameterModifier same(1, [](float x, float) { return x; }, {});
+  for (const float start : values) {
+    for (const float end : values) {
+      for (const float curve : {0.0f, 1.0f, 2.0f, -1.0f}) {
+        const ParameterMapping inlined(0, start, end, curve);
+        ParameterMapping called = inlined;
+        called.SetModifier(same);
+        for (const float value : values) {
+          SCOPED_TRACE(::testing::PrintToString(std::vector{start, end, curve, value}));
+          EXPECT_TRUE(IsSame(inlined.FromNormalized(value), called.FromNormalized(value)));
+          Found left = Find(inlined, value);
+          Found right = Find(called, value);
+          EXPECT_TRUE(IsSame(left.normalized, right.normalized));
+          left.normalized = right.normalized = 0.0f;
+          EXPECT_EQ(left, right);
+        }
+      }
+    }
   }
 }
 
@@ -164,12 +190,13 @@ TEST(ParameterMapping, TheWayBackNeedsBothFunctionsAndTheWayThereOnlyOne) {
 }
 
 TEST(ParameterMapping, AChangedMappingAnswersAsTheNewOneAtOnce) {
-  ParameterMapping mapping(0, 0.0f, 10.0f, 1.0f);
-  mapping.AddKeypoint(40.0f);
+  ParameterMapping mapping(0, 5.0f, 6.0f, 1.0f);
+  mapping.Clear();
+  EXPECT_EQ(mapping.FromNormalized(0.75f), 0.0f);
+  for (const float keypoint : {0.0f, 10.0f, 40.0f}) mapping.AddKeypoint(keypoint);
   EXPECT_EQ(mapping.FromNormalized(0.75f), 25.0f);
   EXPECT_EQ(Find(mapping, 40.0f), (Found{1.0f, true, false, false}));
   mapping.Clear();
-  EXPECT_EQ(mapping.FromNormalized(0.75f), 0.0f);
   EXPECT_FALSE(Find(mapping, 5.0f).found);
   mapping.AddKeypoint(2.0f);
   EXPECT_EQ(mapping.FromNormalized(0.75f), 2.0f);
@@ -181,6 +208,8 @@ TEST(ParameterMapping, AChangedMappingAnswersAsTheNewOneAtOnce) {
   EXPECT_EQ(Find(mapping, 1.75f), (Found{0.75f, true, false, true}));
   mapping.SetModifier(ParameterModifier());
   EXPECT_EQ(mapping.FromNormalized(0.75f), 3.5f);
+  const ParameterMapping moved = std::move(mapping);
+  EXPECT_EQ(mapping, moved);  // NOLINT(bugprone-use-after-move): left whole
 }
 
 TEST(ParameterMapping, EqualityLooksAtWhatCanBeCompared) {
@@ -194,7 +223,8 @@ TEST(ParameterMapping, EqualityLooksAtWhatCanBeCompared) {
   EXPECT_NE(mapping, same);
   EXPECT_NE(mapping, ParameterMapping(2, {1, 2}, 1.0f));
   EXPECT_NE(mapping, ParameterMapping(1, {1, 2}, 2.0f));
-  EXPECT_NE(mapping, ParameterMapping(1, std::vector<float>{1}, 1.0f));
+  EXPECT_NE(mapping, ParameterMapping(1, {1}, 1.0f));
+  EXPECT_EQ(ParameterMapping(1, {}, 1.0f), ParameterMapping(1, 1.0f));  // no constant of 0
   EXPECT_NE(ParameterMapping(1, kNaN, 1.0f), ParameterMapping(1, kNaN, 1.0f));
 }
 
