@@ -4,7 +4,7 @@ namespace orvel {
 namespace {
 
 boost::intrusive_ptr<ActionExecutor>& Executor() {
-  static boost::intrusive_ptr<ActionExecutor> executor;
+  static auto& executor = *new boost::intrusive_ptr<ActionExecutor>;  // never destroyed
   return executor;
 }
 

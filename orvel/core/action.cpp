@@ -1,7 +1,6 @@
 #include "orvel/core/action.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "orvel/core/localizer.h"
 
@@ -19,7 +18,7 @@ void WalkOrTakeBack(Iterator first, Iterator last, Step step, Back back) {
     while (at != first) {
       try {
         back(**--at);
-      } catch (const std::exception&) {
+      } catch (...) {
         continue;
       }
     }

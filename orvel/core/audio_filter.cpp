@@ -4,7 +4,7 @@ namespace teskaudiofilterhost {
 namespace {
 
 AudioFilterFactory& Factory() {
-  static AudioFilterFactory factory;
+  static auto& factory = *new AudioFilterFactory;  // never destroyed
   return factory;
 }
 

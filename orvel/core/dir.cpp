@@ -19,21 +19,16 @@ namespace {
 
 // Null until a host sets it.
 Dir& HostPrefDir() {
-  static Dir folder;
+  static auto& folder = *new Dir;  // never destroyed
   return folder;
 }
 
 fs::path PlatformPrefDir() {
-#if defined(_WIN32)
-  const char* const base = std::getenv("APPDATA");
-  return base != nullptr ? fs::path(base) : fs::temp_directory_path();
-#else
   // XDG base directories are absolute paths; any other value is passed over.
   const char* const config = std::getenv("XDG_CONFIG_HOME");
   if (config != nullptr && *config == '/') return config;
   const char* const home = std::getenv("HOME");
-  return fs::path(home != nullptr ? home : "/") / ".config";
-#endif
+  return fs::path(home != nullptr && *home == '/' ? home : "/") / ".config";
 }
 
 using IsWanted = bool (*)(const fs::directory_entry&, std::error_code&);

@@ -61,9 +61,8 @@ class ORVEL_EXPORT Dir {
   explicit Dir(const std::u16string& path) : path_(path) {}
   Dir(const Dir& parent, const std::u16string& name);
 
-  /// The user's preferences folder: the one that the host set, else the platform's (on Linux
-  /// $XDG_CONFIG_HOME or
-  /// ~/.config). It need not exist yet.
+  /// The user's preferences folder: the one that the host set, else $XDG_CONFIG_HOME or ~/.config
+  /// (/.config where there is no home). It need not exist yet.
   static Dir PrefDir();
   static void SetPrefDir(const Dir& folder);
 

@@ -6,7 +6,7 @@ namespace teskcore::threads {
 namespace {
 
 boost::intrusive_ptr<AsyncEventLoopAdaptor>& RegisteredLoop() {
-  static boost::intrusive_ptr<AsyncEventLoopAdaptor> loop;
+  static auto& loop = *new boost::intrusive_ptr<AsyncEventLoopAdaptor>;  // never destroyed
   return loop;
 }
 
@@ -47,7 +47,8 @@ void RegisterMainThread(const boost::intrusive_ptr<AsyncEventLoopAdaptor>& loop)
 }
 
 boost::intrusive_ptr<QueuedEventLoop> GetDefaultEventLoop() {
-  static const boost::intrusive_ptr<QueuedEventLoop> loop(new QueuedEventLoop);
+  static const auto& loop =
+      *new boost::intrusive_ptr<QueuedEventLoop>(new QueuedEventLoop);  // never destroyed
   return loop;
 }
 

@@ -39,7 +39,7 @@ const std::u16string* FindArgument(char16_t digit, const std::u16string* first, 
 namespace config {
 
 Localizer& Localizer::Get() {
-  static Localizer localizer;
+  static auto& localizer = *new Localizer;  // never destroyed
   return localizer;
 }
 

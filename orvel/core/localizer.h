@@ -41,11 +41,10 @@ ORVEL_EXPORT std::u16string Localize(const std::string& key,
                                      std::initializer_list<std::u16string> arguments);
 
 /// The text to show for a key "$$$/path=default text": the translation of the path, else the
-/// default text. In it "@0" to
-/// "@9" become the arguments, each as it stands (an argument's own "@1" is not replaced again); a
-/// placeholder without an argument stays. "^Q" becomes a quotation mark, "^n" a line feed, "^t" a
-/// tab and "^^" a circumflex. A key that does not begin with "$$$/" is a plain text, such as the
-/// name that a person gave to a preset, and is shown as it stands.
+/// default text. In it "@0" to "@9" become the arguments, each as it stands (an argument's own "@1"
+/// is not replaced again); a placeholder without an argument stays. "^Q" becomes a quotation mark,
+/// "^n" a line feed, "^t" a tab and "^^" a circumflex. A key that does not begin with "$$$/" is a
+/// plain text, such as the name that a person gave to a preset, and is shown as it stands.
 template <std::convertible_to<std::u16string>... Arguments>
 requires(sizeof...(Arguments) <= 10) std::u16string
     ZString(const std::string& key, const Arguments&... arguments) {

@@ -24,7 +24,7 @@ Key MakeKey(ModuleHandle module, const std::u16string& name, const std::u16strin
 
 // Filled while libraries are loaded, so it is made by whoever comes first.
 std::map<Key, std::span<const unsigned char>>& Resources() {
-  static std::map<Key, std::span<const unsigned char>> resources;
+  static auto& resources = *new std::map<Key, std::span<const unsigned char>>;  // never destroyed
   return resources;
 }
 

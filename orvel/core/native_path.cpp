@@ -6,13 +6,6 @@
 
 namespace teskcore::filesupport {
 
-#if defined(_WIN32)
-
-std::filesystem::path ToNative(const std::u16string& path) { return path; }
-std::u16string FromNative(const std::filesystem::path& path) { return path.u16string(); }
-
-#else
-
 namespace {
 
 constexpr UChar32 kByteBase = 0xDC00;
@@ -53,7 +46,5 @@ std::u16string FromNative(const std::filesystem::path& path) {
   }
   return text;
 }
-
-#endif
 
 }  // namespace teskcore::filesupport

@@ -1,11 +1,9 @@
 #include "orvel/core/profiler.h"
 
-#include <exception>
-
 namespace teskcore::debug {
 
 CodeProfilerManager& CodeProfilerManager::Get() {
-  static CodeProfilerManager manager;
+  static auto& manager = *new CodeProfilerManager;  // never destroyed
   return manager;
 }
 
@@ -24,7 +22,7 @@ void CodeProfilerManager::Report(const ProfileDataLog& log,
   try {
     const Sink sink = sink_;  // it may replace itself
     if (sink) sink(log, duration);
-  } catch (const std::exception&) {
+  } catch (...) {
     // Measuring must not change what is measured.
   }
 }

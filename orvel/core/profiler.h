@@ -81,8 +81,8 @@ class ORVEL_EXPORT ProfileName {
   std::shared_ptr<const teskcore::debug::ProfileDataLog> log_;
 };
 
-/// Opens the host's profiler scope `name` while profiling is on, and costs two loads while it is
-/// off.
+/// Opens the host's profiler scope `name` while profiling is on, and costs a call into the library
+/// and a load while it is off.
 class ProfileScope {
  public:
   explicit ProfileScope(ProfileName& name) {

@@ -3,6 +3,9 @@
 #include <iostream>
 #include <map>
 #include <mutex>
+#include <optional>
+
+#include "orvel/core/immutable_string.h"
 
 namespace teskcore::debug {
 namespace {
@@ -15,19 +18,17 @@ struct Settings {
 };
 
 Settings& GetSettings() {
-  static Settings settings;
+  static auto& settings = *new Settings;  // never destroyed
   return settings;
 }
 
 struct Target {
-  std::string channel;
-  int level = 0;
+  utility::ImmutableString channel;
+  int level;
 };
 
-Target& CurrentTarget() {
-  thread_local Target target;
-  return target;
-}
+// Without a destructor, as the settings: a thread's objects are the first to go at its end.
+thread_local constinit std::optional<Target> currentTarget;
 
 }  // namespace
 
@@ -36,20 +37,21 @@ bool TraceEnabled(const std::string& channel, int level, bool byDefault) {
   const std::lock_guard lock(settings.mutex);
   const auto found = settings.levels.find(channel);
   const bool enabled = found == settings.levels.end() ? byDefault : level <= found->second;
-  if (enabled) CurrentTarget() = {channel, level};
+  if (enabled) currentTarget = {utility::ImmutableString::CreateStatic(channel), level};
   return enabled;
 }
 
 void Trace(const std::string& text) {
-  const Target& target = CurrentTarget();
+  if (!currentTarget) return;
+  const auto& [channel, level] = *currentTarget;
   Settings& settings = GetSettings();
   std::unique_lock lock(settings.mutex);
   const TraceSink sink = settings.sink;
   lock.unlock();
   if (sink) {
-    sink(target.channel, target.level, text);
+    sink(channel.AsUTF8String(), level, text);
   } else {
-    std::cerr << '[' << target.channel << ' ' << target.level << "] " << text << '\n';
+    std::cerr << '[' << channel.AsUTF8String() << ' ' << level << "] " << text << '\n';
   }
 }
 

@@ -18,7 +18,7 @@ using TraceSink =
 ORVEL_EXPORT bool TraceEnabled(const std::string& channel, int level, bool byDefault);
 
 /// Sends `text` to the sink under the channel and level for which `TraceEnabled` answered true last
-/// on this thread.
+/// on this thread; drops it before the first such answer.
 ORVEL_EXPORT void Trace(const std::string& text);
 
 /// Grows whenever a channel's setting changes, so that an answer of `TraceEnabled` can be kept

@@ -3,7 +3,7 @@
 namespace teskcore::config {
 
 UsageLogger& UsageLogger::Get() {
-  static UsageLogger logger;
+  static auto& logger = *new UsageLogger;  // never destroyed
   return logger;
 }
 

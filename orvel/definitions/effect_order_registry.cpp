@@ -6,7 +6,7 @@ namespace orvel {
 namespace {
 
 std::map<std::u16string, int>& Numbers() {
-  static std::map<std::u16string, int> numbers;
+  static auto& numbers = *new std::map<std::u16string, int>;  // never destroyed
   return numbers;
 }
 

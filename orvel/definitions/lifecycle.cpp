@@ -16,7 +16,7 @@ struct LibraryState {
 };
 
 LibraryState& State() {
-  static LibraryState state;
+  static auto& state = *new LibraryState;  // never destroyed
   return state;
 }
 

@@ -20,9 +20,10 @@ ORVEL_EXPORT void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>
                              const boost::intrusive_ptr<ActionExecutor>& actionExecutor,
                              const std::vector<AdjustmentsModeDescriptor>& modes);
 
-/// Stops the library and lets go of the session handler. The action executor stays until it is
-/// replaced, for actions that the host's undo stack may still run. Does nothing before
-/// `Initialize`.
+/// Stops the library: lets go of the session handler and of the adjustments modes, whoever brought
+/// these. The action executor stays until it is replaced, for actions that the host's undo stack
+/// may still run. Harmless when there is nothing to let go of. What is kept at the end of the
+/// process is not destroyed.
 ORVEL_EXPORT void Terminate();
 
 /// Whether the library is between `Initialize` and `Terminate`.

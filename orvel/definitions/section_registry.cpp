@@ -7,17 +7,17 @@ namespace {
 
 // Made on first use: sections register while the library is loaded, in whatever order.
 std::map<std::string, DefinitionBuilder>& Builders() {
-  static std::map<std::string, DefinitionBuilder> builders;
+  static auto& builders = *new std::map<std::string, DefinitionBuilder>;  // never destroyed
   return builders;
 }
 
 std::map<std::string, ModelCreator>& Creators() {
-  static std::map<std::string, ModelCreator> creators;
+  static auto& creators = *new std::map<std::string, ModelCreator>;  // never destroyed
   return creators;
 }
 
 ModelCreator& GenericCreator() {
-  static ModelCreator creator;
+  static auto& creator = *new ModelCreator;  // never destroyed
   return creator;
 }
 

@@ -318,6 +318,8 @@ TEST(PrefDir, IsTheHostsFolderOrThePlatforms) {
   setenv("XDG_CONFIG_HOME", "relative", 1);
   setenv("HOME", "/home/me", 1);
   EXPECT_EQ(Dir::PrefDir().FullPath(), u"/home/me/.config");
+  setenv("HOME", "", 1);
+  EXPECT_EQ(Dir::PrefDir().FullPath(), u"/.config");  // never relative
 }
 
 TEST(ModuleResources, BelongToTheirModuleAndAreFoundWithoutRegardToCase) {

@@ -1,5 +1,6 @@
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -85,6 +86,7 @@ TEST(Trace, GoesOutByChannelAndLevel) {
   EXPECT_TRUE(TraceEnabled("app.Other", 5, true));
   EXPECT_FALSE(TraceEnabled("app.Presets", 1, true));
   Trace("?");
+  std::thread([] { Trace("on no channel"); }).join();
   teskcore::debug::SetTraceSink({});
   EXPECT_EQ(lines, (std::vector<std::string>{"app.Presets2!", "app.Other5?"}));
 }
@@ -102,7 +104,7 @@ TEST(Profiler, ScopesOpenOnlyAtTheirVolumeAndKeepOneLog) {
   { const ProfileScope tooQuiet(name); }
   manager.SetConditionalProfiling(true);
   for (int i = 0; i < 2; ++i) const ProfileScope on(name);
-  manager.SetSink([](const auto&, auto) { throw std::runtime_error("sink"); });
+  manager.SetSink([](const auto&, auto) { throw "not even a std::exception"; });
   EXPECT_NO_THROW({ const ProfileScope failing(name); });
   manager.SetConditionalProfiling(false);
   manager.SetSink({});
@@ -126,6 +128,15 @@ TEST(Seams, AHostsCallbackMayReplaceItselfWhileItRuns) {
     return true;
   });
   EXPECT_EQ(UTF16to8(ZString("$$$/a=b")), text);
+  said.clear();
+  namespace effects = teskaudiofilterhost::utility;
+  effects::RegisterAudioFilterFactory([&said, text](const std::u16string&) {
+    effects::RegisterAudioFilterFactory({});
+    said = text;
+    return nullptr;
+  });
+  EXPECT_EQ(effects::CreateAudioFilter(kHardLimiterID), nullptr);
+  EXPECT_EQ(said, text);
 }
 
 TEST(UsageLogger, HandsEventsToTheSinkWhole) {

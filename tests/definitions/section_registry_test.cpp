@@ -1,8 +1,18 @@
 #include "orvel/definitions/section_registry.h"
 
+#include <cstdlib>
+#include <memory>
+
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "orvel/actions/action_executor.h"
+#include "orvel/core/audio_filter.h"
+#include "orvel/core/event_loop.h"
+#include "orvel/core/localizer.h"
+#include "orvel/core/profiler.h"
+#include "orvel/core/trace.h"
+#include "orvel/core/usage_logger.h"
 #include "orvel/definitions/effect_order_registry.h"
 #include "orvel/definitions/lifecycle.h"
 #include "orvel/models/mix_type_clip_model_interface.h"
@@ -17,6 +27,7 @@ using SectionModel = boost::intrusive_ptr<SectionModelInterface>;
 
 class FakeSession : public SessionHandlerInterface {
  public:
+  explicit FakeSession(const std::shared_ptr<int>& token = nullptr) : token_(token) {}
   boost::signals2::connection RegisterForClipSelectionChanges(
       const SelectionSignal::slot_type&) override {
     return {};
@@ -26,16 +37,23 @@ class FakeSession : public SessionHandlerInterface {
   }
   MixTypeClipModels GetSelectedMixTypeClipModels() override { return {}; }
   bool IsSessionEnabled() override { return true; }
+
+ private:
+  std::shared_ptr<int> token_;
 };
 
 class FakeExecutor : public ActionExecutor {
  public:
+  explicit FakeExecutor(const std::shared_ptr<int>& token = nullptr) : token_(token) {}
   bool Execute(const boost::intrusive_ptr<Action>&) override { return true; }
   bool ExecuteWithoutUndo(const boost::intrusive_ptr<Action>&, bool flag) override { return flag; }
   boost::signals2::connection RegisterForActionExecutionScopeChanges(
       const ScopeSignal::slot_type&) override {
     return {};
   }
+
+ private:
+  std::shared_ptr<int> token_;
 };
 
 // Notes what it is asked to make.
@@ -159,6 +177,43 @@ TEST(Lifecycle, StartsAndStopsAgainAndAgain) {
   ASSERT_EQ(sections.size(), 2u);
   EXPECT_EQ(sections[1].modelID, "model_volume");
   ModeDescriptorCache::Terminate();
+}
+
+// The program ends well when everything that holds the token still does so at its very end.
+std::shared_ptr<int>& Token() {
+  static auto& token = *new std::shared_ptr<int>(std::make_shared<int>());
+  return token;
+}
+
+[[noreturn]] void CheckOwners() {
+  constexpr int kHolders = 12;
+  _exit(Token().use_count() == 1 + kHolders ? 0 : 1);
+}
+
+[[noreturn]] void EndWithEverythingHeld() {
+  std::atexit(CheckOwners);  // before anything is held, so that it runs after what would let go
+  const auto& token = Token();
+  using teskaudiofilterhost::AudioFilter;
+  UsageLogger::Get().SetSink([token](const auto&) {});
+  Localizer::Get().SetLookup([token](const auto&, auto&) { return false; });
+  teskcore::debug::SetTraceSink([token](const auto&...) {});
+  teskcore::debug::CodeProfilerManager::Get().SetSink([token](const auto&, auto) {});
+  teskaudiofilterhost::utility::RegisterAudioFilterFactory(
+      [token](const auto&) { return boost::intrusive_ptr<AudioFilter>(); });
+  GetRegisteredMainThread()->Post([token] {});
+  teskcore::threads::RegisterMainThread(new QueuedEventLoop);
+  GetRegisteredMainThread()->Post([token] {});
+  factory::RegisterModelDefinition("model_held",
+                                   [token](const auto&) { return SectionDefinition(); });
+  factory::RegisterModelClass("model_held", [token](const auto&...) {});
+  factory::SetGenericFactoryFunction([token](const auto&...) {});
+  Initialize(new FakeSession(token), nullptr, {});
+  SetOrvelActionExecutor(new FakeExecutor(token));
+  std::exit(0);
+}
+
+TEST(Lifecycle, HostsMayCallWhileTheirStaticObjectsDie) {
+  EXPECT_EXIT(EndWithEverythingHeld(), ::testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
