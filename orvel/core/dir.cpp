@@ -63,8 +63,14 @@ std::vector<Entry> List(const Dir& folder, IsWanted isWanted, const Dir::Filter&
 
 }  // namespace
 
+Dir::Dir(const std::u16string& path) : path_(path) {
+  while (path_.size() > 1 && path_.back() == u'/') path_.pop_back();
+}
+
 Dir::Dir(const Dir& parent, const std::u16string& name)
-    : path_(FromNative(ToNative(parent.FullPath()) / ToNative(name))) {}
+    : path_(FromNative(ToNative(parent.FullPath()) / ToNative(name))) {
+  if (!IsPathElement(name)) Fail(ToNative(path_), "is not the name of a folder");
+}
 
 Dir Dir::PrefDir() {
   const Dir& set = HostPrefDir();

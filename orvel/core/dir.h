@@ -58,7 +58,12 @@ class ORVEL_EXPORT Dir {
   using FileIterator = ListingIterator<File>;
 
   Dir() = default;
-  explicit Dir(const std::u16string& path) : path_(path) {}
+
+  /// Slashes at the end are left out, but the root's.
+  explicit Dir(const std::u16string& path);
+
+  /// The folder `name` in `parent`. Raises `dir_exception` for a name that would lead elsewhere: an
+  /// empty one, "." and "..", and any with a slash or a NUL in it.
   Dir(const Dir& parent, const std::u16string& name);
 
   /// The user's preferences folder: the one that the host set, else $XDG_CONFIG_HOME or ~/.config
@@ -66,6 +71,7 @@ class ORVEL_EXPORT Dir {
   static Dir PrefDir();
   static void SetPrefDir(const Dir& folder);
 
+  /// The root is its own parent, and has no name.
   Dir Parent() const;
   std::u16string GetName() const;
   const std::u16string& FullPath() const { return path_; }

@@ -1,8 +1,11 @@
 #include "orvel/core/file.h"
 
+#include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "orvel/core/dir.h"
 #include "orvel/core/native_path.h"
@@ -19,7 +22,9 @@ namespace {
 }  // namespace
 
 File::File(const Dir& folder, const std::u16string& name)
-    : path_(FromNative(ToNative(folder.FullPath()) / ToNative(name))) {}
+    : path_(FromNative(ToNative(folder.FullPath()) / ToNative(name))) {
+  if (!IsPathElement(name)) Fail(ToNative(path_), "is not the name of a file");
+}
 
 std::u16string File::GetTitle() const { return FromNative(ToNative(path_).stem()); }
 
@@ -37,8 +42,11 @@ bool File::Exists() const {
 
 void File::Create(bool replace) const {
   const fs::path path = ToNative(path_);
-  if (!replace && Exists()) Fail(path, "exists already");
-  if (!std::ofstream(path, std::ios::binary | std::ios::trunc)) Fail(path, "cannot be created");
+  constexpr mode_t kNewFileMode = 0666;
+  const int ifThere = replace ? O_TRUNC : O_EXCL;
+  const int created = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | ifThere, kNewFileMode);
+  if (created < 0) Fail(path, std::generic_category().message(errno));
+  close(created);
 }
 
 void File::Delete() const {

@@ -14,6 +14,9 @@ class ORVEL_EXPORT File {
  public:
   File() = default;
   explicit File(const std::u16string& path) : path_(path) {}
+
+  /// The file `name` in `folder`. Raises `file_exception` for a name that would lead elsewhere: an
+  /// empty one, "." and "..", and any with a slash or a NUL in it.
   File(const Dir& folder, const std::u16string& name);
 
   const std::u16string& FullPath() const { return path_; }
@@ -29,7 +32,7 @@ class ORVEL_EXPORT File {
   bool Exists() const;
 
   /// Creates an empty file. One that exists is emptied with `replace`; without it, it raises
-  /// `file_exception`.
+  /// `file_exception`, and of several programs that create the same file one succeeds.
   void Create(bool replace) const;
 
   /// Raises `file_exception` when there is nothing to delete or it cannot be deleted. Of a link,

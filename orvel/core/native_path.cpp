@@ -1,6 +1,7 @@
 #include "orvel/core/native_path.h"
 
 #include <cstddef>
+#include <string_view>
 
 #include "orvel/core/code_points.h"
 
@@ -45,6 +46,12 @@ std::u16string FromNative(const std::filesystem::path& path) {
     }
   }
   return text;
+}
+
+bool IsPathElement(const std::u16string& name) {
+  constexpr std::u16string_view kEndsAnElement(u"/\0", 2);
+  return !name.empty() && name != u"." && name != u".." &&
+         name.find_first_of(kEndsAnElement) == name.npos;
 }
 
 }  // namespace teskcore::filesupport

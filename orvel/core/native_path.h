@@ -11,4 +11,8 @@ namespace teskcore::filesupport {
 std::filesystem::path ToNative(const std::u16string& path);
 std::u16string FromNative(const std::filesystem::path& path);
 
+/// Whether `name` names something in a folder and leads nowhere else: it is neither empty nor "."
+/// nor "..", and holds no slash and no NUL.
+bool IsPathElement(const std::u16string& name);
+
 }  // namespace teskcore::filesupport

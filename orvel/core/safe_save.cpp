@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -37,12 +38,8 @@ class Descriptor {
     if (fsync(number_) != 0) Fail(path_, errno);
   }
 
-  void TakePermissionsOf(const fs::path& other) const {
-    struct stat status {};
-    if (stat(other.c_str(), &status) == 0) {
-      static_cast<void>(
-          fchmod(number_, status.st_mode & 0777));  // a nicety: its failure loses nothing
-    }
+  void SetPermissions(mode_t mode) const {
+    static_cast<void>(fchmod(number_, mode));  // a nicety: its failure loses nothing
   }
 
  private:
@@ -51,6 +48,30 @@ class Descriptor {
 };
 
 constexpr mode_t kNewFileMode = 0666;
+constexpr mode_t kOwnersAlone = 0600;
+
+// Where a save to `file` ends up: links are followed, also one that leads to nothing yet.
+File FollowLinks(const File& file) {
+  constexpr int kMostLinks = 40;  // as many as the system itself follows
+  fs::path path = ToNative(file.FullPath());
+  std::error_code error;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links) {
+    if (links == kMostLinks) Fail(path, ELOOP);
+    const fs::path next = fs::read_symlink(path, error);
+    if (error) Fail(path, error.value());
+    path = path.parent_path() / next;
+  }
+  return File(FromNative(path));
+}
+
+std::optional<mode_t> PermissionsOf(const fs::path& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  if (!S_ISREG(status.st_mode)) {
+    throw file_exception(path.string() + ": is no regular file, and cannot be replaced by one");
+  }
+  return status.st_mode & 0777;
+}
 
 // Short and of its own extension, whatever the target's name: no listing of saved files takes it
 // for one of them.
@@ -60,9 +81,12 @@ std::u16string TempName() {
 
 }  // namespace
 
-SafeSave::SafeSave(const File& target) : target_(target), temp_(target.Parent(), TempName()) {
-  const Descriptor created(ToNative(temp_.FullPath()), O_WRONLY | O_CREAT | O_EXCL, kNewFileMode);
-  created.TakePermissionsOf(ToNative(target_.FullPath()));
+SafeSave::SafeSave(const File& target)
+    : target_(FollowLinks(target)), temp_(target_.Parent(), TempName()) {
+  // Until it takes the permissions of a target, nobody else may read what that one may hide.
+  const bool replaces = PermissionsOf(ToNative(target_.FullPath())).has_value();
+  const Descriptor created(ToNative(temp_.FullPath()), O_WRONLY | O_CREAT | O_EXCL,
+                           replaces ? kOwnersAlone : kNewFileMode);
 }
 
 SafeSave::~SafeSave() {
@@ -73,7 +97,10 @@ SafeSave::~SafeSave() {
 void SafeSave::Commit() {
   const fs::path target = ToNative(target_.FullPath());
   const fs::path temp = ToNative(temp_.FullPath());
-  Descriptor(temp, O_RDONLY).Flush();
+  const Descriptor written(temp, O_RDONLY);
+  // Only now: a target that may not be written would not let its new content be written either.
+  if (const auto permissions = PermissionsOf(target)) written.SetPermissions(*permissions);
+  written.Flush();
   std::error_code error;
   fs::rename(temp, target, error);
   if (error) Fail(target, error.value());

@@ -9,10 +9,13 @@ namespace teskcore::filesupport {
 /// `Commit` puts it in the target's place. A process that dies at any instant, or a write that
 /// fails, leaves the old file or the new one, never a part of either. The temporary file of a save
 /// that is not committed goes with this object.
+///
+/// A link is followed: what it leads to is replaced, and the link stays. A target that may not be
+/// written is replaced all the same, as long as its folder may be written.
 class ORVEL_EXPORT SafeSave {
  public:
-  /// Creates the temporary file, empty and with the target's permissions when there is a target.
-  /// Raises `file_exception`.
+  /// Creates the temporary file, empty. Raises `file_exception`, also when the target is something
+  /// else than a regular file: a folder, a pipe, a device.
   explicit SafeSave(const File& target);
   ~SafeSave();
   SafeSave(const SafeSave&) = delete;
@@ -20,9 +23,10 @@ class ORVEL_EXPORT SafeSave {
 
   const File& GetTempFile() const { return temp_; }
 
-  /// Brings the temporary file to the disk, renames it to the target and brings the folder to the
-  /// disk. Raises `file_exception`; the target is then as it was, save when only the very last step
-  /// failed. A second call raises it too, for the temporary file is gone.
+  /// Gives the temporary file the target's permissions when there is a target, brings it to the
+  /// disk, renames it to the target and brings the folder to the disk. Raises `file_exception`; the
+  /// target is then as it was, save when only the very last step failed. A second call raises it
+  /// too, for the temporary file is gone.
   void Commit();
 
  private:

@@ -8,6 +8,7 @@
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
@@ -60,6 +61,24 @@ TEST(Files, FoldersAreListedByNameWithFilterAndCancel) {
   EXPECT_EQ(File(root, u"bare").GetExtension(false), u"");
 }
 
+TEST(Files, AFolderIsTheSameWithSlashesAtItsEnd) {
+  const Dir folder(u"/a/b//");
+  EXPECT_EQ(folder.GetName(), u"b");
+  EXPECT_EQ(folder.Parent().FullPath(), u"/a");
+  EXPECT_EQ(Dir(u"//").FullPath(), u"/");
+  EXPECT_EQ(Dir(u"/").Parent().FullPath(), u"/");
+}
+
+TEST(Files, ANameNeverLeadsOutOfItsFolder) {
+  for (const std::u16string& name :
+       {std::u16string(), std::u16string(u"."), std::u16string(u".."), std::u16string(u"/etc"),
+        std::u16string(u"a/../.."), std::u16string(u"a\0.orvel", 8)}) {
+    EXPECT_THROW(Dir(Dir(u"/folder"), name), dir_exception) << UTF16to8(name);
+    EXPECT_THROW(File(Dir(u"/folder"), name), file_exception) << UTF16to8(name);
+  }
+  EXPECT_EQ(File(Dir(u"/folder"), u"..a").FullPath(), u"/folder/..a");
+}
+
 TEST(Files, WhatCannotBeDoneRaisesTheErrorOfItsKind) {
   const TempDir temp;
   const Dir root = temp.AsDir();
@@ -69,8 +88,12 @@ TEST(Files, WhatCannotBeDoneRaisesTheErrorOfItsKind) {
   const File file(full, u"f.txt");
   file.Create(false);
   EXPECT_THROW(file.Create(false), file_exception);
-  EXPECT_NO_THROW(file.Create(true));
-  EXPECT_THROW(full.Delete(), dir_exception);  // not empty
+  FileUtils::SimpleWriteStringToFile(file.FullPath(), "text");
+  file.Create(true);
+  EXPECT_EQ(ReadWholeFile(file), "");
+  std::filesystem::create_symlink("nowhere", temp.Path() / "dangling");
+  EXPECT_THROW(File(root, u"dangling").Create(false), file_exception);  // taken all the same
+  EXPECT_THROW(full.Delete(), dir_exception);                           // not empty
   EXPECT_THROW(Dir(file.FullPath()).Create(), dir_exception);
   EXPECT_THROW(Dir(root, u"none").BeginFiles(), dir_exception);
   EXPECT_THROW(Dir(root, u"none").Delete(), dir_exception);
@@ -124,15 +147,51 @@ TEST(SafeSave, ReplacesTheTargetOnlyOnCommit) {
   }
   EXPECT_EQ(ReadWholeFile(file), "old");
   EXPECT_EQ(CountFiles(temp.AsDir()), 1u);
-  Save(file, "new");
-  EXPECT_EQ(ReadWholeFile(file), "new");
-  EXPECT_EQ(CountFiles(temp.AsDir()), 1u);
-  EXPECT_EQ(std::filesystem::status(temp.Path() / "preset.orvel").permissions(),
-            std::filesystem::perms{0640});
+  SafeSave nameless(File(temp.AsDir(), std::u16string(300, u'x')));
+  EXPECT_THROW(nameless.Commit(), file_exception);
+}
 
-  Dir(temp.AsDir(), u"folder").Create();
-  SafeSave overFolder(File(temp.AsDir(), u"folder"));
-  EXPECT_THROW(overFolder.Commit(), file_exception);
+TEST(SafeSave, KeepsTheTargetsPermissionsAlsoWhereTheyForbidToWrite) {
+  using std::filesystem::perms;
+  using std::filesystem::status;
+  const TempDir temp;
+  const File file(temp.AsDir(), u"f");
+  Save(file, "old");
+  std::filesystem::permissions(temp.Path() / "f", perms{0440});
+  SafeSave save(file);
+  // A person who is not root must be able to write here, and nobody else to read.
+  EXPECT_EQ(status(save.GetTempFile().FullPath()).permissions(), perms{0600});
+  save.Commit();
+  EXPECT_EQ(status(temp.Path() / "f").permissions(), perms{0440});
+}
+
+TEST(SafeSave, WritesThroughALinkAndRefusesWhatIsNoFile) {
+  namespace fs = std::filesystem;
+  const TempDir temp;
+  const Dir root = temp.AsDir();
+  Dir(root, u"deep").Create();
+  fs::create_symlink("deep/second", temp.Path() / "first");
+  fs::create_symlink("target", temp.Path() / "deep/second");
+  for (const std::string text : {"new", "newer"}) {  // the first leads to nothing yet
+    Save(File(root, u"first"), text);
+    EXPECT_EQ(ReadWholeFile(File(Dir(root, u"deep"), u"target")), text);
+  }
+  EXPECT_TRUE(fs::is_symlink(temp.Path() / "first") && fs::is_symlink(temp.Path() / "deep/second"));
+  fs::create_symlink("loop", temp.Path() / "loop");
+  ASSERT_EQ(mkfifo((temp.Path() / "pipe").c_str(), 0600), 0);
+  for (const char16_t* name : {u"deep", u"pipe", u"loop"}) {
+    EXPECT_THROW(SafeSave{File(root, name)}, file_exception) << UTF16to8(name);
+  }
+  EXPECT_THROW(SafeSave{File(u"/dev/null")}, file_exception);
+}
+
+TEST(SafeSave, TakesABareNameForAFileInTheCurrentFolder) {
+  const TempDir temp;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(temp.Path());
+  Save(File(u"bare"), "text");
+  std::filesystem::current_path(before);
+  EXPECT_EQ(ReadWholeFile(File(temp.AsDir(), u"bare")), "text");
 }
 
 TEST(SafeSave, AProcessKilledWhileSavingLeavesTheOldFileOrTheNew) {
