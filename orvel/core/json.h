@@ -50,7 +50,9 @@ ORVEL_EXPORT std::string GetJSONUTF8String(const JSONValue& value, bool indented
 ORVEL_EXPORT std::string GetJSONUTF8String(const JSONValuePtr& value, bool indented);
 
 /// Sets a member. An `object` that holds nothing becomes an object first; raises `BadCast` when it
-/// holds another kind.
+/// holds another kind, and for a `value` of a type that is not listed above. Characters that end in
+/// a zero are taken as a string, a float as a double, and whole numbers of other types as 64-bit
+/// ones.
 ORVEL_EXPORT void AddToObject(JSONValue& object, const std::string& key, const JSONValue& value);
 ORVEL_EXPORT void AddToObject(JSONValue& object, const std::string& key, const JSONValuePtr& value);
 

@@ -1,6 +1,7 @@
 #include "orvel/core/json_source.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <locale>
 #include <sstream>
@@ -58,13 +59,22 @@ double ReadDouble(std::string_view token) {
   return value;
 }
 
-std::uint32_t ToUnsigned(double number) { return boost::numeric_cast<std::uint32_t>(number); }
+std::uint32_t ToUnsigned(double number) {
+  if (std::trunc(number) != number) throw BadCast();
+  return boost::numeric_cast<std::uint32_t>(number);
+}
 std::uint32_t ToUnsigned(std::int64_t number) { return boost::numeric_cast<std::uint32_t>(number); }
 std::uint32_t ToUnsigned(std::uint64_t number) {
   return boost::numeric_cast<std::uint32_t>(number);
 }
 
-float ToFloat(double number) { return boost::numeric_cast<float>(number); }
+// What rounds to the largest float is one: shortened, that float's own text is above it.
+float ToFloat(double number) {
+  const auto rounded = static_cast<float>(number);
+  if (!std::isinf(rounded)) return rounded;
+  if (number < 0.0) throw boost::numeric::negative_overflow();
+  throw boost::numeric::positive_overflow();
+}
 float ToFloat(std::int64_t number) { return static_cast<float>(number); }
 float ToFloat(std::uint64_t number) { return static_cast<float>(number); }
 

@@ -12,8 +12,9 @@ template <>
 struct ORVEL_EXPORT JSONConvert<proplist::PropList> {
   static JSONValue ToJSON(const proplist::PropList& list);
 
-  /// Raises `BadCast` for a value of the wrong JSON kind, a missing "type" or "value" and an
-  /// unknown tag, and `boost::numeric::bad_numeric_cast` for a number outside its type's range.
+  /// Raises `BadCast` for a value of the wrong JSON kind, a fraction where a whole number belongs,
+  /// a missing "type" or "value" and an unknown tag, and `boost::numeric::bad_numeric_cast` for a
+  /// number outside its type's range.
   static proplist::PropList FromJSON(const JSONValue& value);
 };
 

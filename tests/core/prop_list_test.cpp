@@ -84,6 +84,7 @@ TEST(PropList, JsonOfTheWrongKindRaisesBadCast) {
        {"[]", "1", R"({"a":1})", R"({"a":{}})", R"({"a":{"type":"float"}})", R"({"a":{"value":1}})",
         R"({"a":{"type":1,"value":1}})", R"({"a":{"type":"double","value":1}})",
         R"({"a":{"type":"float","value":"1"}})", R"({"a":{"type":"float","value":null}})",
+        R"({"a":{"type":"std::uint32_t","value":1.5}})",
         R"({"a":{"type":"array::float","value":1}})",
         R"({"a":{"type":"array::float","value":[1,"2"]}})",
         R"({"a":{"type":"tree::any","value":[]}})"}) {
@@ -104,6 +105,9 @@ TEST(PropList, NumbersOutsideTheirTypeSayOnWhichSide) {
   EXPECT_THROW(read("std::uint32_t", "1e300"), positive_overflow);
   EXPECT_THROW(read("float", "1e300"), positive_overflow);
   EXPECT_THROW(read("float", "-1e300"), negative_overflow);
+  float largest = 0.0f;
+  EXPECT_TRUE(read("float", "3.4028235e38").GetValue("a", largest));
+  EXPECT_EQ(largest, std::numeric_limits<float>::max());
 }
 
 }  // namespace
