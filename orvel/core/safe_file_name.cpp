@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -37,24 +39,33 @@ void AppendHex(std::u16string& text, unsigned value, int digits) {
     text += kDigits[(value >> shift) & 15U];
 }
 
-void AppendEscaped(std::u16string& text, std::u16string_view units) {
-  if (units.size() == 1 && IsSurrogate(units[0])) {
+const icu::Normalizer2& NFC() {
+  UErrorCode status = U_ZERO_ERROR;
+  const auto* normalizer = icu::Normalizer2::getNFCInstance(status);
+  assert(normalizer != nullptr);  // its data is a part of ICU's code
+  return *normalizer;
+}
+
+void AppendEscaped(std::u16string& text, UChar32 character) {
+  if (IsSurrogate(character)) {
     text += u"%u";  // no character, so no UTF-8: the unit itself
-    AppendHex(text, units[0], 4);
+    AppendHex(text, static_cast<unsigned>(character), 4);
     return;
   }
-  for (const char byte : UTF16to8(std::u16string(units))) {
+  std::string bytes;
+  AppendCodePoint(bytes, character);
+  for (const char byte : bytes) {
     text += u'%';
     AppendHex(text, static_cast<unsigned char>(byte), 2);
   }
 }
 
-bool IsInNFC(const std::u16string& name) {
-  UErrorCode status = U_ZERO_ERROR;
-  const auto* normalizer = icu::Normalizer2::getNFCInstance(status);
-  return U_SUCCESS(status) &&
-         normalizer->isNormalized({name.data(), static_cast<std::int32_t>(name.size())}, status) &&
-         U_SUCCESS(status);
+using Characters = std::vector<UChar32>;
+
+Characters Split(const std::u16string& name) {
+  Characters characters;
+  for (std::size_t i = 0; i < name.size();) characters.push_back(NextCodePoint(name, i));
+  return characters;
 }
 
 bool IsDevice(const std::u16string& name) {
@@ -64,68 +75,118 @@ bool IsDevice(const std::u16string& name) {
   return std::find(std::begin(kDevices), std::end(kDevices), stem) != std::end(kDevices);
 }
 
-bool IsRefused(UChar32 character) {
-  // Some file systems pass over what is ignorable, and the eye does so everywhere.
-  return IsSurrogate(character) || u_iscntrl(character) ||
-         u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) ||
-         (character < 0x80 && kRefused.find(static_cast<char16_t>(character)) != kRefused.npos);
-}
-
-// Small letters that people write every day and that some file systems take for others: for "ss",
-// for another sigma, and for i.
-constexpr UChar32 kSharpS = 0xDF;
-constexpr UChar32 kFinalSigma = 0x3C2;
-constexpr UChar32 kDotlessI = 0x131;
-
-bool IsEveryday(UChar32 character) {
-  return character == kSharpS || character == kFinalSigma || character == kDotlessI;
-}
-
 // Whether comparing without regard to case makes something else of the character than its small
-// letter: more than one character, or the letter of another.
+// letter or its capital: more than one character, or the letter of another.
 bool FoldsOddly(UChar32 character) {
   const UChar32 lower = u_tolower(character);
   const UChar32 upper = u_toupper(character);
   const bool roundTrips =
       character == lower ? u_tolower(upper) == character : u_toupper(lower) == character;
-  return !roundTrips || icu::UnicodeString(character).foldCase() != icu::UnicodeString(lower);
+  const auto folded = icu::UnicodeString(character).foldCase();
+  return !roundTrips ||
+         (folded != icu::UnicodeString(lower) && folded != icu::UnicodeString(upper));
 }
 
-std::u16string Escape(const std::u16string& name) {
-  const bool asciiOnly = !IsInNFC(name);
+// Of the letters that fold oddly, those that the code of the name can tell from all others: the
+// ones in daily use, of which no two fold alike in the same case, and the small letters that fold
+// oddly only because they have no capital in one character.
+bool IsToldByCode(UChar32 character) {
+  constexpr UChar32 kInDailyUse[] = {
+      0xB5,    // micro sign, for the Greek mu
+      0xDF,    // sharp s, for ss
+      0x130,   // Turkish capital i with its dot, for i and a dot
+      0x3C2,   // final sigma, for sigma
+      0x587,   // Armenian ech yiwn, for ech and yiwn
+      0x1E9E,  // capital sharp s, for SS
+  };
+  if (std::find(std::begin(kInDailyUse), std::end(kInDailyUse), character) !=
+      std::end(kInDailyUse)) {
+    return true;
+  }
+  // Folded, these are the same character taken apart.
+  const icu::UnicodeString text(character);
+  UErrorCode status = U_ZERO_ERROR;
+  return NFC().normalize(icu::UnicodeString(text).foldCase(), status) == text && U_SUCCESS(status);
+}
+
+bool IsRefused(UChar32 character) {
+  if (character < 0x80) {
+    return u_iscntrl(character) || kRefused.find(static_cast<char16_t>(character)) != kRefused.npos;
+  }
+  // Some file systems pass over what is ignorable, and the eye does so everywhere.
+  return IsSurrogate(character) || u_iscntrl(character) ||
+         u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) ||
+         (FoldsOddly(character) && !IsToldByCode(character));
+}
+
+bool IsInNFC(const icu::UnicodeString& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  return NFC().isNormalized(text, status) && U_SUCCESS(status);
+}
+
+// Which characters are escaped. What composes with what stands before it shares its fate, so that
+// the result is in NFC again.
+std::vector<bool> FindEscapes(const std::u16string& name, const Characters& characters) {
+  const std::size_t count = characters.size();
+  std::vector<bool> escapes(count);
   const bool device = IsDevice(name);
+  for (std::size_t i = 0; i < count; ++i) {
+    const bool atEnd = i == 0 || i + 1 == count;
+    escapes[i] = IsRefused(characters[i]) || (i == 0 && device) ||
+                 (atEnd && (characters[i] == ' ' || characters[i] == '.'));
+  }
+  for (std::size_t begin = 0; begin < count;) {
+    icu::UnicodeString sequence;
+    bool escape = false;
+    std::size_t end = begin;
+    do {
+      sequence.append(characters[end]);
+      escape = escape || escapes[end];
+      ++end;
+    } while (end < count && !NFC().hasBoundaryBefore(characters[end]));
+    if (escape || !IsInNFC(sequence)) {
+      for (std::size_t i = begin; i < end; ++i) escapes[i] = escapes[i] || characters[i] >= 0x80;
+    }
+    begin = end;
+  }
+  return escapes;
+}
+
+std::u16string Escape(const std::u16string& name, const Characters& characters) {
+  const std::vector<bool> escapes = FindEscapes(name, characters);
   std::u16string safe;
-  for (std::size_t i = 0; i < name.size();) {
-    const std::size_t start = i;
-    const UChar32 character = NextCodePoint(name, i);
-    const bool atEnd = start == 0 || i == name.size();
-    const bool odd = FoldsOddly(character) && !IsEveryday(character);
-    const bool escape = IsRefused(character) || odd || (asciiOnly && character >= 0x80) ||
-                        (start == 0 && device) || (atEnd && (character == ' ' || character == '.'));
-    const auto units = std::u16string_view(name).substr(start, i - start);
-    if (escape) {
-      AppendEscaped(safe, units);
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    if (escapes[i]) {
+      AppendEscaped(safe, characters[i]);
     } else {
-      safe += units;
+      AppendCodePoint(safe, characters[i]);
     }
   }
   return safe.empty() ? u"%" : safe;
 }
 
 // The usual spelling: a capital begins the first word and every word of more than three letters.
-bool IsUsuallyCapital(const std::vector<UChar32>& name, std::size_t index) {
-  if (index > 0 && u_isalpha(name[index - 1])) return false;
-  const auto at = name.begin() + static_cast<std::ptrdiff_t>(index);
-  const bool firstWord = std::none_of(name.begin(), at, u_isalpha);
-  return firstWord || std::find_if_not(at, name.end(), u_isalpha) - at > 3;
+std::vector<bool> FindUsualCapitals(const Characters& characters) {
+  std::vector<bool> capitals(characters.size());
+  bool firstWord = true;
+  for (auto at = characters.begin(); at != characters.end();) {
+    const auto end = std::find_if_not(at, characters.end(), u_isUAlphabetic);
+    if (end == at) {
+      ++at;
+      continue;
+    }
+    capitals[static_cast<std::size_t>(at - characters.begin())] = firstWord || end - at > 3;
+    firstWord = false;
+    at = end;
+  }
+  return capitals;
 }
 
 // Two bits for each letter, a hexadecimal digit for two letters, zeros at the end left out: whether
 // its case is not the usual one, and whether it folds oddly. Empty for a name in the usual
 // spelling.
-std::u16string CaseCode(const std::u16string& name) {
-  std::vector<UChar32> characters;
-  for (std::size_t i = 0; i < name.size();) characters.push_back(NextCodePoint(name, i));
+std::u16string CaseCode(const Characters& characters) {
+  const std::vector<bool> capitals = FindUsualCapitals(characters);
   std::u16string code;
   unsigned pending = 0;
   bool second = false;
@@ -134,7 +195,7 @@ std::u16string CaseCode(const std::u16string& name) {
     const UChar32 lower = u_tolower(character);
     const bool odd = FoldsOddly(character);
     if (lower == u_toupper(character) && !odd) continue;
-    const bool unusual = (character != lower) != IsUsuallyCapital(characters, i);
+    const bool unusual = (character != lower) != capitals[i];
     const unsigned bits = (unusual ? 1U : 0U) | (odd ? 2U : 0U);
     if (second) AppendHex(code, pending << 2 | bits, 1);
     pending = bits;
@@ -171,8 +232,9 @@ std::u16string Cut(const std::u16string& safe, std::size_t bytes) {
 }  // namespace
 
 std::u16string NormalizePathForSaving(const std::u16string& name) {
-  const std::u16string safe = Escape(name);
-  const std::u16string code = CaseCode(name);
+  const Characters characters = Split(name);
+  const std::u16string safe = Escape(name, characters);
+  const std::u16string code = CaseCode(characters);
   const std::u16string marked = code.empty() ? safe : safe + kMark + code;
   if (UTF16to8(marked).size() <= kMaxBytes) return marked;
   const std::u16string tail = kMark + Digest(name);
