@@ -7,7 +7,9 @@
 
 namespace orvel {
 
-/// What `ParamDefinition::flags` says of a parameter.
+/// What `ParamDefinition::flags` says of a parameter. The library acts on `kParamFlag_NotStored`
+/// and `kParamFlag_DefaultWhenOff`; the other names describe a parameter to whoever shows it, and
+/// nothing in the library reads them.
 enum ParamFlags : std::uint32_t {
   kParamFlag_None = 0,
   kParamFlag_Stepped = 1,          ///< takes single values only, not every value of its range

@@ -24,7 +24,11 @@ ParamDefinition SectionDefinition::GetEnableParam() const {
 
 ParamType SectionDefinition::GetParamTypeAndControl(int paramID,
                                                     const ControlDefinition** control) const {
-  if (paramID == GetEnableParam().id) return kSectionEnable;
+  const int enableID =
+      paramDefinitions_.empty() ? ParamDefinition().id : paramDefinitions_.front().id;
+  if (paramID == enableID) return kSectionEnable;
+  const ControlDefinition* unwanted = nullptr;
+  if (control == nullptr) control = &unwanted;
   ParamType type = kUnknownParam;
   for (const ControlDefinition& candidate : controlDefinitions_) {
     if (candidate.enableParamID_ == paramID) {
@@ -48,7 +52,7 @@ ParamType SectionDefinition::GetParamTypeAndControl(int paramID, ControlDefiniti
   const ControlDefinition* found = nullptr;
   const ParamType type =
       static_cast<const SectionDefinition&>(*this).GetParamTypeAndControl(paramID, &found);
-  if (found != nullptr)
+  if (found != nullptr && control != nullptr)
     *control = &controlDefinitions_[static_cast<std::size_t>(found - controlDefinitions_.data())];
   return type;
 }

@@ -45,8 +45,9 @@ class ORVEL_EXPORT SectionDefinition {
   ParamDefinition GetEnableParam() const;
 
   /// The role of `paramID`. For the roles of a control, `*control` then points at it, inside this
-  /// definition's list; otherwise it stays as it was. Of several controls that map an id or take it
-  /// as a modifier's argument, the last one counts; a control that it switches counts at once.
+  /// definition's list; otherwise it stays as it was. `control` may be null. Of several controls
+  /// that map an id or take it as a modifier's argument, the last one counts; a control that it
+  /// switches counts at once.
   ParamType GetParamTypeAndControl(int paramID, const ControlDefinition** control) const;
   ParamType GetParamTypeAndControl(int paramID, ControlDefinition** control);
 

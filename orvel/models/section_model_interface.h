@@ -64,8 +64,9 @@ class ORVEL_EXPORT SectionModelInterface : public virtual RefCountedObject {
   /// The id of the adjustments mode that the model belongs to.
   virtual std::string GetAdjustmentsMode() = 0;
 
-  /// Holds change signals back until the matching resume; calls nest. The outermost resume sends
-  /// what was held back when `sendSignals` is set, and forgets it otherwise.
+  /// Holds change signals back until the matching resume; calls nest. What was held back is sent
+  /// when the resume has `sendSignals` set, and forgotten otherwise; how the flags of nested
+  /// resumes combine is up to the implementing model.
   virtual void SuspendSignaling() = 0;
   virtual void ResumeSignaling(bool sendSignals) = 0;
 };

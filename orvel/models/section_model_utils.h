@@ -21,7 +21,10 @@ ORVEL_EXPORT bool GetParamList(const boost::intrusive_ptr<SectionModelInterface>
                                std::vector<float>& values);
 
 /// Writes such a list in one step; one that is too short sets the leading parameters only. When the
-/// write fails, what the model held before is written back, once. True when the values were set.
+/// write fails, or a value cannot be converted, what `GetParamList` gave before is written back,
+/// once. In a section that is switched off, this puts the defaults in the place of the values of
+/// parameters with `kParamFlag_DefaultWhenOff`, also when nothing had been set yet. True when the
+/// values were set.
 ORVEL_EXPORT bool SetParamList(const boost::intrusive_ptr<SectionModelInterface>& model,
                                const std::vector<float>& values);
 

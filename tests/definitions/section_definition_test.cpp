@@ -34,6 +34,9 @@ Role GetRole(const std::vector<ControlDefinition>& controls, int paramID) {
   const ControlDefinition untouched(u"", 0, "untouched");
   const ControlDefinition* control = &untouched;
   const ParamType type = section.GetParamTypeAndControl(paramID, &control);
+  SectionDefinition copy = section;
+  EXPECT_EQ(copy.GetParamTypeAndControl(paramID, nullptr), type);
+  EXPECT_EQ(section.GetParamTypeAndControl(paramID, nullptr), type);
   return {type, control->GetControlKey()};
 }
 

@@ -62,7 +62,16 @@ TEST_F(ModelUtils, AToleratedReadCountsAndAFailedOneKeepsTheList) {
   std::vector<float> list = {7.0f};
   EXPECT_FALSE(modelutils::GetParamList(model, list));
   EXPECT_EQ(list, std::vector<float>{7.0f});
+}
+
+TEST_F(ModelUtils, WithoutAModelNothingIsReadAndNothingSet) {
+  std::vector<float> list;
+  std::map<int, float> map;
   EXPECT_FALSE(modelutils::GetParamList(nullptr, list));
+  EXPECT_FALSE(modelutils::SetParamList(nullptr, {1.0f}));
+  EXPECT_FALSE(modelutils::GetParamIdValueMap(nullptr, {1.0f}, map));
+  modelutils::GetDefaultModelParams(nullptr, map);
+  EXPECT_TRUE(map.empty());
 }
 
 TEST_F(ModelUtils, AValueThatCannotBeConvertedIsStoredAsZero) {
