@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <deque>
+#include <fstream>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -161,8 +163,8 @@ class AudioReader::Decoder {
   /// Some codecs know their rate only once a frame is decoded, so the format is that of the first.
   void DecodeStart() {
     if (!DecodeFrame()) {
-      Fail(damagedPackets_ > 0 ? ffmpeg::ErrorText(ffmpeg::kInvalidData)
-                               : "its audio track is empty");
+      Fail(damagedPackets_ + damageAtCut_ > 0 ? ffmpeg::ErrorText(ffmpeg::kInvalidData)
+                                              : "its audio track is empty");
     }
     format_ = ffmpeg::FormatOf(*frame_);
     if (format_.channelCount < 1 || format_.channelCount > AudioFormat::kMaxChannels) {
@@ -192,7 +194,7 @@ class AudioReader::Decoder {
         return false;
       }
       if (received != ffmpeg::kTryAgain) {
-        ++damagedPackets_;
+        CountDamage();
         if (packetsEnded_) {
           return false;
         }
@@ -212,18 +214,29 @@ class AudioReader::Decoder {
       readError_ = read;
     }
     packetsEnded_ = read < 0;
-    // The demuxer marks a packet that it got less of than the container states.
-    cutOff_ = packetsEnded_ ? cutOff_ : (packet_->flags & AV_PKT_FLAG_CORRUPT) != 0;
+    if (!packetsEnded_) {
+      // The demuxer marks a packet that it got less of than the container states.
+      cutOff_ = (packet_->flags & AV_PKT_FLAG_CORRUPT) != 0;
+      damagedPackets_ += std::exchange(damageAtCut_, 0);  // it was not the last one
+    }
     const int sent = avcodec_send_packet(decoder_.get(), read < 0 ? nullptr : packet_.get());
     av_packet_unref(packet_.get());
     if (sent < 0 && sent != ffmpeg::kEndOfStream) {
-      ++damagedPackets_;
+      CountDamage();
     }
   }
 
+  /// What cannot be decoded of a packet that is not whole, such as half a sample, is no damage when
+  /// the file ends with it.
+  void CountDamage() { ++(cutOff_ ? damageAtCut_ : damagedPackets_); }
+
   bool EndedEarly() const {
-    if (!ended_ || container_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
+    if (!ended_) {
       return false;
+    }
+    if (container_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE) {
+      // No length is known, and so every last packet may be less than the demuxer asked for.
+      return damageAtCut_ > 0 || (cutOff_ && StatesMoreThanItHolds());
     }
     if (cutOff_) {
       return true;
@@ -231,6 +244,27 @@ class AudioReader::Decoder {
     // Stated lengths are rounded to the container's clock, and may count samples that are left out.
     const std::int64_t slack = StatedFrameCount() / 50 + format_.sampleRate / 5;
     return frameCount_ + slack < StatedFrameCount();
+  }
+
+  /// The demuxer keeps to itself what size the header of a WAV states.
+  bool StatesMoreThanItHolds() const {
+    constexpr std::uint64_t kUnknown = 0x7FFFF000;  // the least that stands for it in a stream
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path_, error);
+    if (error) {
+      return false;  // a pipe, which must not be opened again
+    }
+    unsigned char header[8] = {};
+    std::ifstream file(path_, std::ios::binary);
+    file.read(reinterpret_cast<char*>(header), sizeof header);
+    if (!file || std::memcmp(header, "RIFF", 4) != 0) {
+      return false;
+    }
+    std::uint64_t stated = 0;
+    for (const int index : {7, 6, 5, 4}) {
+      stated = stated << 8 | header[index];
+    }
+    return stated < kUnknown && stated + sizeof header > size;
   }
 
   std::filesystem::path path_;
@@ -250,6 +284,7 @@ class AudioReader::Decoder {
   bool ended_ = false;
   std::int64_t frameCount_ = 0;
   std::int64_t damagedPackets_ = 0;
+  std::int64_t damageAtCut_ = 0;
   std::size_t silencedSamples_ = 0;
   int readError_ = 0;
 };

@@ -124,6 +124,19 @@ TEST(AudioReader, ReadsWhatIsThereOfAFileThatIsCutOffAndSaysSo) {
     EXPECT_NEAR(static_cast<double>(ReadFile(folder / name).FrameCount()), 22050, 5000);
     EXPECT_THAT(NotesAfterReading(folder / name), ::testing::Contains(HasSubstr("cut off")));
   }
+  // Cut between two samples, in one, and in the only one of a packet.
+  Encode(folder / "s16.wav", "pcm_s16le", signal);
+  const std::string bytes = ReadBytes(folder / "s16.wav");
+  const std::size_t data = bytes.find("data") + 8;
+  for (const std::size_t kept : {40000u, 40001u, 3u * 4096 + 1}) {
+    WriteBytes(folder / "s16.wav", bytes.substr(0, data + kept));
+    EXPECT_THAT(NotesAfterReading(folder / "s16.wav"), ElementsAre(HasSubstr("cut off"))) << kept;
+  }
+  // A stream's header states no size.
+  std::string stream = bytes;
+  for (const std::size_t size : {std::size_t{4}, data - 4}) stream.replace(size, 4, 4, '\xff');
+  WriteBytes(folder / "s16.wav", stream);
+  EXPECT_THAT(NotesAfterReading(folder / "s16.wav"), IsEmpty());
 }
 
 TEST(AudioReader, ReadsSamplesThatAreNoNumberAsSilence) {
