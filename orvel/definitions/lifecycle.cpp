@@ -28,8 +28,7 @@ void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHand
   State().sessionHandler = sessionHandler;
   SetOrvelActionExecutor(actionExecutor);
   ModeDescriptorCache::Initialize(modes);
-  const boost::intrusive_ptr<PresetsCache> presetsCache(
-      new PresetsCache(GetLibraryModule(), true));
+  const boost::intrusive_ptr<PresetsCache> presetsCache(new PresetsCache(GetLibraryModule(), true));
   ConfigurationManager::Initialize(sessionHandler, presetsCache,
                                    ModeDescriptorCache::Get()->GetAdjustmentsModes());
   State().initialized = true;

@@ -14,16 +14,16 @@ struct AdjustmentsModeDescriptor;
 
 /// Starts the library: keeps the host's session handler and action executor, either of which may be
 /// null, and the adjustments modes, loads the preset folder below `Dir::PrefDir`, which it makes
-/// when there is none, and takes over the document's configurations. Called once on the main thread, and again only after
-/// `Terminate`.
+/// when there is none, and takes over the document's configurations. Called once on the main
+/// thread, and again only after `Terminate`.
 ORVEL_EXPORT void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
                              const boost::intrusive_ptr<ActionExecutor>& actionExecutor,
                              const std::vector<AdjustmentsModeDescriptor>& modes);
 
-/// Stops the library: lets go of the session handler and of the adjustments modes, whoever brought
-/// these. The action executor stays until it is replaced, for actions that the host's undo stack
-/// may still run. Harmless when there is nothing to let go of. What is kept at the end of the
-/// process is not destroyed.
+/// Stops the library: lets go of the session handler, of the configurations and of the adjustments
+/// modes, also of those that came without `Initialize`. The action executor stays until it is
+/// replaced, for actions that the host's undo stack may still run. Harmless when there is nothing
+/// to let go of. What is kept at the end of the process is not destroyed.
 ORVEL_EXPORT void Terminate();
 
 /// Whether the library is between `Initialize` and `Terminate`.

@@ -20,87 +20,30 @@ std::string Nested(int depth) {
 }
 
 TEST(Json, TextThatIsNotWellFormedIsRefused) {
+  // clang-format off
   const std::string cases[] = {
-      "",
-      " ",
-      "{",
-      "}",
-      "[1,]",
-      "[,1]",
-      "[1 2]",
-      "{\"a\":1,}",
-      "{\"a\" 1}",
-      "{a:1}",
-      "{\"a\":}",
-      "{1:2}",
-      "01",
-      "+1",
-      "1.",
-      ".5",
-      "1e",
-      "-",
-      "0x10",
-      "NaN",
-      "Infinity",
-      "-Infinity",
-      "1e999",
-      "nul",
-      "nulll",
-      "tru",
-      "falsee",
-      "'a'",
-      "\"a",
-      "\"\\x\"",
-      "\"\\u12\"",
-      "\"\t\"",
-      "\"a\nb\"",
-      "1 2",
-      "{} {}",
-      "[] x",
-      "\"a\" \"b\"",
-      "null null",
-      "true,",
-      "[1]]",
-      "{\"a\":1}}",
-      "[\"\\ud800\"]",
-      "\"\xC3\"",
-      "[\"\xFF\"]",
-      "\"\xED\xA0\x80\"",
-      "\"\xC0\xAF\"",
-      "// c\n1",
-      "[nan]",
-      "[1}",
-      "{\"a\":[}",
-      Nested(kMaxJSONDepth + 1),
-      Nested(100000),
-      std::string(100000, '['),
-      std::string("1\0", 2),
+      "", " ", "{", "}", "[1,]", "[,1]", "[1 2]", "{\"a\":1,}", "{\"a\" 1}", "{a:1}", "{\"a\":}",
+      "{1:2}", "01", "+1", "1.", ".5", "1e", "-", "0x10", "NaN", "Infinity", "-Infinity", "1e999",
+      "nul", "nulll", "tru", "falsee", "'a'", "\"a", "\"\\x\"", "\"\\u12\"", "\"\t\"", "\"a\nb\"",
+      "1 2", "{} {}", "[] x", "\"a\" \"b\"", "null null", "true,", "[1]]", "{\"a\":1}}",
+      "[\"\\ud800\"]", "\"\xC3\"", "[\"\xFF\"]", "\"\xED\xA0\x80\"", "\"\xC0\xAF\"", "// c\n1",
+      "[nan]", "[1}", "{\"a\":[}", Nested(kMaxJSONDepth + 1), Nested(100000),
+      std::string(100000, '['), std::string("1\0", 2),
   };
+  // clang-format on
   for (const auto& text : cases) EXPECT_EQ(JSONParse(text), nullptr) << text.substr(0, 40);
   EXPECT_EQ(JSONParse(static_cast<const char*>(nullptr)), nullptr);
 }
 
 TEST(Json, ValuesComeBackAsTheyWereWritten) {
+  // clang-format off
   const std::string cases[] = {
-      "null",
-      "true",
-      "false",
-      "0",
-      "-1",
-      "1.5",
-      "\"\"",
-      "[]",
-      "{}",
-      "[[],{}]",
-      "9223372036854775807",
-      "-9223372036854775808",
-      "18446744073709551615",
-      "-0",
-      "{\"a\":1,\"b\":[1,2.5,\"x\",null]}",
-      "\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001\\u001f\"",
-      "\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA7/\"",
-      Nested(kMaxJSONDepth),
+      "null", "true", "false", "0", "-1", "1.5", "\"\"", "[]", "{}", "[[],{}]",
+      "9223372036854775807", "-9223372036854775808", "18446744073709551615", "-0",
+      "{\"a\":1,\"b\":[1,2.5,\"x\",null]}", "\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001\\u001f\"",
+      "\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA7/\"", Nested(kMaxJSONDepth),
   };
+  // clang-format on
   for (const auto& text : cases) EXPECT_EQ(RoundTrip(text), text);
   EXPECT_EQ(RoundTrip("\xEF\xBB\xBF [ 1 , 2 ]\r\n"), "[1,2]");
   EXPECT_EQ(RoundTrip("\"\\u00e9\\ud83c\\udfa7\\/\""), "\"\xC3\xA9\xF0\x9F\x8E\xA7/\"");
