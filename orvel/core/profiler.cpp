@@ -41,11 +41,11 @@ namespace orvel {
 
 const std::shared_ptr<const teskcore::debug::ProfileDataLog>& ProfileName::GetLog() {
   using teskcore::debug::CodeProfilerManager;
-  if (!log_) {
-    log_ = CodeProfilerManager::Get().CreateNewProfileDataLog(name_,
-                                                              CodeProfilerManager::kDefaultVolume);
+  if (log_ == nullptr) {
+    log_ = new std::shared_ptr(CodeProfilerManager::Get().CreateNewProfileDataLog(
+        name_, CodeProfilerManager::kDefaultVolume));
   }
-  return log_;
+  return *log_;
 }
 
 }  // namespace orvel

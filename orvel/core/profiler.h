@@ -70,7 +70,7 @@ class ORVEL_EXPORT CodeProfiler {
 namespace orvel {
 
 /// The name of a scope, made once, as a static object at the place that is profiled; its log is
-/// made on first use.
+/// made on first use, and never destroyed.
 class ORVEL_EXPORT ProfileName {
  public:
   explicit constexpr ProfileName(const char* name) : name_(name) {}
@@ -78,7 +78,7 @@ class ORVEL_EXPORT ProfileName {
 
  private:
   const char* name_;
-  std::shared_ptr<const teskcore::debug::ProfileDataLog> log_;
+  const std::shared_ptr<const teskcore::debug::ProfileDataLog>* log_ = nullptr;
 };
 
 /// Opens the host's profiler scope `name` while profiling is on, and costs a call into the library
