@@ -28,8 +28,8 @@ ConfigurationManager* instance = nullptr;
 
 // Never freed: sections may register from static initialisers and hosts ask at any time.
 std::map<std::string, ConfigurationManager::MigrateModelFunction>& Migrations() {
-  static auto& migrations =
-      *new std::map<std::string, ConfigurationManager::MigrateModelFunction>(GetSectionMigrations());
+  static auto& migrations = *new std::map<std::string, ConfigurationManager::MigrateModelFunction>(
+      GetSectionMigrations());
   return migrations;
 }
 
@@ -65,8 +65,8 @@ ConfigurationManager::ConfigurationManager(
   if (cache_) {
     cache_->SetMigrateUserPresetFunction(
         [this](Preset<UserPresetData>& preset) { return MigrateUserPreset(preset); });
-    presetConnection_ = cache_->RegisterForConfigPresetChanges(
-        [this](const Guid& preset, const Guid& successor) {
+    presetConnection_ =
+        cache_->RegisterForConfigPresetChanges([this](const Guid& preset, const Guid& successor) {
           OnConfigPresetChanged(preset, successor);
         });
   }
@@ -275,7 +275,8 @@ void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetD
   handler->Restore(selected, preset.PresetData);
 }
 
-// A preset that was saved may have another name now, and one that is gone gives way to the factory's.
+// A preset that was saved may have another name now, and one that is gone gives way to the
+// factory's.
 void ConfigurationManager::OnConfigPresetChanged(const Guid& preset, const Guid& successor) {
   if (preset == successor) return StoreCurrentConfigurations();
   for (const auto& [modeID, mode] : modes_) {

@@ -37,9 +37,9 @@ class ORVEL_EXPORT ConfigurationManager {
 
   /// Fits a user preset's stored value list of one section from one configuration to another; false
   /// when it cannot.
-  using MigrateModelFunction = boost::function<bool(
-      const PropList& oldConfiguration, const PropList& newConfiguration,
-      std::vector<float>& values)>;
+  using MigrateModelFunction =
+      boost::function<bool(const PropList& oldConfiguration, const PropList& newConfiguration,
+                           std::vector<float>& values)>;
   using HandleDirtyFunction =
       boost::function<bool(const std::string& modeID, const Preset<ConfigPresetData>& preset)>;
   using ReportMissingFunction = boost::function<void()>;

@@ -52,7 +52,8 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   bool Save(const Preset<T>& preset) override;
   bool Remove(const Guid& guid) override;
 
-  /// The selected preset as the cache has it now; as it was selected, when the cache has it no more.
+  /// The selected preset as the cache has it now; as it was selected, when the cache has it no
+  /// more.
   Preset<T> GetSelectedPreset() const;
   const Guid& GetSelectedGuid() const { return selected_.Guid; }
   const T& GetWorkingData() const { return working_; }

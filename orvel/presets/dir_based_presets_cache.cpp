@@ -127,8 +127,8 @@ template <typename T>
 bool DirBasedPresetsCache<T>::MoveAside(typename Entries::iterator entry) {
   const Preset<T> preset = entry->second;
   const File from = FileOf(entry->first);
-  const File to(folder_, FileUtils::UniqueFileName(folder_, UTF8to16(preset.Name),
-                                                   kPresetFileExtension));
+  const File to(folder_,
+                FileUtils::UniqueFileName(folder_, UTF8to16(preset.Name), kPresetFileExtension));
   if (!WritePresetFile(to, preset)) return false;
   DeletePresetFile(from);
   entries_.erase(entry);

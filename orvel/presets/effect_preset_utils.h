@@ -45,8 +45,7 @@ ORVEL_EXPORT bool GetConfigPreset(const std::u16string& componentID, const std::
 
 /// Stores a setting, making the table when there is none and replacing a setting of the same name.
 ORVEL_EXPORT void AddPresetToConfiguration(PropList& configuration, const std::string& tableKey,
-                                           const std::list<float>& values,
-                                           const std::string& name);
+                                           const std::list<float>& values, const std::string& name);
 
 /// Stores every preset of an effect. The table is there afterwards, also when there is none.
 ORVEL_EXPORT void AddAllEffectPresets(PropList& configuration, const std::string& tableKey,

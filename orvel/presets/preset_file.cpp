@@ -58,9 +58,7 @@ void TracePresets(const std::string& text) {
 
 std::string ShownPath(const std::u16string& path) { return UTF16to8(path); }
 
-bool ReadPresetFile(const File& file, Preset<UserPresetData>& preset) {
-  return Read(file, preset);
-}
+bool ReadPresetFile(const File& file, Preset<UserPresetData>& preset) { return Read(file, preset); }
 
 bool ReadPresetFile(const File& file, Preset<ConfigPresetData>& preset) {
   return Read(file, preset);

@@ -66,8 +66,7 @@ bool IsFolderName(const std::string& modeID) {
   constexpr std::string_view kUnsafe("/\\\0", 3);
   constexpr std::size_t kMaxLength = 200;
   return !modeID.empty() && modeID.size() <= kMaxLength && modeID != "." && modeID != ".." &&
-         modeID.find_first_of(kUnsafe) == std::string::npos &&
-         UTF16to8(UTF8to16(modeID)) == modeID;
+         modeID.find_first_of(kUnsafe) == std::string::npos && UTF16to8(UTF8to16(modeID)) == modeID;
 }
 
 // Calls `visit` for each sub-folder. One that cannot be listed has none.
@@ -252,8 +251,7 @@ void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entri
     changed = true;
   }
   if (changed && !WritePresetFile(file, preset)) return;
-  entries.push_back(
-      {preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
+  entries.push_back({preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
 }
 
 bool PresetsCache::FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const {
@@ -507,9 +505,9 @@ void PresetsCache::Insert(const Preset<ConfigPresetData>& preset, const File& fi
   const auto place = std::ranges::find_if(entries_, [&file](const ConfigEntry& entry) {
     return entry.isFactory || PlaceOf(file) < PlaceOf(entry.file);
   });
-  entries_.insert(place, {preset, file, isFactory,
-                          new UserPresetsGroup(preset.Guid, preset.PresetData.ModeID,
-                                               file.Parent())});
+  entries_.insert(place,
+                  {preset, file, isFactory,
+                   new UserPresetsGroup(preset.Guid, preset.PresetData.ModeID, file.Parent())});
 }
 
 }  // namespace orvel

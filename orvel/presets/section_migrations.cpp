@@ -8,9 +8,9 @@
 
 namespace orvel {
 
-std::map<std::string, boost::function<bool(const PropList& oldConfiguration,
-                                           const PropList& newConfiguration,
-                                           std::vector<float>& values)>>
+std::map<std::string,
+         boost::function<bool(const PropList& oldConfiguration, const PropList& newConfiguration,
+                              std::vector<float>& values)>>
 GetSectionMigrations() {
   const auto byEntry = [](const std::string& tableKey, std::size_t valueIndex) {
     return [tableKey, valueIndex](const PropList& oldConfiguration,

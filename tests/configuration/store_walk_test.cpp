@@ -54,7 +54,8 @@ class StoreWalk : public PresetStore {
       if (!IsWalked(preset.PresetData.ModeID)) continue;
       Config config(preset);
       config.isFactory = true;
-      for (const auto& user : UsersOf(Store(), preset.Guid)) config.users[user.Name] = ValueOf(user);
+      for (const auto& user : UsersOf(Store(), preset.Guid))
+        config.users[user.Name] = ValueOf(user);
       configs_.push_back(config);
       current_[config.mode] = {config.guid, config.gain};
     }
@@ -115,17 +116,27 @@ class StoreWalk : public PresetStore {
 
   void Step() {
     switch (Roll(11)) {
-      case 0: return CreateConfig();
+      case 0:
+        return CreateConfig();
       case 1:
-      case 2: return SaveUser();
-      case 3: return RemoveUser();
-      case 4: return RemoveConfig();
-      case 5: return Select();
-      case 6: return Edit();
-      case 7: return Revert();
-      case 8: return Migrate();
-      case 9: return OpenDocument();
-      default: return RenameOrOverwriteConfig();
+      case 2:
+        return SaveUser();
+      case 3:
+        return RemoveUser();
+      case 4:
+        return RemoveConfig();
+      case 5:
+        return Select();
+      case 6:
+        return Edit();
+      case 7:
+        return Revert();
+      case 8:
+        return Migrate();
+      case 9:
+        return OpenDocument();
+      default:
+        return RenameOrOverwriteConfig();
     }
   }
 
@@ -265,7 +276,7 @@ class StoreWalk : public PresetStore {
       const float gain = GainOf(mentioned->PresetData);
       if (Find(mentioned->Guid) == nullptr) {
         Config config(*mentioned);
-          config.name += " (from Session)";
+        config.name += " (from Session)";
         config.isTemporary = true;
         configs_.push_back(config);
       }
@@ -294,7 +305,8 @@ class StoreWalk : public PresetStore {
     for (const auto& preset : ConfigsOf(Store())) {
       if (!IsWalked(preset.PresetData.ModeID)) continue;
       Config& config = stored.emplace(preset.Guid, preset).first->second;
-      for (const auto& user : UsersOf(Store(), preset.Guid)) config.users[user.Name] = ValueOf(user);
+      for (const auto& user : UsersOf(Store(), preset.Guid))
+        config.users[user.Name] = ValueOf(user);
     }
     ASSERT_EQ(stored.size(), configs_.size());
     for (const auto& config : configs_) {
@@ -313,8 +325,8 @@ class StoreWalk : public PresetStore {
       if (!IsPartial(mode)) {
         EXPECT_EQ(Manager().IsCurrentConfigDirtyForMode(mode), current.gain != config.gain) << mode;
       }
-      const auto held = std::ranges::find(session_->document, mode,
-                                          [](const auto& preset) { return preset.PresetData.ModeID; });
+      const auto held = std::ranges::find(
+          session_->document, mode, [](const auto& preset) { return preset.PresetData.ModeID; });
       ASSERT_NE(held, session_->document.end()) << mode;
       EXPECT_EQ(held->Guid, current.guid) << mode;
       EXPECT_EQ(GainOf(held->PresetData), current.gain) << mode;
@@ -341,9 +353,8 @@ class SeededStoreWalk : public StoreWalk, public ::testing::WithParamInterface<i
 
 TEST_P(SeededStoreWalk, AgreesWithAPlainModel) {
   const char* given = std::getenv("ORVEL_TEST_SEED");
-  const unsigned seed =
-      given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
-                       : static_cast<unsigned>(GetParam());
+  const unsigned seed = given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
+                                         : static_cast<unsigned>(GetParam());
   SCOPED_TRACE("ORVEL_TEST_SEED=" + std::to_string(seed));
   Walk(seed);
 }

@@ -7,9 +7,9 @@
 namespace orvel::presetutils {
 namespace {
 
-using ::testing::ElementsAre;
 using teskaudiofilterhost::AudioFilter;
 using teskaudiofilterhost::PresetList;
+using ::testing::ElementsAre;
 
 struct Reverb : AudioFilter {
   boost::intrusive_ptr<PresetList> GetPresetList() const override {
@@ -74,10 +74,11 @@ TEST_F(EffectPresetUtils, ValuesFindThePresetThatTheyAreCloseTo) {
     std::list<float> values;
     bool found;
     std::u16string name;
-  } rows[] = {{{0.5005f, 0.5995f, 0.7f}, true, u"Hall"},
-              {{0.1f, 0.2f}, true, u"Plate"},
-              {{0.5f, 0.602f, 0.7f}, false, u"\"Custom\""},
-              {{0.5f, 0.6f}, false, u"\"Custom\""},  // fewer are not the same
+  } rows[] = {
+      {{0.5005f, 0.5995f, 0.7f}, true, u"Hall"},
+      {{0.1f, 0.2f}, true, u"Plate"},
+      {{0.5f, 0.602f, 0.7f}, false, u"\"Custom\""},
+      {{0.5f, 0.6f}, false, u"\"Custom\""},  // fewer are not the same
   };
   for (const auto& row : rows) {
     std::u16string name = u"before";
@@ -106,8 +107,11 @@ TEST_F(EffectPresetUtils, ASelectorFollowsItsEntryIntoAnotherTable) {
     float value;
     bool fitted;
     float expected;
-  } rows[] = {{1.0f, true, 1.0f}, {1.6f, true, 2.0f},   {99.0f, true, 2.0f},
-              {0.0f, false, 0.0f}, {-5.0f, false, -5.0f}};
+  } rows[] = {{1.0f, true, 1.0f},
+              {1.6f, true, 2.0f},
+              {99.0f, true, 2.0f},
+              {0.0f, false, 0.0f},
+              {-5.0f, false, -5.0f}};
   for (const auto& row : rows) {
     std::vector<float> values = {1.0f, row.value};
     EXPECT_EQ(MigratePresetControlBasedPreset(old, changed, "T", 1, values), row.fitted);

@@ -62,9 +62,21 @@ TEST_F(PresetsCacheTest, WithoutTheFolderThereIsNothingAndNothingIsSaved) {
 
 TEST_F(PresetsCacheTest, WhatAPersonTypesIsANameOrIsRefused) {
   const auto cache = Open();
-  const std::string names[] = {"a/b\\c", "..", ".hidden", "\xF0\x9F\x8E\x99 voice",
-                               std::string(300, 'x'), "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", "end  ",
-                               "CON", "default", "DEFAULT", "(config)", "100%", "A", "a", "line\nfeed",
+  const std::string names[] = {"a/b\\c",
+                               "..",
+                               ".hidden",
+                               "\xF0\x9F\x8E\x99 voice",
+                               std::string(300, 'x'),
+                               "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D",
+                               "end  ",
+                               "CON",
+                               "default",
+                               "DEFAULT",
+                               "(config)",
+                               "100%",
+                               "A",
+                               "a",
+                               "line\nfeed",
                                "$$$/app/Presets/Orvel/OwnPresetName=Own"};
   for (const auto& name : names) {
     const auto config = MakeConfigPreset(name);
@@ -76,7 +88,8 @@ TEST_F(PresetsCacheTest, WhatAPersonTypesIsANameOrIsRefused) {
     EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset(name))) << name;
     EXPECT_EQ(cache->SavePreset(MakeUserPreset(name)), name == "Default") << name;
   }
-  for (const auto& mode : {std::string(), std::string("."), std::string(".."), std::string("../out"), std::string("a/b"), std::string("a\0b", 3)}) {
+  for (const auto& mode : {std::string(), std::string("."), std::string(".."),
+                           std::string("../out"), std::string("a/b"), std::string("a\0b", 3)}) {
     EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Mode", mode))) << mode;
     EXPECT_FALSE(cache->AddTemporaryPreset(MakeConfigPreset("Mode", mode))) << mode;
   }
@@ -146,7 +159,8 @@ TEST_F(PresetsCacheTest, WhatAPersonDidToTheFolderIsRepairedOnce) {
   ASSERT_TRUE(first->CreateConfigPreset(mine));
   const auto voice = MakeUserPreset("Voice", mine.Guid);
   ASSERT_TRUE(first->SavePreset(voice));
-  fs::copy(Root() / "Mine" / "dialog" / "Voice.orvel", Root() / "Mine" / "dialog" / "Voice 2.orvel");
+  fs::copy(Root() / "Mine" / "dialog" / "Voice.orvel",
+           Root() / "Mine" / "dialog" / "Voice 2.orvel");
   fs::copy(Root() / "Mine", Root() / "Mine too", fs::copy_options::recursive);
   fs::copy(Root() / "Mine" / "dialog", Root() / "Mine" / "music");
   fs::rename(Root() / "Default" / "sfx", Root() / "Default" / "foley");
@@ -169,9 +183,9 @@ TEST_F(PresetsCacheTest, WhatAPersonDidToTheFolderIsRepairedOnce) {
     }
   }
   const std::string factory = "$$$/app/Presets/DefaultPresetName=(Default)";
-  EXPECT_THAT(configs, ElementsAre("Mine:dialog", "Mine:music", "Mine too:dialog",
-                                   factory + ":ambience", factory + ":dialog", factory + ":foley",
-                                   factory + ":music"));
+  EXPECT_THAT(configs,
+              ElementsAre("Mine:dialog", "Mine:music", "Mine too:dialog", factory + ":ambience",
+                          factory + ":dialog", factory + ":foley", factory + ":music"));
   EXPECT_TRUE(WasTraced("Fixing preset with duplicate GUID: " +
                         (Root() / "Mine" / "dialog" / "Voice 2.orvel").string()));
 }

@@ -17,7 +17,9 @@ class PresetsHandlerTest : public PresetStore {
     config_ = config.Guid;
     handler_ = new UserPresetsHandler(
         cache_,
-        [this](const Preset<UserPresetData>& preset) { return preset.PresetData.Config == config_; },
+        [this](const Preset<UserPresetData>& preset) {
+          return preset.PresetData.Config == config_;
+        },
         [](UserPresetData& data) {
           data.ModeID = "asked";
           return true;
@@ -52,7 +54,8 @@ class PresetsHandlerTest : public PresetStore {
 constexpr char kDefaultName[] = "$$$/orvel/Presets/DefaultPresetName=(Default)";
 
 TEST_F(PresetsHandlerTest, TheListIsSortedAsItIsReadWithTheDefaultFirst) {
-  for (const char* name : {"zebra", "Apple", kDefaultName, "\xC3\xA9t\xC3\xA9", "$$$/x=Banana", "apple 2"}) {
+  for (const char* name :
+       {"zebra", "Apple", kDefaultName, "\xC3\xA9t\xC3\xA9", "$$$/x=Banana", "apple 2"}) {
     Add(name);
   }
   EXPECT_THAT(ListedNames(), ElementsAre(kDefaultName, "Apple", "apple 2", "$$$/x=Banana",

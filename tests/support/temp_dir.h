@@ -14,9 +14,7 @@ namespace orvel::test {
 /// the disk takes no time.
 class TempDir {
  public:
-  TempDir()
-      : path_(Base() /
-              ("orvel-" + Guid::CreateUnique().AsUTF8String())) {
+  TempDir() : path_(Base() / ("orvel-" + Guid::CreateUnique().AsUTF8String())) {
     std::filesystem::create_directories(path_);
   }
   ~TempDir() {
