@@ -21,6 +21,7 @@ class SetSectionModelConfigurationAction : public Action {
     SetActionType(kActionType_SetMixTypeModelParam);
     if (ConfigurationManager* manager = ConfigurationManager::Get()) {
       manager->GetModelConfiguration(modeID_, modelID_, previousConfiguration_);
+      isBound_ = true;
     }
   }
 
@@ -34,7 +35,8 @@ class SetSectionModelConfigurationAction : public Action {
     Apply(previousConfiguration_);
   }
   void Apply(const PropList& configuration) const {
-    if (ConfigurationManager* manager = ConfigurationManager::Get()) {
+    ConfigurationManager* manager = ConfigurationManager::Get();
+    if (manager != nullptr && isBound_) {
       manager->SetModelConfiguration(modeID_, modelID_, configuration);
     }
   }
@@ -43,6 +45,7 @@ class SetSectionModelConfigurationAction : public Action {
   std::string modelID_;
   PropList newConfiguration_;
   PropList previousConfiguration_;
+  bool isBound_ = false;  // whether there was a configuration to go back to
 };
 
 }  // namespace

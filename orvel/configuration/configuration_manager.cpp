@@ -33,8 +33,15 @@ std::map<std::string, ConfigurationManager::MigrateModelFunction>& Migrations() 
   return migrations;
 }
 
-bool AreSame(const Preset<ConfigPresetData>& left, const Preset<ConfigPresetData>& right) {
-  return left.Guid == right.Guid && left.Name == right.Name && left.PresetData == right.PresetData;
+bool AreSame(const std::vector<Preset<ConfigPresetData>>& left,
+             const std::vector<Preset<ConfigPresetData>>& right) {
+  return std::ranges::equal(left, right, [](const auto& a, const auto& b) {
+    return a.Guid == b.Guid && a.Name == b.Name && a.PresetData == b.PresetData;
+  });
+}
+
+std::string SessionConfigName(const std::string& name) {
+  return UTF16to8(ZString(kSessionConfigName, UTF8to16(name)));
 }
 
 PropList ConfigurationOf(const ConfigPresetData& data, const std::string& modelID) {
@@ -96,16 +103,12 @@ void ConfigurationManager::AddMode(const std::string& modeID) {
   if (cache_ && cache_->GetFactoryConfigPreset(modeID, factory)) {
     mode.handler->Restore(factory, factory.PresetData);
   }
-  mode.handler->SetSelectionVerifier([this, modeID](const Preset<ConfigPresetData>&) {
+  mode.handler->SetSelectionVerifier([this, modeID](const Preset<ConfigPresetData>& preset) {
     const VerifyChangeFunction verify = verifyChange_;  // it may replace itself
-    return !verify || verify(modeID);
+    return preset.PresetData.ModeID == modeID && (!verify || verify(modeID));
   });
-  mode.dataConnection =
-      mode.handler->RegisterForDataChanges([this, modeID](const ConfigPresetData& previous) {
-        // First, so that whoever is told may save the document.
-        StoreCurrentConfigurations();
-        NotifyConfigurationChanged(modeID, previous);
-      });
+  mode.dataConnection = mode.handler->RegisterForDataChanges(
+      [this, modeID](const ConfigPresetData& previous) { OnWorkingDataChanged(modeID, previous); });
 }
 
 boost::intrusive_ptr<ConfigPresetsHandler> ConfigurationManager::GetConfigPresetHandler(
@@ -231,19 +234,34 @@ boost::signals2::connection ConfigurationManager::RegisterModelConfigurationData
 // configurations, and the document holds the same. What is left from it goes when the next one is
 // opened.
 void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
-  if (closing || !changed || isMonitoringSuspended_ || isWritingDocument_ || !sessionHandler_) {
-    return;
-  }
+  if (isMonitoringSuspended_ || isWritingDocument_ || !sessionHandler_) return;
+  if (closing) hasDocument_ = false;
+  if (closing || !changed) return;
+  const unsigned number = ++documentNumber_;
   Presets presets;
+  const bool isReadable = sessionHandler_->GetConfigurationPresets(presets);
+  // A host may tell late of what was written from here.
+  const bool isKnown = isReadable && hasDocument_ && AreSame(presets, documentPresets_);
+  if (number != documentNumber_ || isKnown) return;
+  const auto apply = [&] {
+    if (number == documentNumber_) UpdateCurrentConfigurations(presets);
+  };
   {
     const FlagScope reading(isReadingDocument_);
-    documentNames_.clear();
-    documentPresets_.clear();
-    if (cache_) cache_->RemoveTemporaryPresets();
-    sessionHandler_->GetConfigurationPresets(presets);
+    hasDocument_ = isReadable;
     documentPresets_ = presets;
-    CheckForMissingConfigPresets(presets);
-    UpdateCurrentConfigurations(presets);
+    unservedPresets_ = presets;
+    std::erase_if(unservedPresets_,
+                  [this](const auto& preset) { return modes_.contains(preset.PresetData.ModeID); });
+    documentNames_.clear();
+    if (cache_) cache_->RemoveTemporaryPresets();
+    try {
+      CheckForMissingConfigPresets(presets);  // whose reporter may open another document, or throw
+    } catch (...) {
+      apply();
+      throw;
+    }
+    apply();
   }
   StoreCurrentConfigurations();
 }
@@ -267,10 +285,12 @@ void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetD
   if (!isInstalled || selected.PresetData.ModeID != preset.PresetData.ModeID) {
     selected = preset;
     if (isInstalled) selected.Guid = Guid::CreateUnique();  // a preset of another mode has it
-    selected.Name = UTF16to8(ZString(kSessionConfigName, UTF8to16(preset.Name)));
-    documentNames_[selected.Guid] = preset.Name;
+    selected.Name = SessionConfigName(preset.Name);
     // What cannot be filed stays current all the same, and goes back into the document.
     if (cache_->AddTemporaryPreset(selected)) cache_->FindPreset(selected.Guid, selected);
+    documentNames_[selected.Guid] = preset.Name;
+  } else if (selected.Name == SessionConfigName(preset.Name)) {
+    documentNames_[selected.Guid] = preset.Name;  // a session's template that stayed
   }
   handler->Restore(selected, preset.PresetData);
 }
@@ -278,7 +298,10 @@ void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetD
 // A preset that was saved may have another name now, and one that is gone gives way to the
 // factory's.
 void ConfigurationManager::OnConfigPresetChanged(const Guid& preset, const Guid& successor) {
-  if (preset == successor) return StoreCurrentConfigurations();
+  if (preset == successor) {
+    if (!cache_->IsTemporaryPreset(preset)) documentNames_.erase(preset);
+    return StoreCurrentConfigurations();
+  }
   for (const auto& [modeID, mode] : modes_) {
     if (mode.handler->GetSelectedGuid() != preset || mode.handler->IsChangingCache()) continue;
     Preset<ConfigPresetData> next;
@@ -294,15 +317,33 @@ bool ConfigurationManager::OnCurrentConfigurationDataRequested(const std::string
   return handler != nullptr;
 }
 
+// Stored first, so that whoever is told may save the document.
+void ConfigurationManager::OnWorkingDataChanged(const std::string& modeID,
+                                                const ConfigPresetData& previous) {
+  const bool isOneModel = std::exchange(isSettingModel_, false);
+  try {
+    StoreCurrentConfigurations();
+  } catch (...) {
+    NotifyConfigurationChanged(modeID, previous, isOneModel);
+    throw;
+  }
+  NotifyConfigurationChanged(modeID, previous, isOneModel);
+}
+
+// A slot may change the configuration again. Each signal then carries what holds when it is sent,
+// so that the last one that a section hears is the truth.
 void ConfigurationManager::NotifyConfigurationChanged(const std::string& modeID,
-                                                      const ConfigPresetData& previous) {
-  const ConfigPresetData current = modes_.at(modeID).handler->GetWorkingData();
+                                                      const ConfigPresetData& previous,
+                                                      bool isOneModel) {
+  const auto handler = modes_.at(modeID).handler;
   std::set<std::string> modelIDs;
   for (const auto& [modelID, configuration] : previous.Models) modelIDs.insert(modelID);
-  for (const auto& [modelID, configuration] : current.Models) modelIDs.insert(modelID);
-  if (!std::exchange(isSettingModel_, false)) configurationChanged_();
+  for (const auto& [modelID, configuration] : handler->GetWorkingData().Models) {
+    modelIDs.insert(modelID);
+  }
+  if (!isOneModel) configurationChanged_();
   for (const auto& modelID : modelIDs) {
-    const PropList configuration = ConfigurationOf(current, modelID);
+    const PropList configuration = ConfigurationOf(handler->GetWorkingData(), modelID);
     if (configuration == ConfigurationOf(previous, modelID)) continue;
     modelConfigurationChanged_(modeID, modelID, configuration);
   }
@@ -311,7 +352,7 @@ void ConfigurationManager::NotifyConfigurationChanged(const std::string& modeID,
 void ConfigurationManager::CheckForMissingConfigPresets(const Presets& presets) {
   const bool isAnyMissing = std::ranges::any_of(presets, [this](const auto& preset) {
     Preset<ConfigPresetData> installed;
-    return modes_.contains(preset.PresetData.ModeID) && cache_ &&
+    return !preset.Guid.IsNull() && modes_.contains(preset.PresetData.ModeID) && cache_ &&
            !cache_->FindPreset(preset.Guid, installed);
   });
   const ReportMissingFunction report = reportMissing_;  // it may replace itself
@@ -330,14 +371,13 @@ Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
 }
 
 void ConfigurationManager::StoreCurrentConfigurations() {
-  if (!sessionHandler_ || isReadingDocument_) return;
+  if (!sessionHandler_ || !hasDocument_ || isReadingDocument_) return;
   Presets presets;
   for (const auto& [modeID, mode] : modes_) {
     if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
   }
-  const bool isHeld = std::equal(presets.begin(), presets.end(), documentPresets_.begin(),
-                                 documentPresets_.end(), AreSame);
-  if (isHeld) return;
+  presets.insert(presets.end(), unservedPresets_.begin(), unservedPresets_.end());
+  if (AreSame(presets, documentPresets_)) return;
   const FlagScope writing(isWritingDocument_);
   if (sessionHandler_->SetConfigurationPresets(presets)) documentPresets_ = presets;
 }
@@ -351,8 +391,9 @@ bool ConfigurationManager::MigrateUserPreset(Preset<UserPresetData>& preset) con
   for (auto& [modelID, values] : preset.PresetData.Models) {
     const auto migration = Migrations().find(modelID);
     if (migration == Migrations().end() || !migration->second) continue;
-    isFitted &= migration->second(ConfigurationOf(source.PresetData, modelID),
-                                  ConfigurationOf(target.PresetData, modelID), values);
+    const MigrateModelFunction migrate = migration->second;  // it may replace itself
+    isFitted &= migrate(ConfigurationOf(source.PresetData, modelID),
+                        ConfigurationOf(target.PresetData, modelID), values);
   }
   return isFitted;
 }

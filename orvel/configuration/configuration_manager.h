@@ -28,7 +28,7 @@ extern ORVEL_EXPORT const std::string kSessionPropertyKey_Configurations;
 /// Which configuration preset is current for each adjustments mode, with the edits on it, and its
 /// keeping with the document. A mode's current configuration is the selected preset and the working
 /// data of its preset handler; there is no other copy. Each mode starts on its factory preset.
-/// Main thread only.
+/// Main thread only; `Terminate` must not be called out of one of its callbacks or signals.
 class ORVEL_EXPORT ConfigurationManager {
  public:
   using ConfigurationSignal = boost::signals2::signal<void()>;
@@ -142,7 +142,9 @@ class ORVEL_EXPORT ConfigurationManager {
   bool OnCurrentConfigurationDataRequested(const std::string& modeID, ConfigPresetData& data);
   void UpdateCurrentConfigurations(const Presets& presets);
   void UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset);
-  void NotifyConfigurationChanged(const std::string& modeID, const ConfigPresetData& previous);
+  void OnWorkingDataChanged(const std::string& modeID, const ConfigPresetData& previous);
+  void NotifyConfigurationChanged(const std::string& modeID, const ConfigPresetData& previous,
+                                  bool isOneModel);
   void CheckForMissingConfigPresets(const Presets& presets);
   Preset<ConfigPresetData> GetCurrentPreset(const ConfigPresetsHandler& handler) const;
   void StoreCurrentConfigurations();
@@ -153,13 +155,16 @@ class ORVEL_EXPORT ConfigurationManager {
   std::map<std::string, Mode> modes_;
   std::map<Guid, std::string> documentNames_;  // of temporary presets: the name in the document
   Presets documentPresets_;                    // what the document holds
+  Presets unservedPresets_;                    // of those, the ones of modes that are not served
+  bool hasDocument_ = false;                   // that can be read
+  unsigned documentNumber_ = 0;                // grows with each one that is opened
   HandleDirtyFunction handleDirty_;
   ReportMissingFunction reportMissing_;
   VerifyChangeFunction verifyChange_;
   bool isMonitoringSuspended_ = false;
   bool isReadingDocument_ = false;
   bool isWritingDocument_ = false;
-  bool isSettingModel_ = false;
+  bool isSettingModel_ = false;  // until the change that `SetModelConfiguration` makes is announced
   ConfigurationSignal configurationChanged_;
   ModelConfigurationSignal modelConfigurationChanged_;
   boost::signals2::scoped_connection documentConnection_;

@@ -29,8 +29,8 @@ ModeDescriptorCache::ModeDescriptorCache(const std::vector<AdjustmentsModeDescri
 
 ModeDescriptorCache::~ModeDescriptorCache() = default;
 
+// A cache that is there already is left to whoever holds its pointer.
 void ModeDescriptorCache::Initialize(const std::vector<AdjustmentsModeDescriptor>& descriptors) {
-  Terminate();
   instance = new ModeDescriptorCache(descriptors);
 }
 

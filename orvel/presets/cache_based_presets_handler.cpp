@@ -28,6 +28,15 @@ bool IsDefaultName(const std::string& name) {
   return std::ranges::find(kDefaultNames, name) != std::end(kDefaultNames);
 }
 
+// Whether a stored name reads like `name`, which is shown as `shown`. Only keys are localised, and
+// few names are: the others are compared as they stand.
+bool AreShownAlike(const std::string& stored, const std::string& name,
+                   const std::u16string& shown) {
+  if (stored == name) return true;
+  const auto isKey = [](const std::string& text) { return text.starts_with("$$$/"); };
+  return (isKey(stored) || isKey(name)) && ZString(stored) == shown;
+}
+
 bool RemoveFromCache(PresetsCache& cache, const Preset<UserPresetData>& preset) {
   return cache.RemovePreset(preset.Guid, preset.PresetData.Config);
 }
@@ -45,7 +54,7 @@ CacheBasedPresetsHandler<T, Cache>::CacheBasedPresetsHandler(
 
 template <typename T, typename Cache>
 bool CacheBasedPresetsHandler<T, Cache>::ShowsEditsAsCustom(const std::string& name) const {
-  return name.empty() || IsDefaultName(name) || (cache_ && cache_->IsFactoryPresetName(name));
+  return IsDefaultName(name) || (cache_ && cache_->IsFactoryPresetName(name));
 }
 
 template <typename T, typename Cache>
@@ -135,7 +144,9 @@ bool CacheBasedPresetsHandler<T, Cache>::Select(const Guid& guid) {
 
 template <typename T, typename Cache>
 bool CacheBasedPresetsHandler<T, Cache>::Save(const Preset<T>& preset) {
-  if (!cache_ || CheckPresetName(preset.Name, preset.Guid) != PresetNameStatus::kUsable) {
+  // One that would not be listed afterwards belongs to another handler.
+  if (!cache_ || (filter_ && !filter_(preset)) ||
+      CheckPresetName(preset.Name, preset.Guid) != PresetNameStatus::kUsable) {
     return false;
   }
   Preset<T> saved = preset;
@@ -151,13 +162,16 @@ bool CacheBasedPresetsHandler<T, Cache>::Save(const Preset<T>& preset) {
 template <typename T, typename Cache>
 bool CacheBasedPresetsHandler<T, Cache>::Remove(const Guid& guid) {
   Preset<T> preset;
-  if (!Find(guid, preset)) return false;
+  if (!Find(guid, preset) || (filter_ && !filter_(preset))) return false;
+  bool isRemoved = false;
   {
     const FlagScope changing(isChangingCache_);
-    if (!RemoveFromCache(*cache_, preset)) return false;
+    isRemoved = RemoveFromCache(*cache_, preset);
   }
+  // It may be gone although not all of its files are.
+  if (!isRemoved && Find(guid, preset)) return false;
   SelectDefault();
-  return true;
+  return isRemoved;
 }
 
 template <typename T, typename Cache>
@@ -193,11 +207,15 @@ template <typename T, typename Cache>
 PresetNameStatus CacheBasedPresetsHandler<T, Cache>::CheckPresetName(const std::string& name,
                                                                      const Guid& guid) const {
   const std::u16string shown = ZString(name);
+  Preset<T> own;
+  if (Find(guid, own) && own.Name == name) return PresetNameStatus::kUsable;
   bool isTaken = false;
-  for (const auto& preset : GetListedPresets()) {
-    if (preset.Guid == guid && preset.Name == name) return PresetNameStatus::kUsable;
-    isTaken |= preset.Guid != guid && (preset.Name == name || ZString(preset.Name) == shown);
-  }
+  const boost::function<bool(const Preset<T>&)> isFree = [&](const Preset<T>& preset) {
+    isTaken = preset.Guid != guid && AreShownAlike(preset.Name, name, shown) &&
+              (!filter_ || filter_(preset));
+    return !isTaken;
+  };
+  if (cache_) cache_->ForEachPreset(isFree);
   if (isTaken) return PresetNameStatus::kTaken;
   if (PresetsCache::IsReservedPresetName(name)) return PresetNameStatus::kReserved;
   std::u16string title;

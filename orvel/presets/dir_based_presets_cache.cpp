@@ -79,21 +79,35 @@ void DirBasedPresetsCache<T>::AppendTo(std::vector<Preset<T>>& presets) const {
 }
 
 template <typename T>
+bool DirBasedPresetsCache<T>::HasName(const std::string& name) const {
+  return !ForEach([&name](const Preset<T>& preset) { return preset.Name != name; });
+}
+
+template <typename T>
+bool DirBasedPresetsCache<T>::ForEach(
+    const boost::function<bool(const Preset<T>& preset)>& visit) const {
+  return std::ranges::all_of(entries_, [&visit](const auto& entry) { return visit(entry.second); });
+}
+
+template <typename T>
 bool DirBasedPresetsCache<T>::Save(Preset<T> preset) {
   Title title;
   if (preset.Guid.IsNull() || !MakePresetFileTitle(preset.Name, title)) return false;
   adopt_(preset);
-  if (!MakeRoomAt(title, preset)) return false;
-  if (!WritePresetFile(FileOf(title), preset)) return false;
-  const auto own = titles_.find(preset.Guid);
-  // The old file goes only now that the new one stands.
-  if (own != titles_.end() && own->second != title) {
-    DeletePresetFile(FileOf(own->second));
-    entries_.erase(own->second);
-    titles_.erase(own);
+  title = ChooseTitle(title, preset);
+  // A preset of another name, in a file that was renamed by hand, moves to a file of its own name.
+  const auto occupant = entries_.find(title);
+  Title aside;
+  if (occupant != entries_.end() && occupant->second.Guid != preset.Guid &&
+      occupant->second.Name != preset.Name) {
+    const std::u16string name = UTF8to16(occupant->second.Name);
+    aside =
+        File(folder_, FileUtils::UniqueFileName(folder_, name, kPresetFileExtension)).GetTitle();
+    if (!Move(title, aside)) return false;
   }
-  Insert(title, std::move(preset));
-  return true;
+  if (Put(title, preset)) return true;
+  if (!aside.empty()) Move(aside, title);
+  return false;
 }
 
 template <typename T>
@@ -110,29 +124,44 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
   return {folder_, title + kPresetFileExtension};
 }
 
-// Sees to it that writing `preset` to the file `title`, which its name asks for, takes the place of
-// no preset of another name.
+// The file for `preset`, whose name asks for `title`: two presets that have borne one name since
+// they were read keep a file each.
 template <typename T>
-bool DirBasedPresetsCache<T>::MakeRoomAt(Title& title, const Preset<T>& preset) {
+auto DirBasedPresetsCache<T>::ChooseTitle(const Title& title, const Preset<T>& preset) const
+    -> Title {
   const auto occupant = entries_.find(title);
-  if (occupant == entries_.end() || occupant->second.Guid == preset.Guid) return true;
-  if (occupant->second.Name != preset.Name) return MoveAside(occupant);
-  // Two presets that have borne one name since they were read keep a file each.
   const auto own = titles_.find(preset.Guid);
-  if (own != titles_.end() && entries_.at(own->second).Name == preset.Name) title = own->second;
-  return true;
+  const bool isTwin = occupant != entries_.end() && occupant->second.Guid != preset.Guid &&
+                      occupant->second.Name == preset.Name && own != titles_.end() &&
+                      entries_.at(own->second).Name == preset.Name;
+  return isTwin ? own->second : title;
 }
 
 template <typename T>
-bool DirBasedPresetsCache<T>::MoveAside(typename Entries::iterator entry) {
+bool DirBasedPresetsCache<T>::Move(const Title& from, const Title& to) {
+  if (!MovePresetFile(FileOf(from), FileOf(to))) return false;
+  const auto entry = entries_.find(from);
   const Preset<T> preset = entry->second;
-  const File from = FileOf(entry->first);
-  const File to(folder_,
-                FileUtils::UniqueFileName(folder_, UTF8to16(preset.Name), kPresetFileExtension));
-  if (!WritePresetFile(to, preset)) return false;
-  DeletePresetFile(from);
   entries_.erase(entry);
-  Insert(to.GetTitle(), preset);
+  Insert(to, preset);
+  return true;
+}
+
+// A preset that has another file by now is written there, and its file then renamed: at no instant
+// do two files hold it. What stands at `title` is replaced.
+template <typename T>
+bool DirBasedPresetsCache<T>::Put(const Title& title, const Preset<T>& preset) {
+  const auto known = titles_.find(preset.Guid);
+  const Title own = known == titles_.end() ? title : known->second;
+  if (!WritePresetFile(FileOf(own), preset)) return false;
+  if (own != title) {
+    if (!MovePresetFile(FileOf(own), FileOf(title))) {
+      WritePresetFile(FileOf(own), entries_.at(own));
+      return false;
+    }
+    entries_.erase(own);
+  }
+  Insert(title, preset);
   return true;
 }
 

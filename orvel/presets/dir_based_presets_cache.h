@@ -36,7 +36,13 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   /// Null when there is none.
   const Preset<T>* Find(const Guid& guid) const;
 
-  /// Appends the presets in the order of their file names.
+  /// Whether a preset of this name, as it is stored, is here.
+  bool HasName(const std::string& name) const;
+
+  /// The presets in the order of their file names; `visit` answers whether to go on.
+  bool ForEach(const boost::function<bool(const Preset<T>& preset)>& visit) const;
+
+  /// Appends the presets in the same order.
   void AppendTo(std::vector<Preset<T>>& presets) const;
 
   /// Writes a preset into the file of its name and files it in memory; one of the same guid, or of
@@ -54,8 +60,9 @@ class ORVEL_EXPORT DirBasedPresetsCache {
 
   File FileOf(const Title& title) const;
   void LoadFile(const File& file);
-  bool MakeRoomAt(Title& title, const Preset<T>& preset);
-  bool MoveAside(typename Entries::iterator entry);
+  Title ChooseTitle(const Title& title, const Preset<T>& preset) const;
+  bool Move(const Title& from, const Title& to);
+  bool Put(const Title& title, const Preset<T>& preset);
   void Insert(const Title& title, Preset<T> preset);
 
   Dir folder_;

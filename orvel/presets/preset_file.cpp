@@ -1,9 +1,12 @@
 #include "orvel/presets/preset_file.h"
 
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 #include "orvel/core/byte_stream.h"
 #include "orvel/core/file_utils.h"
+#include "orvel/core/native_path.h"
 #include "orvel/core/safe_save.h"
 #include "orvel/core/text.h"
 #include "orvel/core/trace.h"
@@ -20,7 +23,8 @@ bool Read(const File& file, Preset<T>& preset) {
   try {
     Preset<T> read;
     ReadPreset(ReadWholeFile(file), read);
-    if (!read.Guid.IsNull()) {
+    const bool isOfThisKind = read.Type.IsNull() || read.Type == T::kType;
+    if (isOfThisKind && !read.Guid.IsNull()) {
       preset = std::move(read);
       return true;
     }
@@ -70,6 +74,15 @@ bool WritePresetFile(const File& file, const Preset<UserPresetData>& preset) {
 
 bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
   return Write(file, preset);
+}
+
+bool MovePresetFile(const File& from, const File& to) {
+  using teskcore::filesupport::ToNative;
+  std::error_code error;
+  std::filesystem::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
+  if (!error) return true;
+  TracePresets("Error moving preset file: " + ShownPath(from.FullPath()) + ": " + error.message());
+  return false;
 }
 
 bool DeletePresetFile(const File& file) {

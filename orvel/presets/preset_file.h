@@ -31,6 +31,9 @@ bool ReadPresetFile(const File& file, Preset<ConfigPresetData>& preset);
 bool WritePresetFile(const File& file, const Preset<UserPresetData>& preset);
 bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset);
 
+/// Moves a file, replacing what stands at `to`, in one step. False, traced, when it cannot.
+bool MovePresetFile(const File& from, const File& to);
+
 /// Deletes a file, of a link the link. True when no file stands there any more; traced otherwise.
 bool DeletePresetFile(const File& file);
 

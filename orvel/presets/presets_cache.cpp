@@ -33,8 +33,9 @@ constexpr char16_t kRootName[] = u"Orvel";
 constexpr char kReservedName[] = "Default";
 constexpr char16_t kFactoryFolderName[] = u"Default";
 
-// Stands in the mode folder of a temporary configuration preset; holds the number of the process
-// that made it.
+// Stands in the mode folder of a temporary configuration preset, and tells which one it marks, in
+// which folder, and the number of the process that made it. A copy that a person made of the folder
+// has another name, so the mark in it means nothing.
 constexpr char16_t kTemporaryMarkName[] = u".temporary";
 
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
@@ -115,10 +116,15 @@ bool CreateFolder(const Dir& folder) {
   }
 }
 
-bool WriteTemporaryMark(const Dir& folder) {
+std::string MarkText(const Dir& folder, const Guid& guid) {
+  return guid.AsUTF8String() + "\n" + UTF16to8(folder.Parent().GetName()) + "/" +
+         UTF16to8(folder.GetName()) + "\n";
+}
+
+bool WriteTemporaryMark(const Dir& folder, const Guid& guid) {
   try {
     FileUtils::SimpleWriteStringToFile(File(folder, kTemporaryMarkName).FullPath(),
-                                       std::to_string(getpid()));
+                                       MarkText(folder, guid) + std::to_string(getpid()));
     return true;
   } catch (const file_exception& error) {
     TracePresets(error.what());
@@ -126,16 +132,21 @@ bool WriteTemporaryMark(const Dir& folder) {
   }
 }
 
-// Whether the process that wrote a mark still runs, and is another than this one.
-bool IsInUseElsewhere(const File& mark) {
+// Whether the folder is that of a temporary preset; `process` gets the number in the mark.
+bool IsMarkedTemporary(const Dir& folder, const Guid& guid, pid_t& process) {
   try {
-    const long pid = std::strtol(ReadWholeFile(mark).c_str(), nullptr, 10);
-    const auto process = static_cast<pid_t>(pid);
-    if (process <= 0 || process == getpid()) return false;
-    return kill(process, 0) == 0 || errno == EPERM;
+    const std::string text = ReadWholeFile(File(folder, kTemporaryMarkName));
+    const std::string expected = MarkText(folder, guid);
+    if (!text.starts_with(expected)) return false;
+    process = static_cast<pid_t>(std::strtol(text.c_str() + expected.size(), nullptr, 10));
+    return true;
   } catch (const std::exception&) {
     return false;
   }
+}
+
+bool IsAnotherRunningProcess(pid_t process) {
+  return process > 0 && process != getpid() && (kill(process, 0) == 0 || errno == EPERM);
 }
 
 bool HoldsUserPresets(const Dir& folder) {
@@ -201,8 +212,15 @@ void PresetsCache::ClearAbandonedTemporaries() const {
     if (IsLink(nameFolder)) return;
     ForEachSubfolder(nameFolder, [](const Dir& folder) {
       const File mark(folder, kTemporaryMarkName);
-      if (IsLink(folder) || !mark.Exists() || IsInUseElsewhere(mark)) return;
-      if (!HoldsUserPresets(folder)) DeletePresetFile(File(folder, kConfigFileName));
+      if (IsLink(folder) || !mark.Exists()) return;
+      const File file(folder, kConfigFileName);
+      Preset<ConfigPresetData> preset;
+      pid_t process = 0;
+      const bool isWhole = file.Exists() && ReadPresetFile(file, preset);
+      if (isWhole && IsMarkedTemporary(folder, preset.Guid, process)) {
+        if (IsAnotherRunningProcess(process)) return;
+        if (!HoldsUserPresets(folder)) DeletePresetFile(file);
+      }
       DeletePresetFile(mark);
       DeleteModeFolder(folder);
     });
@@ -210,18 +228,40 @@ void PresetsCache::ClearAbandonedTemporaries() const {
 }
 
 void PresetsCache::Reload() {
+  std::vector<Guid> before;
+  for (const auto& entry : entries_) before.push_back(entry.preset.Guid);
   entries_.clear();
-  if (!usesFolder_ || !root_.Exists()) return;
+  if (usesFolder_ && root_.Exists()) LoadFolders();
+  std::erase_if(temporaries_, [this](const Guid& guid) {
+    pid_t process = 0;
+    const ConfigEntry* entry = Find(guid);
+    return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid, process);
+  });
+  for (const auto& guid : before) {
+    if (Find(guid) == nullptr) configPresetChanged_(guid, Guid());
+  }
+}
+
+// The factory's first: of two with one guid, they keep theirs. A folder that links lead to twice is
+// loaded once.
+void PresetsCache::LoadFolders() {
   Entries factory;
-  ForEachSubfolder(root_, [this, &factory](const Dir& nameFolder) {
+  std::set<fs::path> visited;
+  const auto load = [&](const Dir& nameFolder) {
     const bool isFactory = nameFolder.GetName() == kFactoryFolderName;
     Entries& entries = isFactory ? factory : entries_;
     ForEachSubfolder(nameFolder, [&](const Dir& folder) {
-      LoadModeFolder(folder, isFactory, factory, entries);
+      std::error_code error;
+      const fs::path place = fs::canonical(ToNative(folder.FullPath()), error);
+      if (!error && visited.insert(place).second)
+        LoadModeFolder(folder, isFactory, factory, entries);
     });
+  };
+  load(Dir(root_, kFactoryFolderName));
+  ForEachSubfolder(root_, [&load](const Dir& nameFolder) {
+    if (nameFolder.GetName() != kFactoryFolderName) load(nameFolder);
   });
   entries_.insert(entries_.end(), factory.begin(), factory.end());
-  std::erase_if(temporaries_, [this](const Guid& guid) { return Find(guid) == nullptr; });
 }
 
 void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory,
@@ -270,6 +310,20 @@ bool PresetsCache::FindPreset(const Guid& guid, Preset<UserPresetData>& preset) 
   return false;
 }
 
+void PresetsCache::ForEachPreset(
+    const boost::function<bool(const Preset<ConfigPresetData>&)>& visit) const {
+  for (const auto& entry : entries_) {
+    if (!visit(entry.preset)) return;
+  }
+}
+
+void PresetsCache::ForEachPreset(
+    const boost::function<bool(const Preset<UserPresetData>&)>& visit) const {
+  for (const auto& entry : entries_) {
+    if (!entry.group->GetPresets().ForEach(visit)) return;
+  }
+}
+
 void PresetsCache::GetPresets(std::vector<Preset<ConfigPresetData>>& presets) const {
   presets.clear();
   for (const auto& entry : entries_) presets.push_back(entry.preset);
@@ -289,7 +343,9 @@ bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
   ConfigEntry* entry = Find(preset.Guid);
   if (entry == nullptr) return CreateConfigPreset(preset);
   if (preset.PresetData.ModeID != entry->preset.PresetData.ModeID) return false;
-  if (!entry->isFactory && preset.Name != entry->preset.Name) return Rename(*entry, preset);
+  if (preset.Name != entry->preset.Name) {
+    return !entry->isFactory && Rename(*entry, preset);
+  }
   if (!WritePresetFile(entry->file, preset)) return false;
   entry->preset = preset;
   configPresetChanged_(Guid(preset.Guid), Guid(preset.Guid));
@@ -301,6 +357,7 @@ bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
 bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset) {
   std::u16string title;
   if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
+  if (IsNameTaken(preset.Name, preset.PresetData.ModeID)) return false;
   const Dir from = entry.file.Parent();
   const Dir to(Dir(root_, title), from.GetName());
   if (File(to, kConfigFileName).Exists() || !CreateFolder(to.Parent())) return false;
@@ -308,20 +365,36 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
     std::error_code error;
     fs::rename(ToNative(source.FullPath()), ToNative(target.FullPath()), error);
     if (error) TracePresets("Error renaming preset folder: " + error.message());
-    DeleteIfEmpty(source.Parent());
     return !error;
   };
-  if (!move(from, to)) return false;
+  const bool isMoved = move(from, to);
   const File file(to, kConfigFileName);
-  if (!WritePresetFile(file, preset)) {
-    move(to, from);
+  if (!isMoved || !WritePresetFile(file, preset)) {
+    if (isMoved) move(to, from);
+    DeleteIfEmpty(to.Parent());
     return false;
   }
+  DeleteIfEmpty(from.Parent());
   const Guid guid = preset.Guid;
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
   Insert(preset, file, false);
+  MakeOrdinary(guid);
   configPresetChanged_(guid, guid);
   return true;
+}
+
+// A name is that of a folder, which a person may have renamed so that it is not what the name
+// makes.
+bool PresetsCache::IsNameTaken(const std::string& name, const std::string& modeID) const {
+  return std::ranges::any_of(entries_, [&](const ConfigEntry& entry) {
+    return !entry.isFactory && entry.preset.Name == name &&
+           entry.preset.PresetData.ModeID == modeID;
+  });
+}
+
+void PresetsCache::MakeOrdinary(const Guid& guid) {
+  if (temporaries_.erase(guid) == 0) return;
+  DeletePresetFile(File(Find(guid)->file.Parent(), kTemporaryMarkName));
 }
 
 bool PresetsCache::CreateConfigPreset(const Preset<ConfigPresetData>& preset) {
@@ -334,7 +407,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
                           bool isTemporary) {
   const std::string& modeID = preset.PresetData.ModeID;
   if (!usesFolder_ || preset.Guid.IsNull() || Find(preset.Guid) != nullptr ||
-      !IsFolderName(modeID)) {
+      !IsFolderName(modeID) || IsNameTaken(preset.Name, modeID)) {
     return false;
   }
   const auto* manager = ConfigurationManager::Get();
@@ -343,17 +416,23 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   const File file(folder, kConfigFileName);
   if (file.Exists() || !CreateFolder(folder)) return false;
   // The mark comes first, so that no crash makes a document's template look like a person's own.
-  if ((isTemporary && !WriteTemporaryMark(folder)) || !WritePresetFile(file, preset)) {
-    DeletePresetFile(File(folder, kTemporaryMarkName));
+  const File mark(folder, kTemporaryMarkName);
+  const bool isMarked =
+      isTemporary ? WriteTemporaryMark(folder, preset.Guid) : DeletePresetFile(mark);
+  if (!isMarked || !WritePresetFile(file, preset)) {
+    DeletePresetFile(mark);
     DeleteModeFolder(folder);
     return false;
   }
   Insert(preset, file, false);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
-    MigrateUserPresets(current, preset.Guid, true);
-    temporaries_.erase(current);
-    Remove(current, preset.Guid);
+    if (MigrateUserPresets(current, preset.Guid, true)) {
+      temporaries_.erase(current);
+      Remove(current, preset.Guid);
+    } else {
+      MakeOrdinary(current);  // what could not be copied stays with it
+    }
   }
   UsageLogger::Get().Log({"orvel_save_master_preset",
                           "Orvel",
@@ -414,7 +493,9 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
     std::u16string title;
     if (!MakePresetFileTitle(temporary.Name, title)) return false;
     const Dir folder(Dir(root_, title), UTF8to16(preset.PresetData.ModeID));
-    if (!IsReservedPresetName(temporary.Name) && !folder.Exists()) {
+    const bool isTaken = IsReservedPresetName(temporary.Name) ||
+                         IsNameTaken(temporary.Name, preset.PresetData.ModeID);
+    if (!isTaken && !folder.Exists()) {
       return Create(temporary, title, true);
     }
     temporary.Name = preset.Name + " " + std::to_string(number);
@@ -422,8 +503,35 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
 }
 
 bool PresetsCache::RemoveTemporaryPreset(const Guid& guid) {
-  if (temporaries_.erase(guid) == 0) return true;
+  if (!temporaries_.contains(guid)) return true;
+  if (!RescueUserPresets(guid)) {
+    MakeOrdinary(guid);
+    return false;
+  }
+  temporaries_.erase(guid);
   return Remove(guid, Guid());
+}
+
+// Moves what somebody saved under a configuration preset that goes, and be it in another process,
+// to where it stays. False when not all of it could be moved.
+bool PresetsCache::RescueUserPresets(const Guid& guid) {
+  const auto source = Find(guid)->group;
+  source->presets_.Load();
+  std::vector<Preset<UserPresetData>> presets;
+  source->GetPresets().AppendTo(presets);
+  if (presets.empty()) return true;
+  Preset<ConfigPresetData> factory;
+  if (!GetFactoryConfigPreset(Find(guid)->preset.PresetData.ModeID, factory)) return false;
+  const auto& taken = Find(factory.Guid)->group->GetPresets();
+  for (auto& preset : presets) {
+    const std::string name = preset.Name;
+    for (int number = 2; taken.HasName(preset.Name); ++number) {
+      preset.Name = name + " " + std::to_string(number);
+    }
+    preset.PresetData.Config = factory.Guid;
+    if (!SavePreset(preset)) return false;
+  }
+  return true;
 }
 
 void PresetsCache::RemoveTemporaryPresets() {
@@ -461,21 +569,27 @@ bool PresetsCache::GetFactoryConfigPreset(const std::string& modeID,
 
 bool PresetsCache::MigrateUserPresets(const Guid& from, const Guid& to, bool copy) {
   if (Find(from) == nullptr || Find(to) == nullptr) return false;
-  const auto target = Find(to)->group;
+  if (from == to) return true;
   std::vector<Preset<UserPresetData>> presets;
   GetUserPresetsForConfig(from, presets);
   const MigrateUserPresetFunction migrate = migrate_;  // it may replace itself
   struct SourceScope {
     Guid& source;
-    ~SourceScope() { source = Guid(); }
-  } const scope{migrationSource_};
-  migrationSource_ = from;
+    Guid before;
+    ~SourceScope() { source = before; }
+  } const scope{migrationSource_, std::exchange(migrationSource_, from)};
+  std::set<std::string> names;
   bool allSaved = true;
   for (auto& preset : presets) {
     preset.PresetData.Config = to;
     if (copy) preset.Guid = Guid::CreateUnique();
     if (migrate && !migrate(preset) && !copy) continue;
-    allSaved &= target->presets_.Save(preset);
+    // Two that share a name, as copies made by hand may, do not replace each other.
+    const std::string name = preset.Name;
+    for (int number = 2; !names.insert(preset.Name).second; ++number) {
+      preset.Name = name + " " + std::to_string(number);
+    }
+    allSaved &= SavePreset(preset);
   }
   return allSaved;
 }

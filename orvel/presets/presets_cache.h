@@ -56,6 +56,10 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const;
   bool FindPreset(const Guid& guid, Preset<UserPresetData>& preset) const;
 
+  /// The same presets in the order of `GetPresets`; `visit` answers whether to go on.
+  void ForEachPreset(const boost::function<bool(const Preset<ConfigPresetData>&)>& visit) const;
+  void ForEachPreset(const boost::function<bool(const Preset<UserPresetData>&)>& visit) const;
+
   /// Replace `presets` by all of them: configuration presets by the names of their folders, the
   /// factory's last; user presets in the same order, each configuration's by their file names.
   void GetPresets(std::vector<Preset<ConfigPresetData>>& presets) const;
@@ -67,7 +71,9 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool SavePreset(const Preset<UserPresetData>& preset);
 
   /// Saves a configuration preset: one that is known in its own place, under a new name after its
-  /// folder got that name; one that is unknown as `CreateConfigPreset` does.
+  /// folder got that name; one that is unknown as `CreateConfigPreset` does. A temporary one that
+  /// gets another name is a person's own from then on. False for the factory's under another name,
+  /// for another mode, and for what `CreateConfigPreset` refuses.
   bool SavePreset(const Preset<ConfigPresetData>& preset);
 
   /// Makes the folder of a new configuration preset and files it before the factory's. When the
@@ -91,9 +97,12 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// for one that is temporary already.
   bool AddTemporaryPreset(const Preset<ConfigPresetData>& preset);
 
-  /// True also for a guid that is not temporary, which stays.
+  /// Removes a temporary preset with its folder. User presets that somebody saved under it move to
+  /// the factory's of the mode, where a taken name gets a number; when they cannot, the preset
+  /// stays as an ordinary one. True also for a guid that is not temporary, which stays.
   bool RemoveTemporaryPreset(const Guid& guid);
   void RemoveTemporaryPresets();
+  bool IsTemporaryPreset(const Guid& guid) const { return temporaries_.contains(guid); }
 
   /// Replaces `presets` by those of a configuration; none for an unknown one.
   void GetUserPresetsForConfig(const Guid& config,
@@ -113,8 +122,9 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool GetFactoryConfigPreset(const std::string& modeID, Preset<ConfigPresetData>& preset) const;
 
   /// Copies the user presets of one configuration to another, each after the migration function has
-  /// fitted it to the target. With `copy` each gets a guid of its own, and is kept also when it
-  /// cannot be fitted. False when a configuration is unknown or a preset cannot be saved.
+  /// fitted it to the target; one of the same name there is replaced. With `copy` each gets a guid
+  /// of its own, and is kept also when it cannot be fitted. False when a configuration is unknown
+  /// or a preset cannot be saved. Nothing is done when both are the same.
   bool MigrateUserPresets(const Guid& from, const Guid& to, bool copy);
 
   /// Replaces the function; an empty one fits nothing and refuses nothing. While it runs,
@@ -137,12 +147,16 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
 
   void SeedFactoryFolder() const;
   void ClearAbandonedTemporaries() const;
+  void LoadFolders();
   void LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory, Entries& entries);
   const ConfigEntry* Find(const Guid& guid) const;
   ConfigEntry* Find(const Guid& guid);
   void Insert(const Preset<ConfigPresetData>& preset, const File& file, bool isFactory);
+  bool IsNameTaken(const std::string& name, const std::string& modeID) const;
   bool Create(const Preset<ConfigPresetData>& preset, const std::u16string& title,
               bool isTemporary);
+  void MakeOrdinary(const Guid& guid);
+  bool RescueUserPresets(const Guid& guid);
   bool Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset);
   bool Remove(Guid guid, Guid successor);  // copies: they may come from what it removes
 

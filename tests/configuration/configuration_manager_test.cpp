@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "orvel/actions/action_executor.h"
+#include "orvel/actions/set_model_configuration_action.h"
 #include "orvel/configuration/user_presets_handler.h"
 #include "orvel/definitions/lifecycle.h"
 #include "orvel/models/adjustments_modes_json.h"
@@ -127,7 +128,13 @@ TEST_F(ConfigurationManagerTest, TheActionChangesASectionAndTakesItBack) {
   action->Undo();
   EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), before);
   Terminate();
+  // One that was made while there was no configuration does nothing later either.
+  const auto early = CreateSetModelConfigurationAction("dialog", "model_volume", Gain(3.0f), u"");
   action->Redo();
+  Start();
+  early->Redo();
+  early->Undo();
+  EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), before);
 }
 
 TEST_F(ConfigurationManagerTest, ASelectionReplacesTheConfigurationAndNamesWhatChanged) {
@@ -188,7 +195,7 @@ TEST_F(ConfigurationManagerTest, ADocumentBringsItsTemplatesAlong) {
   EXPECT_FALSE(Manager().IsCurrentConfigDirtyForMode("sfx")) << "the edits of the one before";
   // The document holds the same again, under its own names.
   EXPECT_NE(Held("dialog").find("\"Their Show\""), std::string::npos);
-  EXPECT_THAT(session_->document, SizeIs(4));
+  EXPECT_THAT(session_->document, SizeIs(5));
 
   session_->documentChanged(true, true);  // closing
   EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(2.0f));
@@ -207,7 +214,6 @@ TEST_F(ConfigurationManagerTest, ATemplateOfTheDocumentCanBeSavedWithItsPresets)
   const Guid ours = Manager().GetCurrentConfigGuidForMode("dialog");
   EXPECT_NE(ours, foreign.Guid);
   EXPECT_THAT(UsersOf(Store(), ours), SizeIs(1));
-  EXPECT_FALSE(std::filesystem::exists(Root() / "Their Show (from Session)"));
   Preset<ConfigPresetData> gone;
   EXPECT_FALSE(Store().FindPreset(foreign.Guid, gone));
   EXPECT_NE(Held("dialog").find("Our Show"), std::string::npos);
@@ -236,10 +242,70 @@ TEST_F(ConfigurationManagerTest, ARemovedPresetGivesWayToTheFactorys) {
   ASSERT_TRUE(Handler("dialog").Select(preset.Guid));
   EXPECT_TRUE(Store().RemoveConfigPreset(preset.Guid));  // not through the handler
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
+  const auto removedByHand = Create("By Hand");
+  ASSERT_TRUE(Handler("dialog").Select(removedByHand.Guid));
+  std::filesystem::remove_all(Root() / "By Hand");
+  Store().Reload();
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
   EXPECT_TRUE(Store().RemoveConfigPreset(kDialogTemplate));
   EXPECT_TRUE(Manager().GetCurrentConfigGuidForMode("dialog").IsNull());
   EXPECT_FALSE(SetGain(1.0f));
   EXPECT_FALSE(Manager().IsCurrentConfigDirtyForMode("dialog"));
+}
+
+TEST_F(ConfigurationManagerTest, ASlotMayChangeTheConfigurationAgain) {
+  auto preset = MakeConfigPreset("Mine");
+  preset.PresetData = Handler("dialog").GetWorkingData();
+  preset.PresetData.Models["model_volume"] = Gain(1.0f);
+  ASSERT_TRUE(Store().CreateConfigPreset(preset));
+  PropList last;
+  Manager().RegisterModelConfigurationDataChangedCallback(
+      [&last](const std::string&, const std::string&, const PropList& list) { last = list; });
+  const auto connection = Manager().RegisterConfigurationDataChangedCallback([] { SetGain(9.0f); });
+  EXPECT_TRUE(Handler("dialog").Select(preset.Guid));
+  EXPECT_EQ(last, Gain(9.0f)) << "the last word is what holds";
+  connection.disconnect();
+  EXPECT_FALSE(Handler("dialog").Select(kMusicTemplate)) << "of another mode";
+}
+
+TEST_F(ConfigurationManagerTest, AReporterMayOpenAnotherDocumentOrFail) {
+  const auto second = MakeConfigPreset("Second", "dialog", 2.0f);
+  Manager().SetReportMissingConfigPresetFunction([this, second] {
+    Manager().SetReportMissingConfigPresetFunction({});
+    session_->Open({second});
+  });
+  session_->Open({MakeConfigPreset("First", "dialog", 1.0f)});
+  EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(2.0f));
+  EXPECT_NE(Held("dialog").find("\"Second\""), std::string::npos);
+  EXPECT_THAT(session_->document, SizeIs(4)) << "it is stored, too";
+  Manager().SetReportMissingConfigPresetFunction([] { throw std::runtime_error("no window"); });
+  EXPECT_THROW(session_->Open({MakeConfigPreset("Third", "dialog", 3.0f)}), std::runtime_error);
+  EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(3.0f));
+}
+
+TEST_F(ConfigurationManagerTest, WhatADocumentHoldsBesidesIsKept) {
+  const auto foley = MakeConfigPreset("Foley", "foley");
+  session_->Open({foley});
+  EXPECT_TRUE(SetGain(1.0f));
+  EXPECT_NE(Held("foley"), "nothing") << "of a mode that is not served here";
+  // A host that cannot read its document is given nothing to put in the place of what is there.
+  session_->isReadable = false;
+  session_->Open({foley});
+  const int stores = session_->stores;
+  EXPECT_TRUE(SetGain(2.0f));
+  EXPECT_EQ(session_->stores, stores);
+  session_->isReadable = true;
+  // A template that stayed from another session keeps its name in the document.
+  auto theirs = MakeConfigPreset("Their Show (from Session)");
+  ASSERT_TRUE(Store().CreateConfigPreset(theirs));
+  theirs.Name = "Their Show";
+  session_->Open({theirs});
+  EXPECT_NE(Held("dialog").find("\"Their Show\""), std::string::npos);
+  // Edits while no document is open do not keep the next one from being read.
+  session_->documentChanged(true, true);
+  EXPECT_TRUE(SetGain(5.0f));
+  session_->documentChanged(true, false);
+  EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(6.0f));
 }
 
 TEST_F(ConfigurationManagerTest, DirtyPresetsAreOfferedUntilOneSaysNo) {

@@ -1,6 +1,7 @@
 #include "orvel/presets/presets_cache.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <gmock/gmock.h>
 
@@ -319,7 +320,9 @@ TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItHoldsWork) {
     ASSERT_TRUE(crashed->AddTemporaryPreset(MakeConfigPreset("Unused")));
     ASSERT_TRUE(crashed->AddTemporaryPreset(MakeConfigPreset("Elsewhere")));
     // Another program that still runs owns this one.
-    Write(Root() / "Elsewhere" / "dialog" / ".temporary", "1");
+    const auto mark = Root() / "Elsewhere" / "dialog" / ".temporary";
+    const std::string text = Read(mark);
+    Write(mark, text.substr(0, text.rfind('\n') + 1) + "1");
   }
   const auto cache = Open();
   EXPECT_FALSE(fs::exists(Root() / "Unused"));
@@ -327,6 +330,113 @@ TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItHoldsWork) {
   cache->RemoveTemporaryPresets();
   EXPECT_TRUE(fs::exists(Root() / "Used" / "dialog" / "Voice.orvel"));
   EXPECT_FALSE(fs::exists(Root() / "Used" / "dialog" / ".temporary")) << "an ordinary one now";
+}
+
+TEST_F(PresetsCacheTest, AMarkCountsForTheFolderThatItWasMadeFor) {
+  {
+    const auto crashed = Open();
+    ASSERT_TRUE(crashed->AddTemporaryPreset(MakeConfigPreset("Theirs")));
+    fs::copy(Root() / "Theirs", Root() / "Ours", fs::copy_options::recursive);
+    // A mark that somebody left where a preset of one's own is made.
+    fs::create_directories(Root() / "Mine" / "dialog");
+    fs::copy(Root() / "Theirs" / "dialog" / ".temporary",
+             Root() / "Mine" / "dialog" / ".temporary");
+    AddConfig(*crashed);
+    ASSERT_TRUE(crashed->AddTemporaryPreset(MakeConfigPreset("Renamed")));
+    fs::rename(Root() / "Renamed", Root() / "Kept");
+    crashed->Reload();
+    crashed->RemoveTemporaryPresets();
+    EXPECT_TRUE(fs::exists(Root() / "Kept")) << "a person's own, by its name";
+  }
+  std::vector<std::string> names;
+  for (const auto& config : ConfigsOf(*Open())) names.push_back(config.Name);
+  names.resize(3);
+  EXPECT_THAT(names, ElementsAre("Kept", "Mine", "Ours"));
+}
+
+TEST_F(PresetsCacheTest, ATemporaryThatGoesLeavesWhatWasSavedUnderIt) {
+  const auto cache = Open();
+  const auto session = MakeConfigPreset("Session");
+  ASSERT_TRUE(cache->SavePreset(MakeUserPreset("Voice")));
+  ASSERT_TRUE(cache->AddTemporaryPreset(session));
+  ASSERT_TRUE(cache->SavePreset(MakeUserPreset("Voice", session.Guid, 2.0f)));
+  // Another process saves here, too.
+  std::string text;
+  ASSERT_TRUE(WritePreset(MakeUserPreset("Theirs", session.Guid), text));
+  Write(Root() / "Session" / "dialog" / "Theirs.orvel", text);
+  EXPECT_TRUE(cache->RemoveTemporaryPreset(session.Guid));
+  EXPECT_FALSE(fs::exists(Root() / "Session"));
+  EXPECT_THAT(NamesOf(UsersOf(*cache, kDialogTemplate)),
+              ::testing::IsSupersetOf({"Voice", "Voice 2", "Theirs"}));
+  // One that is given another name is a person's own.
+  auto kept = MakeConfigPreset("Session");
+  ASSERT_TRUE(cache->AddTemporaryPreset(kept));
+  kept.Name = "Kept";
+  EXPECT_TRUE(cache->SavePreset(kept));
+  cache->RemoveTemporaryPresets();
+  EXPECT_TRUE(fs::exists(Root() / "Kept"));
+  ExpectDiskHolds(*cache);
+}
+
+TEST_F(PresetsCacheTest, WhatCannotBeWrittenChangesNeitherDiskNorMemory) {
+  const auto cache = Open();
+  auto mine = MakeConfigPreset("Mine");
+  ASSERT_TRUE(cache->CreateConfigPreset(mine));
+  auto voice = MakeUserPreset("Voice", mine.Guid);
+  ASSERT_TRUE(cache->SavePreset(voice));
+  fs::rename(Root() / "Mine" / "dialog" / "Voice.orvel",
+             Root() / "Mine" / "dialog" / "Radio.orvel");
+  cache->Reload();
+  const auto before = Snapshot();
+  const auto known = Describe(*cache);
+  const float unwritable = std::nanf("");  // JSON has no such number
+  mine.Name = "Renamed";
+  mine.PresetData.Models["model_volume"].SetValue("MaxGain", unwritable);
+  EXPECT_FALSE(cache->SavePreset(mine));
+  mine.Name = "Mine";
+  EXPECT_FALSE(cache->SavePreset(mine));
+  EXPECT_FALSE(cache->SavePreset(MakeUserPreset("Radio", mine.Guid, unwritable)));
+  voice.Name = "Renamed";
+  voice.PresetData.Models["model_volume"][1] = unwritable;
+  EXPECT_FALSE(cache->SavePreset(voice));
+  EXPECT_FALSE(cache->CreateConfigPreset([&] {
+    auto another = mine;
+    another.Guid = Guid::CreateUnique();
+    another.Name = "Another";
+    return another;
+  }()));
+  // A folder stands where the file belongs.
+  fs::create_directories(Root() / "Mine" / "dialog" / "Blocked.orvel" / "in the way");
+  voice = MakeUserPreset("Voice", mine.Guid);
+  ASSERT_EQ(Describe(*cache), known);
+  voice.Guid = UsersOf(*cache, mine.Guid)[0].Guid;
+  voice.Name = "Blocked";
+  EXPECT_FALSE(cache->SavePreset(voice));
+  EXPECT_EQ(Describe(*cache), known);
+  EXPECT_EQ(Snapshot(), before);
+}
+
+TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
+  {
+    const auto first = Open();
+    AddConfig(*first);
+  }
+  fs::create_directory_symlink(Root() / "Mine", Root() / "Another");
+  fs::copy(Root() / "Default", Root() / "Copy", fs::copy_options::recursive);
+  const auto cache = Open();
+  Preset<ConfigPresetData> factory;
+  EXPECT_TRUE(cache->GetFactoryConfigPreset("dialog", factory));
+  EXPECT_EQ(factory.Guid, kDialogTemplate) << "its copy gets the new guid";
+  EXPECT_THAT(ConfigsOf(*cache), SizeIs(9));
+  ExpectDiskHolds(*cache);
+  factory.Name = "Mine now";
+  EXPECT_FALSE(cache->SavePreset(factory)) << "the factory's keep their name";
+  // A file of the other kind is nobody's preset here.
+  fs::copy(Root() / "Mine" / "dialog" / "(Config).orvel",
+           Root() / "Mine" / "dialog" / "Backup.orvel");
+  const auto before = Snapshot();
+  EXPECT_EQ(Describe(*Open()), Describe(*cache));
+  EXPECT_EQ(Snapshot(), before);
 }
 
 TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {
@@ -357,6 +467,9 @@ TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {
   EXPECT_TRUE(cache->RemovePreset(fits.Guid, third));
   EXPECT_THAT(UsersOf(*cache, from), SizeIs(2));
   EXPECT_TRUE(cache->GetMigrationSource().IsNull());
+  const auto known = Describe(*cache);
+  EXPECT_TRUE(cache->MigrateUserPresets(from, from, true));
+  EXPECT_EQ(Describe(*cache), known);
   EXPECT_FALSE(cache->MigrateUserPresets(Guid::CreateUnique(), to, true));
   EXPECT_FALSE(cache->MigrateUserPresets(from, Guid::CreateUnique(), true));
   ExpectDiskHolds(*cache);

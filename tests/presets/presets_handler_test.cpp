@@ -68,6 +68,7 @@ TEST_F(PresetsHandlerTest, TheListIsSortedAsItIsReadWithTheDefaultFirst) {
 TEST_F(PresetsHandlerTest, TheDisplayNameTellsOfEditsAndForgetsThoseThatAreTakenBack) {
   const Guid voice = Add("Voice", -3.0f);
   EXPECT_EQ(handler_->GetDisplayName(), u"");
+  EXPECT_FALSE(handler_->ShowsEditsAsCustom(""));
   EXPECT_TRUE(handler_->Select(voice));
   EXPECT_EQ(handler_->GetDisplayName(), u"Voice");
   Edit(-4.0f);
@@ -157,6 +158,19 @@ TEST_F(PresetsHandlerTest, RemovingSelectsTheDefaultEntry) {
   EXPECT_EQ(handler_->GetCurrentPreset().first, plain);
   EXPECT_TRUE(handler_->Remove(plain));
   EXPECT_TRUE(handler_->GetCurrentPreset().first.IsNull()) << "none is left";
+}
+
+TEST_F(PresetsHandlerTest, WhatIsNotListedIsNeitherSavedNorRemoved) {
+  const Guid voice = Add("Voice");
+  ASSERT_TRUE(handler_->Select(voice));
+  const auto other = MakeConfigPreset("Other");
+  ASSERT_TRUE(cache_->CreateConfigPreset(other));
+  config_ = other.Guid;  // as when another configuration becomes current
+  const auto known = Describe(*cache_);
+  EXPECT_FALSE(handler_->SaveAsNew("Voice")) << "it would replace what nobody sees";
+  EXPECT_FALSE(handler_->Remove(voice));
+  EXPECT_EQ(Describe(*cache_), known);
+  EXPECT_EQ(handler_->GetCurrentPreset().first, voice);
 }
 
 TEST_F(PresetsHandlerTest, OfOneGuidInTwoFoldersTheListedOneIsMeant) {

@@ -25,8 +25,8 @@ class DocumentSession : public SessionHandlerInterface {
     return documentChanged.connect(slot);
   }
   bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& presets) override {
-    presets = document;
-    return true;
+    if (isReadable) presets = document;
+    return isReadable;
   }
   bool SetConfigurationPresets(const std::vector<Preset<ConfigPresetData>>& presets) override {
     document = presets;
@@ -43,6 +43,7 @@ class DocumentSession : public SessionHandlerInterface {
   DocumentSignal documentChanged;
   std::vector<Preset<ConfigPresetData>> document;
   int stores = 0;
+  bool isReadable = true;
 };
 
 }  // namespace orvel::test
