@@ -1,6 +1,8 @@
 #pragma once
 
 #include <map>
+#include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,15 +12,21 @@
 
 namespace orvel::test {
 
-/// A section model that keeps its values in a list and can be told to fail.
+/// A section model over a list of values, which may be a clip's. It can be told to fail.
 class FakeSectionModel : public SectionModelInterface {
  public:
-  explicit FakeSectionModel(std::vector<ParamDefinition> params)
-      : definition("model_fake", u"Fake", PropList(), params, {}, "FakeSection"),
-        values(params.size(), 0.0f) {
-    for (std::size_t i = 0; i < params.size(); ++i) {
-      values[i] =
-          modelutils::ToNormalized(params[i].minValue, params[i].maxValue, params[i].defaultValue);
+  explicit FakeSectionModel(const std::vector<ParamDefinition>& params)
+      : FakeSectionModel(
+            SectionDefinition("model_fake", u"Fake", PropList(), params, {}, "FakeSection"),
+            "dialog", std::make_shared<std::vector<float>>()) {}
+
+  FakeSectionModel(const SectionDefinition& of, const std::string& ofMode,
+                   const std::shared_ptr<std::vector<float>>& storage)
+      : definition(of), mode(ofMode), values(*storage), storage_(storage) {
+    for (std::size_t i = values.size(); i < Params().size(); ++i) {
+      const ParamDefinition& param = Params()[i];
+      values.push_back(
+          modelutils::ToNormalized(param.minValue, param.maxValue, param.defaultValue));
     }
   }
 
@@ -36,7 +44,10 @@ class FakeSectionModel : public SectionModelInterface {
     const int status = writeStatuses.empty() ? 0 : writeStatuses.front();
     if (!writeStatuses.empty()) writeStatuses.erase(writeStatuses.begin());
     // A failing write leaves its traces, as one that failed half-way would.
-    for (const auto& [id, value] : map) values[static_cast<std::size_t>(id)] = value;
+    for (const auto& [id, value] : map) {
+      float& stored = values[static_cast<std::size_t>(id)];
+      if (std::exchange(stored, value) != value) Announce(id);
+    }
     return status;
   }
   int GetParamNormalized(int paramID, float& value) const override {
@@ -62,12 +73,30 @@ class FakeSectionModel : public SectionModelInterface {
   }
   void SetActive(bool on) override { active = on; }
   bool IsActive() const override { return active; }
-  std::string GetAdjustmentsMode() override { return "dialog"; }
-  void SuspendSignaling() override {}
-  void ResumeSignaling(bool) override {}
+  std::string GetAdjustmentsMode() override { return mode; }
+  void SuspendSignaling() override { ++suspendCount; }
+  void ResumeSignaling(bool sendSignals) override {
+    resumes.push_back(sendSignals);
+    if (--suspendCount > 0) return;
+    const std::set<int> ids = std::exchange(heldBack_, {});
+    for (const int id : ids) {
+      if (sendSignals) Announce(id);
+    }
+  }
+
+  /// Tells listeners of a parameter (-1: all), now or at the end of the suspension.
+  void Announce(int id) {
+    const boost::intrusive_ptr<FakeSectionModel> self(this);
+    if (suspendCount > 0) {
+      heldBack_.insert(id);
+    } else {
+      changed(id, id < 0 ? 0.0f : values[static_cast<std::size_t>(id)]);
+    }
+  }
 
   SectionDefinition definition;
-  std::vector<float> values;
+  std::string mode;
+  std::vector<float>& values;
   std::map<int, int> readStatuses;  // parameter id to the status of its read
   std::vector<int> writeStatuses;   // of the coming writes; 0 after the last
   int unconvertible = -1;
@@ -75,11 +104,16 @@ class FakeSectionModel : public SectionModelInterface {
   bool hasDefinition = true;
   int writes = 0;
   bool active = false;
+  int suspendCount = 0;
+  std::vector<bool> resumes;  // with what each was asked
   ChangeSignal changed;
 
  private:
   const std::vector<ParamDefinition>& Params() const { return definition.GetParamDefinitions(); }
   const ParamDefinition& Param(int id) const { return Params()[static_cast<std::size_t>(id)]; }
+
+  std::shared_ptr<std::vector<float>> storage_;
+  std::set<int> heldBack_;
 };
 
 }  // namespace orvel::test

@@ -1,0 +1,191 @@
+#include "orvel/models/section_multi_model.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "orvel/core/first_exception.h"
+#include "orvel/core/flag_scope.h"
+
+namespace orvel {
+namespace {
+
+constexpr int kAllParams = -1;
+constexpr float kUnread = -1.0f;
+constexpr float kTolerance = 0.001f;  // of the larger magnitude
+
+bool AreClose(float left, float right) {
+  if (left == right) return true;
+  float low = std::min(left, right);
+  float high = std::max(left, right);
+  if (high < 0.0f) {
+    low = -std::exchange(high, -low);
+  }
+  return high - low < high * kTolerance;  // false for a NaN
+}
+
+}  // namespace
+
+SectionMultiModel::SectionMultiModel(const std::string& adjustmentsMode)
+    : adjustmentsMode_(adjustmentsMode) {}
+
+SectionMultiModel::~SectionMultiModel() = default;
+
+SectionModelInterface* SectionMultiModel::First() const {
+  return models_.empty() ? nullptr : models_.begin()->get();
+}
+
+int SectionMultiModel::GetNumParams() const { return First() ? First()->GetNumParams() : 0; }
+
+ParamDefinition SectionMultiModel::GetParamDefinition(int index) {
+  static const ParamDefinition none;
+  return First() ? First()->GetParamDefinition(index) : none;
+}
+
+bool SectionMultiModel::GetSectionDefinition(SectionDefinition& definition) const {
+  return First() && First()->GetSectionDefinition(definition);
+}
+
+bool SectionMultiModel::ToPhysical(int paramID, float normalized, float& physical) const {
+  return First() && First()->ToPhysical(paramID, normalized, physical);
+}
+
+bool SectionMultiModel::ToNormalized(int paramID, float physical, float& normalized) const {
+  return First() && First()->ToNormalized(paramID, physical, normalized);
+}
+
+std::string SectionMultiModel::GetName() { return First() ? First()->GetName() : "model_multi"; }
+
+boost::signals2::connection SectionMultiModel::RegisterForModelChanges(
+    const ChangeSignal::slot_type& slot) {
+  return modelChangedSignal_.connect(slot);
+}
+
+void SectionMultiModel::SetActive(bool active) {
+  for (const auto& model : models_) model->SetActive(active);
+}
+
+bool SectionMultiModel::IsActive() const {
+  return std::any_of(models_.begin(), models_.end(), [](const auto& m) { return m->IsActive(); });
+}
+
+void SectionMultiModel::AddModel(const boost::intrusive_ptr<SectionModelInterface>& model) {
+  if (!model || models_.contains(model)) return;
+  if (First() && model->GetName() != GetName()) return;
+  subModelConnections_.emplace_back(model->RegisterForModelChanges(
+      [this](int paramID, float value) { OnSubModelChanged(paramID, value); }));
+  if (suspendCount_ > 0) model->SuspendSignaling();
+  models_.insert(models_.end(), model);
+}
+
+bool SectionMultiModel::ModelsHaveIdenticalSetting(int paramID) {
+  bool isFirst = true;
+  float reference = kUnread;
+  for (const auto& model : models_) {
+    float value = kUnread;
+    if (model->GetParamNormalized(paramID, value) != kStatus_Success) continue;
+    if (std::exchange(isFirst, false)) {
+      reference = value;
+    } else if (value != reference) {  // also a NaN
+      return false;
+    }
+  }
+  return true;
+}
+
+int SectionMultiModel::GetParamNormalized(int paramID, float& normalized) const {
+  int kept = kStatus_Success;
+  bool isFirst = true;
+  for (const auto& model : models_) {
+    float value = kUnread;
+    const int status = model->GetParamNormalized(paramID, value);
+    if (status != kStatus_Success) kept = status;
+    if (std::exchange(isFirst, false)) {
+      normalized = value;
+    } else if (!AreClose(value, normalized)) {
+      return kStatus_ValuesDiffer;
+    }
+  }
+  return kept;
+}
+
+int SectionMultiModel::SetParamNormalized(int paramID, float normalized) {
+  return WriteToModels([=](auto& model) { return model.SetParamNormalized(paramID, normalized); });
+}
+
+int SectionMultiModel::SetParamsNormalized(const std::map<int, float>& values) {
+  return WriteToModels([&values](auto& model) { return model.SetParamsNormalized(values); });
+}
+
+template <typename Write>
+int SectionMultiModel::WriteToModels(Write write) {
+  if (sending_) return kStatus_WriteUnderWay;
+  const boost::intrusive_ptr<SectionMultiModel> self(this);  // a listener may let go of it
+  const teskcore::utility::FlagScope sending(sending_);
+  FirstException failure;
+  int kept = kStatus_Success;
+  for (const auto& model : models_) {
+    failure.Catch([&] {
+      const int status = write(*model);
+      if (status != kStatus_Success) kept = status;
+    });
+  }
+  SendCachedModelSignals(failure);
+  failure.Rethrow();
+  return kept;
+}
+
+void SectionMultiModel::OnSubModelChanged(int paramID, float value) {
+  if (!sending_ && suspendCount_ == 0) {
+    const boost::intrusive_ptr<SectionMultiModel> self(this);
+    modelChangedSignal_(paramID, value);
+    return;
+  }
+  if (paramID == kAllParams) {
+    allParamsChanged_ = true;
+    cachedSignals_.clear();
+  }
+  cachedSignals_[paramID] = value;
+}
+
+void SectionMultiModel::SuspendSignaling() {
+  if (++suspendCount_ > 1) return;
+  for (const auto& model : models_) model->SuspendSignaling();
+}
+
+void SectionMultiModel::ResumeSignaling(bool sendSignals) {
+  if (suspendCount_ == 0) return;
+  if (sendSignals) resumeWithSignals_ = true;
+  bool passedOn = resumeWithSignals_;
+  if (--suspendCount_ > 0) return;
+  if (sending_) {
+    resumeWithSignals_ = false;
+    return;
+  }
+  const boost::intrusive_ptr<SectionMultiModel> self(this);
+  allParamsChanged_ = false;
+  const teskcore::utility::FlagScope sending(sending_);
+  FirstException failure;
+  for (const auto& model : models_) {
+    failure.Catch([&] { model->ResumeSignaling(passedOn); });
+    // One signal for all parameters covers what the remaining models would tell.
+    if (std::exchange(allParamsChanged_, false)) passedOn = false;
+  }
+  if (resumeWithSignals_) {
+    SendCachedModelSignals(failure);
+  } else {
+    cachedSignals_.clear();
+  }
+  resumeWithSignals_ = false;
+  failure.Rethrow();
+}
+
+void SectionMultiModel::SendCachedModelSignals(FirstException& failure) {
+  // What arrives meanwhile is sent in a round of its own.
+  while (!cachedSignals_.empty()) {
+    for (const auto& [paramID, value] : std::exchange(cachedSignals_, {})) {
+      failure.Catch([&, id = paramID, changed = value] { modelChangedSignal_(id, changed); });
+    }
+  }
+}
+
+}  // namespace orvel
