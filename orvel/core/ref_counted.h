@@ -36,6 +36,19 @@ class ORVEL_EXPORT RefCountedObject : public virtual RefCountedInterface {
   RefCountedObject& operator=(const RefCountedObject&) { return *this; }
   ~RefCountedObject() override;
 
+  /// For a constructor or a destructor that hands the object to code which may own it for a while:
+  /// until the hold ends, owners that go do not delete it.
+  class SelfHold {
+   public:
+    explicit SelfHold(const RefCountedObject& object) : object_(object) { object_.AddRef(); }
+    ~SelfHold() { object_.owners_.fetch_sub(1, std::memory_order_relaxed); }
+    SelfHold(const SelfHold&) = delete;
+    SelfHold& operator=(const SelfHold&) = delete;
+
+   private:
+    const RefCountedObject& object_;
+  };
+
  private:
   mutable std::atomic<std::uint32_t> owners_{0};
 };
