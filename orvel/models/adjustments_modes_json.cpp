@@ -19,16 +19,6 @@ using teskcore::serialization::JSONParse;
 using teskcore::serialization::JSONValuePtr;
 
 // clang-format off
-struct ClipTypeText { std::string_view text; ClipType type; };
-constexpr ClipTypeText kClipTypeTexts[] = {
-  { "type_dialog",            type_dialog           },
-  { "type_music",             type_music            },
-  { "type_background_music",  type_background_music },
-  { "type_sfx",               type_sfx              },
-  { "type_ambience",          type_ambience         },
-  { "type_other",             type_other            },
-};
-
 struct DisplayName { std::string_view name; const char* const& key; };
 const DisplayName kDisplayNames[] = {
   { "Dialogue",  kAdjustmentsModeNameDialogStr   },
@@ -37,12 +27,6 @@ const DisplayName kDisplayNames[] = {
   { "Ambience",  kAdjustmentsModeNameAmbienceStr },
 };
 // clang-format on
-
-ClipType ParseClipType(const std::string& text) {
-  const auto* found = std::find_if(std::begin(kClipTypeTexts), std::end(kClipTypeTexts),
-                                   [&text](const auto& entry) { return entry.text == text; });
-  return found == std::end(kClipTypeTexts) ? type_not_set : found->type;
-}
 
 std::u16string LocalizeDisplayName(const std::string& name) {
   const auto* found = std::find_if(std::begin(kDisplayNames), std::end(kDisplayNames),

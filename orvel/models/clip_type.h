@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "orvel/core/export.h"
 
@@ -16,6 +17,11 @@ enum ClipType : std::int32_t {
   type_ambience = 5,
   type_other = 6,
 };
+
+/// The clip type's name in documents and usage events, such as "type_dialog", and the way back: any
+/// other text is `type_not_set`.
+ORVEL_EXPORT const char* GetClipTypeText(ClipType type);
+ORVEL_EXPORT ClipType ParseClipType(const std::string& text);
 
 /// Localisation keys of the clip types' display texts, for `ZString`.
 extern ORVEL_EXPORT const char* const kClipTypeNameNotSetStr;
