@@ -1,8 +1,5 @@
 #include "orvel/actions/set_initial_params_action.h"
 
-#include <map>
-#include <vector>
-
 #include "orvel/actions/action_types.h"
 #include "orvel/actions/set_model_param_map_action.h"
 #include "orvel/configuration/configuration_manager.h"
@@ -21,9 +18,9 @@ ProfileName doScope("SetInitialSectionModelDefaultParamsAction::DoAction");
 class SetInitialSectionModelDefaultParamsAction : public Action {
  public:
   SetInitialSectionModelDefaultParamsAction(const MixTypeClipModels& clips,
-                                            const std::string& modeID, const UserPresetData& preset,
+                                            const std::string& modeID, const SectionLists& lists,
                                             const std::u16string& name)
-      : Action(true, true, name), clips_(clips), modeID_(modeID), lists_(preset.Models) {
+      : Action(true, true, name), clips_(clips), modeID_(modeID), lists_(lists) {
     SetActionType(kActionType_SetMixTypeModelParam);
   }
 
@@ -71,7 +68,7 @@ class SetInitialSectionModelDefaultParamsAction : public Action {
 
   MixTypeClipModels clips_;
   std::string modeID_;
-  std::map<std::string, std::vector<float>> lists_;
+  SectionLists lists_;
   boost::intrusive_ptr<MultiAction> writes_;  // of the last redo
 };
 
@@ -79,9 +76,9 @@ class SetInitialSectionModelDefaultParamsAction : public Action {
 
 boost::intrusive_ptr<Action> CreateSetInitialParamsAction(const MixTypeClipModels& clips,
                                                           const std::string& modeID,
-                                                          const UserPresetData& preset,
+                                                          const SectionLists& lists,
                                                           const std::u16string& name) {
-  return new SetInitialSectionModelDefaultParamsAction(clips, modeID, preset, name);
+  return new SetInitialSectionModelDefaultParamsAction(clips, modeID, lists, name);
 }
 
 }  // namespace orvel

@@ -1,5 +1,7 @@
 #include "orvel/actions/set_mix_type_action.h"
 
+#include <map>
+
 #include "orvel/actions/action_types.h"
 #include "orvel/actions/run_silently.h"
 #include "orvel/actions/set_initial_params_action.h"
@@ -12,6 +14,8 @@
 #include "orvel/models/clip_keys.h"
 #include "orvel/models/orvel_model.h"
 #include "orvel/models/section_model_utils.h"
+#include "orvel/presets/preset.h"
+#include "orvel/presets/user_preset_data.h"
 
 namespace orvel {
 namespace {
@@ -95,7 +99,7 @@ class ChangeMixTypeAggregateAction : public Action {
     }
     if (firstChangedClip_) {
       initialParams->AddAction(
-          CreateSetInitialParamsAction(clips, modeID, preset.PresetData, name));
+          CreateSetInitialParamsAction(clips, modeID, preset.PresetData.Models, name));
     }
 
     OrvelModel::SectionModels sections;

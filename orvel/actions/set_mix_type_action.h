@@ -6,12 +6,13 @@
 
 #include "orvel/core/action.h"
 #include "orvel/core/export.h"
-#include "orvel/presets/preset.h"
-#include "orvel/presets/user_preset_data.h"
 
 namespace orvel {
 
 class OrvelModel;
+template <typename T>
+struct Preset;
+struct UserPresetData;
 
 /// Gives the clips that the model stands for now another adjustments mode with a user preset. Clips
 /// that are not in the mode yet get its id and the preset's guid. When there is such a clip, every

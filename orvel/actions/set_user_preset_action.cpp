@@ -9,6 +9,8 @@
 #include "orvel/core/profiler.h"
 #include "orvel/models/orvel_model.h"
 #include "orvel/models/section_model_utils.h"
+#include "orvel/presets/preset.h"
+#include "orvel/presets/user_preset_data.h"
 
 namespace orvel {
 namespace {

@@ -6,12 +6,13 @@
 
 #include "orvel/core/action.h"
 #include "orvel/core/export.h"
-#include "orvel/presets/preset.h"
-#include "orvel/presets/user_preset_data.h"
 
 namespace orvel {
 
 class OrvelModel;
+template <typename T>
+struct Preset;
+struct UserPresetData;
 
 /// Writes a user preset's values into every section model that the model has now, each in one step
 /// and each clip's of several, and the preset's guid to each clip. Sections that the preset does
