@@ -256,6 +256,16 @@ void OrvelModel::NotifySectionModelChanged() {
   sectionModelDataSignal_(this, data);
 }
 
+boost::signals2::connection OrvelModel::RegisterForModelChanges(
+    const ModelSignal::slot_type& slot) {
+  return modelChangedSignal_.connect(slot);
+}
+
+boost::signals2::connection OrvelModel::RegisterForSectionModelDataChanges(
+    const SectionModelDataSignal::slot_type& slot) {
+  return sectionModelDataSignal_.connect(slot);
+}
+
 bool factory::CreateOrvelModel(boost::intrusive_ptr<OrvelModel>& model) {
   model = new OrvelModel(GetSessionHandler());
   return true;
