@@ -21,10 +21,6 @@ namespace {
 constexpr const char* kMultipleClipsSelected =
     "$$$/orvel/MultipleClipsSelected=Multiple Clips Selected";
 
-// Added to the count of suspensions by the destructor: nothing is announced any more, for a post
-// would outlive the model.
-constexpr std::uint32_t kSuspendedForGood = 1u << 31;
-
 }  // namespace
 
 OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
@@ -36,8 +32,20 @@ OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sess
 // Through the constructor above, so that the destructor runs when a host's code throws here.
 OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler)
     : OrvelModel(sessionHandler, Kind::kFollowsSelection) {
-  if (!sessionHandler_) return;
   const SelfHold hold(*this);
+  if (sessionHandler_) FollowSession();
+  BeginAnnouncing();
+}
+
+OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
+                       const MixTypeClipModels& clips)
+    : OrvelModel(sessionHandler, Kind::kForClips) {
+  const SelfHold hold(*this);
+  UpdateFromClipSelection(clips);
+  BeginAnnouncing();
+}
+
+void OrvelModel::FollowSession() {
   if (const auto executor = GetOrvelActionExecutor()) {
     actionScopeConnection_ = executor->RegisterForActionExecutionScopeChanges(
         [this](bool begin, bool send) { ActionExecutionScopeChanged(begin, send); });
@@ -49,16 +57,14 @@ OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sess
   Refresh();
 }
 
-OrvelModel::OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
-                       const MixTypeClipModels& clips)
-    : OrvelModel(sessionHandler, Kind::kForClips) {
-  const SelfHold hold(*this);
-  UpdateFromClipSelection(clips);
+void OrvelModel::BeginAnnouncing() {
+  announces_ = true;
+  if (mixTypeChangePending_) NotifyMixTypeClipModelChanged();
 }
 
 OrvelModel::~OrvelModel() {
   const SelfHold hold(*this);
-  suspendCount_ += kSuspendedForGood;
+  announces_ = false;
   FirstException ignored;  // nobody is left to be told
   while (!mixTypeClipModels_.empty()) {
     const auto clip = mixTypeClipModels_.front();
@@ -215,7 +221,7 @@ void OrvelModel::OnSessionChanged(bool enabledNow) {
 }
 
 void OrvelModel::NotifyMixTypeClipModelChanged() {
-  if (suspendCount_ > 0) {
+  if (suspendCount_ > 0 || !announces_) {
     mixTypeChangePending_ = true;
     return;
   }
@@ -248,7 +254,7 @@ void OrvelModel::NotifySectionModelChanged() {
     sectionChangePending_ = true;
     return;
   }
-  if (sectionChangePending_ || suspendCount_ > 0) return;
+  if (sectionChangePending_ || suspendCount_ > 0 || !announces_) return;
   const boost::intrusive_ptr<OrvelModel> self(this);
   const SectionModels sections = sectionModels_;
   UserPresetData data;

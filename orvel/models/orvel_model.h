@@ -101,6 +101,8 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
 
   OrvelModel(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler, Kind kind);
 
+  void FollowSession();
+  void BeginAnnouncing();
   void UpdateFromClipSelection(const MixTypeClipModels& clips);
   void UpdateMixTypeClipModels(const MixTypeClipModels& clips);
   void UpdateSectionModels();
@@ -126,6 +128,8 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
   bool mixTypeChangePending_ = false;  // came while suspended
   bool deferredNotifyPosted_ = false;  // and has not run yet
   bool sectionChangePending_ = false;  // came while that was so
+  // Not while it is being made or ends: a post would outlive a model that is never done or gone.
+  bool announces_ = false;
   // Numbers of the last updates begun: one that finds a later one done from within itself, by the
   // host's code, leaves it at that.
   std::uint32_t clipUpdate_ = 0;

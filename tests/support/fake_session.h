@@ -44,7 +44,8 @@ class FakeClip : public MixTypeClipModelInterface {
   }
   void AttachToModel(bool attached, OrvelModel* model) override {
     attachedTo = model;
-    if (onAttach) onAttach(attached);
+    const auto told = onAttach;  // it may replace itself
+    if (told) told(attached);
   }
 
   std::vector<float>& Values(const std::string& modelID) { return *Storage(modelID); }
