@@ -276,9 +276,10 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
     Select({a});
   }
   bool once = true;
-  model->RegisterForSectionModelDataChanges([&](auto&&...) {
-    if (std::exchange(once, false)) session->Select({c});
-  });
+  const boost::signals2::scoped_connection selecting =
+      model->RegisterForSectionModelDataChanges([&](auto&&...) {
+        if (std::exchange(once, false)) session->Select({c});
+      });
   model->Refresh();
   EXPECT_EQ(CountSections(), 3u);
 }
@@ -286,9 +287,10 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
 TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
   Select({a});
   bool throws = true;
-  model->RegisterForModelChanges([&](auto&&...) {
-    if (throws) throw std::runtime_error("model");
-  });
+  const boost::signals2::scoped_connection throwing =
+      model->RegisterForModelChanges([&](auto&&...) {
+        if (throws) throw std::runtime_error("model");
+      });
   a->SetAdjustmentsMode("music");
   EXPECT_THROW(Loop().RunTurn(), std::runtime_error);
   EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));
