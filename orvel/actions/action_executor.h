@@ -16,7 +16,9 @@ class ORVEL_EXPORT ActionExecutor : public virtual RefCountedObject {
  public:
   using ScopeSignal = boost::signals2::signal<void(bool begin, bool sendSignals)>;
 
-  /// Runs the action and puts it on the undo stack; false when it was not run.
+  /// Runs the action and puts it on the undo stack; false when it was not run. The action that is
+  /// on top already stays there once: a control that is being dragged is one action, changed by
+  /// `ChangeActionParamValue` and executed again, and one step.
   virtual bool Execute(const boost::intrusive_ptr<Action>& action) = 0;
 
   /// Runs the action without recording it. What `flag` means is the host's affair.

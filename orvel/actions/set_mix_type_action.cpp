@@ -1,6 +1,7 @@
 #include "orvel/actions/set_mix_type_action.h"
 
 #include <map>
+#include <utility>
 
 #include "orvel/actions/action_types.h"
 #include "orvel/actions/run_silently.h"
@@ -91,13 +92,15 @@ class ChangeMixTypeAggregateAction : public Action {
     }
 
     const MixTypeClipModels clips = model_->GetMixTypeClipModels();
+    bool isChange = false;
     for (const auto& clip : clips) {
+      if (!reportedClip_) reportedClip_ = clip;
       if (GetMode(clip) == modeID) continue;
-      if (!firstChangedClip_) firstChangedClip_ = clip;
+      if (!std::exchange(isChange, true)) reportedClip_ = clip;
       clipMixTypes->AddAction(new SetClipMixTypeAction(clip, modeID, preset.Guid, name));
       clipPresets->AddAction(CreateSetUserPresetGuidAction(clip, preset.Guid, modeID, name));
     }
-    if (firstChangedClip_) {
+    if (isChange) {
       initialParams->AddAction(
           CreateSetInitialParamsAction(clips, modeID, preset.PresetData.Models, name));
     }
@@ -137,18 +140,19 @@ class ChangeMixTypeAggregateAction : public Action {
 
   void RecordUsage(bool undo) const {
     ClipType type = type_not_set;
-    if (firstChangedClip_) firstChangedClip_->GetClipType(type);
+    if (reportedClip_) reportedClip_->GetClipType(type);
     UsageLogger::Get().Log({"orvel_set_adjustments_mode",
                             "Orvel",
                             "Orvel Mix Type",
-                            {{"adjustments_mode", GetMode(firstChangedClip_)},
+                            {{"adjustments_mode", GetMode(reportedClip_)},
                              {"clip_type", std::string(GetClipTypeText(type))},
                              {"undo", undo}}});
   }
 
   boost::intrusive_ptr<OrvelModel> model_;
   boost::intrusive_ptr<MultiAction> groups_;
-  boost::intrusive_ptr<MixTypeClipModelInterface> firstChangedClip_;
+  boost::intrusive_ptr<MixTypeClipModelInterface>
+      reportedClip_;  // the first that changes, else the first
 };
 
 }  // namespace

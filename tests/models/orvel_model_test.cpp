@@ -4,8 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include "orvel/core/localizer.h"
-#include "orvel/core/text.h"
 #include "orvel/presets/user_preset_data.h"
 #include "tests/support/fake_session.h"
 
@@ -13,7 +11,6 @@ namespace orvel::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class OrvelModelTest : public FakeSessionTest {
  protected:
@@ -63,6 +60,9 @@ class OrvelModelTest : public FakeSessionTest {
 };
 
 TEST_F(OrvelModelTest, ShowsTheSectionsOfTheClipsCommonMode) {
+  const boost::intrusive_ptr<OrvelModel> alone(new OrvelModel(nullptr));
+  alone->Refresh();
+  EXPECT_FALSE(alone->IsEnabled());
   EXPECT_EQ(model->GetModelName(), "");
   EXPECT_TRUE(model->IsReady() && CountSections() == 0);
   Select({a});
@@ -120,83 +120,6 @@ TEST_F(OrvelModelTest, ASectionThatCannotBeMadeIsLeftOutAndTheCreatorIsToldAllIt
   Select({b});
   EXPECT_EQ(ofClips->GetMixTypeClipModels(), MixTypeClipModels{a});
   EXPECT_TRUE(ofClips->IsEnabled());
-}
-
-TEST_F(OrvelModelTest, ChangesOfOneTurnAreAnnouncedOnceOnTheNextAndBeforeTheValues) {
-  Select({a});
-  a->SetAdjustmentsMode("music");
-  a->SetUserPresetGuid(Guid::CreateUnique());
-  Section().Announce(1);
-  EXPECT_THAT(log, IsEmpty());
-  EXPECT_EQ(Loop().RunTurn(), 1u);
-  EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));
-}
-
-TEST_F(OrvelModelTest, AnActionScopeHoldsBackAndThenSendsOneOfEach) {
-  Select({a});
-  stack->scopeChanged(true, true);
-  a->SetAdjustmentsMode("sfx");
-  Loop().RunTurn();
-  EXPECT_THAT(log, IsEmpty());
-  stack->scopeChanged(false, true);
-  EXPECT_THAT(log, IsEmpty());
-  Loop().Drain();
-  EXPECT_THAT(TakeLog(), ElementsAre("model", "data 4"));
-
-  stack->scopeChanged(true, true);
-  a->SetAdjustmentsMode("music");
-  stack->scopeChanged(false, false);  // waits for a resume that sends
-  Loop().Drain();
-  EXPECT_THAT(log, IsEmpty());
-  model->SuspendSignaling();
-  model->ResumeSignaling(true);
-  Loop().Drain();
-  EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));
-}
-
-TEST_F(OrvelModelTest, SuspensionsReachTheSectionModelsOnceAndNewOnesJoin) {
-  Select({a});
-  model->ResumeSignaling(true);  // without a suspension
-  EXPECT_THAT(log, IsEmpty());
-  model->SuspendSignaling();
-  model->SuspendSignaling();
-  EXPECT_EQ(Section().suspendCount, 1);
-  session->Select({b});
-  EXPECT_EQ(Section().suspendCount, 1);
-  EXPECT_THAT(Section().resumes, IsEmpty());
-  model->ResumeSignaling(false);
-  model->ResumeSignaling(true);
-  EXPECT_THAT(Section().resumes, ElementsAre(true));
-}
-
-TEST_F(OrvelModelTest, RefreshTakesTheSessionAsItIsAndAnnouncesOnlyThatValuesAreGone) {
-  session->selected = {a};
-  session->enabled = false;
-  model->Refresh();
-  Loop().Drain();
-  EXPECT_THAT(TakeLog(), ElementsAre("data 0"));
-  EXPECT_FALSE(model->IsEnabled());
-  EXPECT_EQ(CountSections(), 5u);
-  session->enabled = true;
-  session->sessionChanged(false);  // the session itself is asked again
-  EXPECT_TRUE(model->IsEnabled());
-  Loop().Drain();
-  EXPECT_THAT(TakeLog(), ElementsAre("data 0", "model", "data 5"));
-
-  model = new OrvelModel(nullptr);
-  model->Refresh();
-  EXPECT_FALSE(model->IsEnabled());
-}
-
-TEST_F(OrvelModelTest, SectionsThatWereClearedInsideASuspensionComeBackAfterIt) {
-  Select({a});
-  model->SuspendSignaling();
-  model->ClearSectionModels();
-  EXPECT_EQ(CountSections(), 0u);
-  EXPECT_THAT(log, IsEmpty());
-  model->ResumeSignaling(true);
-  Loop().Drain();
-  EXPECT_EQ(CountSections(), 5u);
 }
 
 TEST_F(OrvelModelTest, LetsGoOfEverythingButLivesUntilItsPostHasRun) {

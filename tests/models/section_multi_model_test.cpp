@@ -158,22 +158,6 @@ TEST_F(MultiModel, AListenerThatWritesBackIsRefusedAndWhatItChangesOtherwiseIsSe
   EXPECT_EQ(multi->SetParamNormalized(2, 0.9f), 0);
 }
 
-TEST_F(MultiModel, ASuspensionSendsTheLastValueOfEachParameterOrNothing) {
-  Add({0.1f});
-  for (const bool send : {true, false}) {
-    multi->SuspendSignaling();
-    Member(0).SetParamNormalized(3, send ? 0.2f : 0.7f);
-    Member(0).SetParamNormalized(1, send ? 0.4f : 0.8f);
-    Member(0).SetParamNormalized(3, send ? 0.5f : 0.9f);
-    EXPECT_THAT(signals, IsEmpty());
-    multi->ResumeSignaling(send);
-    const std::vector<std::pair<int, float>> sent = {{1, 0.4f}, {3, 0.5f}};
-    EXPECT_EQ(TakeSignals(), send ? sent : decltype(sent)());
-  }
-  Member(0).SetParamNormalized(3, 0.1f);
-  EXPECT_EQ(signals.size(), 1u);
-}
-
 TEST_F(MultiModel, SuspensionsNestAndAnyResumeThatAskedForSignalsCounts) {
   Add({0.1f, 0.1f});
   multi->ResumeSignaling(true);  // without a suspension it does nothing
