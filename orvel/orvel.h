@@ -24,6 +24,7 @@
 #include "orvel/core/file.h"
 #include "orvel/core/file_error.h"
 #include "orvel/core/file_utils.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/guid.h"
 #include "orvel/core/immutable_string.h"
 #include "orvel/core/json.h"

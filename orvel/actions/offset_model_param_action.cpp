@@ -1,6 +1,7 @@
 #include "orvel/actions/offset_model_param_action.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "orvel/actions/retargetable_action.h"
 #include "orvel/actions/section_action.h"
@@ -16,15 +17,19 @@ class OffsetSectionModelParamAction : public RetargetableAction {
  public:
   OffsetSectionModelParamAction(const boost::intrusive_ptr<SectionModelInterface>& model,
                                 int paramID, float offset, const std::u16string& name)
-      : RetargetableAction(true, true, name), paramID_(paramID), offset_(offset) {
+      : RetargetableAction(true, true, name), paramID_(paramID) {
+    SetOffset(offset);
     if (!model) return;
     const int status = model->GetParamNormalized(paramID_, firstValue_);
     if (status == kStatus_Success || status == kStatus_Tolerated) model_ = model;
   }
 
-  void Retarget(float offset) override { offset_ = offset; }
+  void Retarget(float offset) override { SetOffset(offset); }
 
  private:
+  void SetOffset(float offset) {
+    if (std::isfinite(offset)) offset_ = offset;
+  }
   void RedoSelf() override {
     const ProfileScope scope(redoScope);
     if (model_) {
@@ -38,7 +43,7 @@ class OffsetSectionModelParamAction : public RetargetableAction {
 
   boost::intrusive_ptr<SectionModelInterface> model_;  // null when its value is not known
   int paramID_;
-  float offset_;
+  float offset_ = 0.0f;
   float firstValue_ = 0.0f;
 };
 

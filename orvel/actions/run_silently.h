@@ -12,7 +12,7 @@ namespace orvel {
 template <typename Step>
 void RunSilently(const boost::intrusive_ptr<OrvelModel>& model, Step step) {
   FirstException failure;
-  model->SuspendSignaling();
+  failure.Catch([&model] { model->SuspendSignaling(); });
   failure.Catch(step);
   failure.Catch([&model] { model->ResumeSignaling(true); });
   failure.Rethrow();

@@ -5,6 +5,7 @@
 #include "orvel/configuration/configuration_manager.h"
 #include "orvel/core/profiler.h"
 #include "orvel/definitions/lifecycle.h"
+#include "orvel/models/mix_type_clip_model_interface.h"
 #include "orvel/models/mode_descriptor_cache.h"
 #include "orvel/models/section_model_utils.h"
 
@@ -43,7 +44,11 @@ class SetInitialSectionModelDefaultParamsAction : public Action {
     }
     for (const auto& section : sections) {
       const PropList configuration = GetModelConfiguration(modeID_, section.modelID);
-      for (const auto& clip : clips_) AddWrite(section.modelID, configuration, clip);
+      for (const auto& clip : clips_) {
+        std::string modeID;  // a clip that cannot be given the mode keeps its values, too
+        clip->GetAdjustmentsMode(modeID);
+        if (modeID == modeID_) AddWrite(section.modelID, configuration, clip);
+      }
     }
     writes_->Redo();
   }

@@ -27,4 +27,17 @@ class FirstException {
   std::exception_ptr first_;
 };
 
+/// Lets a signal call every slot, whatever one of them throws, and throws that afterwards; as it
+/// is, Boost's ends with the first that throws.
+struct CallEverySlot {
+  using result_type = void;
+
+  template <typename Iterator>
+  void operator()(Iterator slot, Iterator last) const {
+    FirstException failure;
+    for (; slot != last; ++slot) failure.Catch([&slot] { *slot; });
+    failure.Rethrow();
+  }
+};
+
 }  // namespace orvel

@@ -107,8 +107,10 @@ bool OrvelModel::IsReady() const {
 
 void OrvelModel::SuspendSignaling() {
   if (++suspendCount_ > 1) return;
+  FirstException failure;
   const SectionModels sections = sectionModels_;
-  for (const auto& section : sections) section->SuspendSignaling();
+  for (const auto& section : sections) failure.Catch([&] { section->SuspendSignaling(); });
+  failure.Rethrow();
 }
 
 void OrvelModel::ResumeSignaling(bool sendSignals) {
@@ -134,29 +136,40 @@ void OrvelModel::ActionExecutionScopeChanged(bool begin, bool sendSignals) {
   }
 }
 
+// A clip or a section model of a host that throws hinders none of the others.
 void OrvelModel::UpdateMixTypeClipModels(const MixTypeClipModels& clips) {
   const MixTypeClipModels taken = clips;  // the host's list may change while its clips are told
   const auto update = ++clipUpdate_;
+  FirstException failure;
   while (!mixTypeClipModels_.empty()) {
     const auto clip = mixTypeClipModels_.front();
     mixTypeClipModels_.pop_front();
-    clip->AttachToModel(false, nullptr);
-    if (update != clipUpdate_) return;
+    failure.Catch([&clip] { clip->AttachToModel(false, nullptr); });
+    if (update != clipUpdate_) return failure.Rethrow();
   }
   clipModelConnections_.clear();
   for (const auto& clip : taken) {
     if (!clip) continue;
-    clipModelConnections_.emplace_back(
-        clip->RegisterForModelChanges([this] { NotifyMixTypeClipModelChanged(); }));
+    failure.Catch([&] {
+      clipModelConnections_.emplace_back(
+          clip->RegisterForModelChanges([this] { NotifyMixTypeClipModelChanged(); }));
+    });
     mixTypeClipModels_.push_back(clip);
-    clip->AttachToModel(true, this);
-    if (update != clipUpdate_) return;
+    failure.Catch([&] { clip->AttachToModel(true, this); });
+    if (update != clipUpdate_) return failure.Rethrow();
   }
+  failure.Rethrow();
 }
 
 void OrvelModel::UpdateSectionModels() {
   const auto update = ++sectionUpdate_;
-  ReleaseSectionModels();
+  FirstException failure;
+  failure.Catch([this] { ReleaseSectionModels(); });
+  failure.Catch([&] { BuildSectionModels(update, failure); });
+  failure.Rethrow();
+}
+
+void OrvelModel::BuildSectionModels(std::uint32_t update, FirstException& failure) {
   const MixTypeClipModels clips = mixTypeClipModels_;  // a creator may lead to others
   std::string mode;
   if (modelutils::GetAdjustmentsMode(clips, mode) != kStatus_Success) return;
@@ -164,18 +177,24 @@ void OrvelModel::UpdateSectionModels() {
   std::vector<SectionDescriptor> descriptors;
   ModeDescriptorCache::Get()->GetSectionDescriptors(mode, descriptors);
   for (const auto& descriptor : descriptors) {
-    if (update != sectionUpdate_) return;
-    boost::intrusive_ptr<SectionModelInterface> section;
-    factory::CreateModelForClips(descriptor.modelID, mode,
-                                 GetModelConfiguration(mode, descriptor.modelID), sessionHandler_,
-                                 clips, followsSelection_, section);
-    if (!section || update != sectionUpdate_) continue;
-    section->SetActive(true);
-    if (suspendCount_ > 0) section->SuspendSignaling();
-    sectionModels_.push_back(section);
-    sectionModelConnections_.emplace_back(
-        section->RegisterForModelChanges([this](int, float) { NotifySectionModelChanged(); }));
+    failure.Catch([&] { AddSectionModel(descriptor.modelID, mode, clips, update); });
   }
+}
+
+// Nothing is added once a newer update has run: a host's code may lead to one from here.
+void OrvelModel::AddSectionModel(const std::string& modelID, const std::string& mode,
+                                 const MixTypeClipModels& clips, std::uint32_t update) {
+  if (update != sectionUpdate_) return;
+  boost::intrusive_ptr<SectionModelInterface> section;
+  factory::CreateModelForClips(modelID, mode, GetModelConfiguration(mode, modelID), sessionHandler_,
+                               clips, followsSelection_, section);
+  if (!section || update != sectionUpdate_) return;
+  section->SetActive(true);
+  if (suspendCount_ > 0) section->SuspendSignaling();
+  if (update != sectionUpdate_) return section->SetActive(false);
+  sectionModels_.push_back(section);
+  sectionModelConnections_.emplace_back(
+      section->RegisterForModelChanges([this](int, float) { NotifySectionModelChanged(); }));
 }
 
 void OrvelModel::ClearSectionModels() {
@@ -186,17 +205,24 @@ void OrvelModel::ClearSectionModels() {
 
 void OrvelModel::ReleaseSectionModels() {
   const boost::intrusive_ptr<OrvelModel> self(this);
-  const SectionModels sections = sectionModels_;
-  for (const auto& section : sections) section->SetActive(false);
-  sectionModels_.clear();
-  sectionModelConnections_.clear();
-  NotifySectionModelChanged();
+  const auto update = sectionUpdate_;
+  FirstException failure;
+  {
+    const SectionModels sections = sectionModels_;
+    for (const auto& section : sections) failure.Catch([&] { section->SetActive(false); });
+    if (update == sectionUpdate_) {  // else these are gone, and newer ones stand in their place
+      sectionModels_.clear();
+      sectionModelConnections_.clear();
+    }
+  }
+  failure.Catch([this] { NotifySectionModelChanged(); });
+  failure.Rethrow();
 }
 
 void OrvelModel::UpdateFromClipSelection(const MixTypeClipModels& clips) {
   const boost::intrusive_ptr<OrvelModel> self(this);
   FirstException failure;
-  SuspendSignaling();
+  failure.Catch([this] { SuspendSignaling(); });
   failure.Catch([&] { UpdateMixTypeClipModels(clips); });
   failure.Catch([&] { UpdateSectionModels(); });
   failure.Catch([&] { ResumeSignaling(false); });  // the section models made just now

@@ -10,6 +10,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/ref_counted.h"
 #include "orvel/definitions/section_registry.h"
 #include "orvel/models/mix_type_clip_model_interface.h"
@@ -31,15 +32,18 @@ struct UserPresetData;
 /// Section data are signalled after each change that a section model signals, at the end of each
 /// suspension that sends signals, and when the section models are cleared (without any values
 /// then); none while signalling is suspended, and after the model change while one is posted. A
-/// change made by a listener of the model change counts as part of that change.
+/// clip's change of mode that a listener of the model change makes at once is part of that change
+/// and makes no new section models: a listener that wants them posts its change, or calls
+/// `Refresh`.
 ///
 /// Section models are let go of in whatever state of suspension they are in, so a host's creator
 /// makes new ones each time.
 class ORVEL_EXPORT OrvelModel : public RefCountedObject {
  public:
   using SectionModels = std::vector<boost::intrusive_ptr<SectionModelInterface>>;
-  using ModelSignal = boost::signals2::signal<void(const OrvelModel*)>;
-  using SectionModelDataSignal = boost::signals2::signal<void(const OrvelModel*, UserPresetData)>;
+  using ModelSignal = boost::signals2::signal<void(const OrvelModel*), CallEverySlot>;
+  using SectionModelDataSignal =
+      boost::signals2::signal<void(const OrvelModel*, UserPresetData), CallEverySlot>;
 
   /// Follows the session: its selection, whether it can be worked in, and the scopes of the actions
   /// that the executor of this moment runs. Without a session handler it stays empty.
@@ -89,7 +93,9 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
   boost::signals2::connection RegisterForModelChanges(const ModelSignal::slot_type& slot);
 
   /// Values of the sections changed; the slot receives all of them. Those that the clips do not
-  /// have in common, and what comes after them in the order of the sections, are left out.
+  /// have in common, and what comes after them in the order of the sections, are left out. The
+  /// signal may come from inside the resume of a section's models: a slot that wants to run an
+  /// action in answer posts it.
   boost::signals2::connection RegisterForSectionModelDataChanges(
       const SectionModelDataSignal::slot_type& slot);
 
@@ -106,6 +112,9 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
   void UpdateFromClipSelection(const MixTypeClipModels& clips);
   void UpdateMixTypeClipModels(const MixTypeClipModels& clips);
   void UpdateSectionModels();
+  void BuildSectionModels(std::uint32_t update, FirstException& failure);
+  void AddSectionModel(const std::string& modelID, const std::string& mode,
+                       const MixTypeClipModels& clips, std::uint32_t update);
   void ReleaseSectionModels();
   void OnSessionChanged(bool enabledNow);
   void NotifyMixTypeClipModelChanged();

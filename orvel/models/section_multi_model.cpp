@@ -1,6 +1,7 @@
 #include "orvel/models/section_multi_model.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "orvel/core/first_exception.h"
@@ -15,12 +16,13 @@ constexpr float kTolerance = 0.001f;  // of the larger magnitude
 
 bool AreClose(float left, float right) {
   if (left == right) return true;
+  if (std::isnan(left) || std::isnan(right)) return false;
   float low = std::min(left, right);
   float high = std::max(left, right);
   if (high < 0.0f) {
     low = -std::exchange(high, -low);
   }
-  return high - low < high * kTolerance;  // false for a NaN
+  return high - low < high * kTolerance;
 }
 
 }  // namespace
@@ -149,7 +151,9 @@ void SectionMultiModel::OnSubModelChanged(int paramID, float value) {
 
 void SectionMultiModel::SuspendSignaling() {
   if (++suspendCount_ > 1) return;
-  for (const auto& model : models_) model->SuspendSignaling();
+  FirstException failure;
+  for (const auto& model : models_) failure.Catch([&model] { model->SuspendSignaling(); });
+  failure.Rethrow();
 }
 
 void SectionMultiModel::ResumeSignaling(bool sendSignals) {

@@ -10,11 +10,10 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/models/section_model_interface.h"
 
 namespace orvel {
-
-class FirstException;
 
 /// The section models of several clips as one: a read gives the common value or tells that the
 /// clips differ, a write goes to every clip, and the clips' signals become one. Definitions,
@@ -90,7 +89,7 @@ class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
   std::string adjustmentsMode_;
   Models models_;
   std::map<std::int32_t, float> cachedSignals_;  // the last value of each
-  ChangeSignal modelChangedSignal_;
+  boost::signals2::signal<void(int, float), CallEverySlot> modelChangedSignal_;
   std::vector<boost::signals2::scoped_connection> subModelConnections_;
   bool sending_ = false;  // models are being written or resumed
   std::uint32_t suspendCount_ = 0;

@@ -75,6 +75,7 @@ TEST_F(SectionActions, ADragIsOneStepThatLeadsBackToWhereItBegan) {
       const auto action = isOffset ? CreateOffsetModelParamAction(model, 1, 0.1f, u"")
                                    : CreateSetModelParamAction(model, 1, 0.1f, u"");
       EXPECT_EQ(action->GetActionType(), kActionType_SetSectionModelParam);
+      if (isOffset) ChangeActionParamValue(action, std::nanf(""));  // no place to go to
       for (const float value : {0.1f, 1.0f, -0.9f, 0.25f}) {
         ChangeActionParamValue(action, value);
         stack->Execute(action);

@@ -207,6 +207,50 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
   EXPECT_EQ(CountSections(), 3u);
 }
 
+TEST_F(OrvelModelTest, OfTwoRebuildsTheOneMadeInsideTheOtherHolds) {
+  Select({a});
+  bool once = true;
+  const auto rebuild = [&](bool) {
+    if (std::exchange(once, false)) model->Refresh();
+  };
+  Section("model_loudness").onSetActive = rebuild;  // the one that is let go
+  model->Refresh();
+  EXPECT_EQ(CountSections(), 5u);
+  once = true;
+  factory::SetGenericFactoryFunction([&](const auto& mode, const auto& section, const auto& handler,
+                                         const auto& clips, bool flag, auto& made) {
+    CreateFakeSection(mode, section, handler, clips, flag, made);
+    dynamic_cast<FakeSectionModel&>(*made).onSetActive = rebuild;
+  });
+  model->Refresh();
+  EXPECT_EQ(CountSections(), 5u);
+}
+
+TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
+  Select({a});
+  const auto fail = [](auto&&...) { throw std::runtime_error("host"); };
+  Section("model_clarity").onSetActive = fail;
+  Section("model_loudness").onSuspend = fail;
+  a->onAttach = fail;
+  EXPECT_THROW(session->Select({a, b}), std::runtime_error);
+  Loop().Drain();
+  EXPECT_EQ(model->GetMixTypeClipModels(), (MixTypeClipModels{a, b}));
+  EXPECT_EQ(CountSections(), 5u);
+  a->onAttach.clear();
+  factory::SetGenericFactoryFunction([&](const auto& mode, const auto& section, const auto& handler,
+                                         const auto& clips, bool flag, auto& made) {
+    if (section.GetModelID() == "model_clarity") fail();
+    CreateFakeSection(mode, section, handler, clips, flag, made);
+  });
+  EXPECT_THROW(model->Refresh(), std::runtime_error);
+  EXPECT_EQ(CountSections(), 4u);
+  log.clear();
+  a->SetAdjustmentsMode("music");
+  b->SetAdjustmentsMode("music");
+  Loop().Drain();
+  EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));  // no suspension was left behind
+}
+
 TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
   Select({a});
   bool throws = true;
@@ -214,8 +258,12 @@ TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
       model->RegisterForModelChanges([&](auto&&...) {
         if (throws) throw std::runtime_error("model");
       });
+  int heard = 0;
+  const boost::signals2::scoped_connection behind =
+      model->RegisterForModelChanges([&heard](auto&&...) { ++heard; });
   a->SetAdjustmentsMode("music");
   EXPECT_THROW(Loop().RunTurn(), std::runtime_error);
+  EXPECT_EQ(heard, 1);
   EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));
   throws = false;
   a->SetAdjustmentsMode("dialog");

@@ -64,7 +64,8 @@ TEST_F(MultiModel, CallsValuesEqualWithinAThousandthAndIdenticalOnlyToTheLastBit
       {{0.5f, 0.5f, 0.5f}, 0, true},  {{0.5f, 0.5004f}, 0, false}, {{0.5f, 0.6f}, 5, false},
       {{0.5f, 0.5f, 0.4f}, 5, false}, {{1.0f, 0.9989f}, 5, false}, {{-0.5f, -0.5002f}, 0, false},
       {{-0.5f, -0.6f}, 5, false},     {{-0.5f, 0.5f}, 5, false},   {{0.0f, -0.0f}, 0, true},
-      {{0.0f, -0.1f}, 5, false},      {{kNan, kNan}, 5, false},    {{kNan}, 0, true},
+      {{0.0f, -0.1f}, 5, false},      {{kNan, kNan}, 5, false},    {{kNan, 0.5f}, 5, false},
+      {{0.5f, kNan}, 5, false},       {{kNan}, 0, true},
   };
   for (const auto& row : table) {
     SCOPED_TRACE(::testing::PrintToString(row.values));
@@ -240,8 +241,12 @@ TEST_F(MultiModel, AnExceptionGoesOnAfterEverybodyWasReached) {
     if (id == 1) throw std::runtime_error("listener");
   };
   const boost::signals2::scoped_connection listener = multi->RegisterForModelChanges(fail);
+  int heard = 0;
+  const boost::signals2::scoped_connection behind =
+      multi->RegisterForModelChanges([&heard](int, float) { ++heard; });
   EXPECT_THROW(multi->SetParamsNormalized({{1, 0.5f}, {2, 0.5f}}), std::runtime_error);
   EXPECT_THAT(TakeSignals(), ElementsAre(Pair(1, 0.5f), Pair(2, 0.5f)));
+  EXPECT_EQ(heard, 2);
   const boost::signals2::scoped_connection inside = Member(0).changed.connect(fail);
   EXPECT_THROW(multi->SetParamNormalized(1, 0.6f), std::runtime_error);
   EXPECT_EQ(Member(1).values[1], 0.6f);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -71,10 +72,16 @@ class FakeSectionModel : public SectionModelInterface {
       const ChangeSignal::slot_type& slot) override {
     return changed.connect(slot);
   }
-  void SetActive(bool on) override { active = on; }
+  void SetActive(bool on) override {
+    active = on;
+    if (onSetActive) onSetActive(on);
+  }
   bool IsActive() const override { return active; }
   std::string GetAdjustmentsMode() override { return mode; }
-  void SuspendSignaling() override { ++suspendCount; }
+  void SuspendSignaling() override {
+    ++suspendCount;
+    if (onSuspend) onSuspend();
+  }
   void ResumeSignaling(bool sendSignals) override {
     resumes.push_back(sendSignals);
     if (--suspendCount > 0) return;
@@ -107,6 +114,8 @@ class FakeSectionModel : public SectionModelInterface {
   int suspendCount = 0;
   std::vector<bool> resumes;  // with what each was asked
   ChangeSignal changed;
+  std::function<void(bool on)> onSetActive;
+  std::function<void()> onSuspend;
 
  private:
   const std::vector<ParamDefinition>& Params() const { return definition.GetParamDefinitions(); }
