@@ -2,6 +2,7 @@
 #include <exception>
 #include <iostream>
 
+#include "apps/orvel/analyze_command.h"
 #include "apps/orvel/catalogue_commands.h"
 #include "apps/orvel/exit_code.h"
 #include "apps/orvel/render_command.h"
@@ -11,6 +12,7 @@ namespace {
 constexpr const char* kUsage =
     "Usage: orvel COMMAND ...\n"
     "\n"
+    "  analyze     measures loudness, peaks, noise and hum of audio files\n"
     "  render      applies volume, pan and stereo width to an audio file\n"
     "  sections    lists a mode's sections, and what each control does to the effects\n"
     "  presets     lists the presets that come with the library\n"
@@ -19,6 +21,9 @@ constexpr const char* kUsage =
 
 int Run(int argc, char** argv) {
   const char* command = argc > 1 ? argv[1] : "";
+  if (std::strcmp(command, "analyze") == 0) {
+    return orvelcli::RunAnalyze(argc - 1, argv + 1);
+  }
   if (std::strcmp(command, "render") == 0) {
     return orvelcli::RunRender(argc - 1, argv + 1);
   }

@@ -1,6 +1,5 @@
 #include "apps/orvel/render_command.h"
 
-#include <csignal>
 #include <cstdio>
 #include <iostream>
 #include <optional>
@@ -10,6 +9,7 @@
 #include <getopt.h>
 
 #include "apps/orvel/exit_code.h"
+#include "apps/orvel/interrupt.h"
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
 #include "host/render/renderer.h"
@@ -35,10 +35,6 @@ constexpr const char* kUsage =
     "  -h, --help         prints this\n"
     "\n"
     "What can be set:\n";
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void Interrupt(int /*signal*/) { interrupted = 1; }
 
 struct Arguments {
   std::vector<std::string> inputs;
@@ -96,20 +92,19 @@ std::optional<Arguments> ParseArguments(int argc, char** argv) {
 }
 
 int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
-  std::signal(SIGINT, &Interrupt);
-  std::signal(SIGTERM, &Interrupt);
+  NoteInterrupts();
   orvelhost::RenderReport report;
   try {
     const orvelhost::Host host;
     ProgressBar bar;
     request.progress = [&bar](double done) {
       bar.Show(done);
-      return interrupted == 0;
+      return !WasInterrupted();
     };
     report = orvelhost::Render(host, request);
   } catch (const orvelhost::AudioError& error) {
     std::cerr << "orvel render: " << error.what() << "\n";
-    return interrupted == 0 ? kExit_Failed : kExit_Interrupted;
+    return WasInterrupted() ? kExit_Interrupted : kExit_Failed;
   }
   for (const std::string& note : report.notes) {
     std::cerr << "orvel render: note: " << note << "\n";

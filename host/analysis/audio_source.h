@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "host/audio/audio_block.h"
 #include "host/audio/audio_reader.h"

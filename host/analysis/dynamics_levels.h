@@ -1,17 +1,18 @@
 #pragma once
 
 #include <optional>
-#include <vector>
 
+#include "host/analysis/level_histogram.h"
 #include "host/audio/audio_block.h"
 
 namespace orvelhost {
 
-/// Between which levels a clip moves, pauses left out: what
-/// orvel::SectionClarityConfig::ComputeDynamicsProcessorSettings takes. In dBFS, upper >= lower.
+/// Between which levels a clip moves where it is not in a pause: what
+/// orvel::SectionClarityConfig::ComputeDynamicsProcessorSettings takes. Peaks of windows of 50 ms,
+/// in dBFS; upper >= lower.
 struct DynamicsLevels {
-  float upper;  ///< of the louder parts
-  float lower;  ///< of the quieter parts
+  float upper;  ///< a twentieth is louder
+  float lower;  ///< a fifth is quieter
 };
 
 /// Measures them over a stream, in memory that does not grow with its length.
@@ -25,12 +26,10 @@ class DynamicsMeter {
   std::optional<DynamicsLevels> Measure() const;
 
  private:
-  void EndWindow();
-
   std::size_t windowSize_;
   std::size_t filled_ = 0;
   float peak_ = 0.0f;
-  std::vector<std::uint32_t> histogram_;
+  LevelHistogram levels_;
 };
 
 }  // namespace orvelhost

@@ -26,7 +26,7 @@ class LevelMeter::Meter {
       : format_(format),
         state_(ebur128_init(static_cast<unsigned>(format.channelCount),
                             static_cast<unsigned long>(format.sampleRate),
-                            EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK)) {
+                            EBUR128_MODE_I | EBUR128_MODE_LRA | EBUR128_MODE_TRUE_PEAK)) {
     if (!state_) {
       throw std::bad_alloc();
     }
@@ -55,6 +55,7 @@ class LevelMeter::Meter {
   Levels Measure() const {
     Levels levels{};
     ebur128_loudness_global(state_.get(), &levels.loudness);
+    ebur128_loudness_range(state_.get(), &levels.loudnessRange);
     double samplePeak = 0.0;
     double truePeak = 0.0;
     for (unsigned channel = 0; channel < state_->channels; ++channel) {

@@ -9,9 +9,10 @@ namespace orvelhost {
 
 /// What was measured over a whole stream. Silence measures as minus infinity.
 struct Levels {
-  double loudness;    ///< integrated loudness in LUFS (EBU R 128, ITU-R BS.1770-4)
-  double samplePeak;  ///< the largest sample in dBFS
-  double truePeak;    ///< the largest peak between samples in dBTP (BS.1770-4, Annex 2)
+  double loudness;       ///< integrated loudness in LUFS (EBU R 128, ITU-R BS.1770-4)
+  double loudnessRange;  ///< in LU (EBU Tech 3342); 0 for less than 3 seconds
+  double samplePeak;     ///< the largest sample in dBFS
+  double truePeak;       ///< the largest peak between samples in dBTP (BS.1770-4, Annex 2)
   /// Energy of (L-R)/2 over that of (L+R)/2, in dB; none when the stream is not stereo.
   std::optional<double> width;
 };

@@ -1,0 +1,89 @@
+#include "host/analysis/analysis_cache.h"
+
+#include <fstream>
+#include <system_error>
+#include <tuple>
+#include <vector>
+
+#include <sys/stat.h>
+
+#include "host/audio/audio_error.h"
+#include "host/audio/ffmpeg.h"
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+extern "C" {
+#include <libavutil/mem.h>
+#include <libavutil/murmur3.h>
+}
+#pragma GCC diagnostic pop
+
+namespace orvelhost {
+namespace {
+
+/// What of a file's entry in its folder changes with its content.
+using Identity = std::tuple<dev_t, ino_t, off_t, std::int64_t, std::int64_t>;
+
+std::string HashOfBytes(const std::filesystem::path& path) {
+  struct FreeState {
+    void operator()(AVMurMur3* state) const { av_free(state); }
+  };
+  const std::unique_ptr<AVMurMur3, FreeState> state(av_murmur3_alloc());
+  if (!state) {
+    throw std::bad_alloc();
+  }
+  av_murmur3_init(state.get());
+  std::ifstream file(path, std::ios::binary);
+  std::vector<char> piece(1 << 20);
+  do {
+    file.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    av_murmur3_update(state.get(), reinterpret_cast<const std::uint8_t*>(piece.data()),
+                      static_cast<std::size_t>(file.gcount()));
+  } while (file);
+  if (!file.eof()) {
+    throw AudioError("cannot read " + Quoted(path));
+  }
+  std::uint8_t hash[16];
+  av_murmur3_final(state.get(), hash);
+  return {reinterpret_cast<const char*>(hash), sizeof hash};
+}
+
+}  // namespace
+
+std::string ContentKey(const std::filesystem::path& path) {
+  static std::mutex mutex;
+  static std::map<Identity, std::string> known;
+
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    throw AudioError("cannot read " + Quoted(path) + ": " + std::generic_category().message(errno));
+  }
+  const Identity identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                          status.st_mtim.tv_nsec};
+  {
+    const std::lock_guard lock(mutex);
+    if (const auto found = known.find(identity); found != known.end()) {
+      return found->second;
+    }
+  }
+  const std::string hash = HashOfBytes(path);
+  const std::lock_guard lock(mutex);
+  return known.emplace(identity, hash).first->second;
+}
+
+std::shared_ptr<AnalysisCache::Entry> AnalysisCache::Find(const std::string& contentKey,
+                                                          const std::string& work) {
+  const std::lock_guard lock(mutex_);
+  std::shared_ptr<Entry>& entry = entries_[{contentKey, work}];
+  if (!entry) {
+    entry = std::make_shared<Entry>();
+  }
+  return entry;
+}
+
+void AnalysisCache::Forget(const std::string& contentKey) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(entries_, [&](const auto& entry) { return entry.first.first == contentKey; });
+}
+
+}  // namespace orvelhost

@@ -1,0 +1,51 @@
+#include "host/analysis/audio_source.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvelhost {
+namespace {
+
+class BlockSource : public AudioSource {
+ public:
+  explicit BlockSource(std::shared_ptr<const AudioBlock> audio) : audio_(std::move(audio)) {}
+
+  const AudioFormat& Format() const override { return audio_->Format(); }
+  std::int64_t StatedFrameCount() const override {
+    return static_cast<std::int64_t>(audio_->FrameCount());
+  }
+
+  bool Read(AudioBlock& block) override {
+    constexpr std::size_t kPiece = 4096;
+    const std::size_t count = std::min(kPiece, audio_->FrameCount() - position_);
+    if (count == 0) {
+      return false;
+    }
+    AudioBlock piece(audio_->Format(), count);
+    for (int channel = 0; channel < audio_->ChannelCount(); ++channel) {
+      std::ranges::copy(audio_->Channel(channel).subspan(position_, count),
+                        piece.Channel(channel).begin());
+    }
+    position_ += count;
+    block = std::move(piece);
+    return true;
+  }
+
+ private:
+  std::shared_ptr<const AudioBlock> audio_;
+  std::size_t position_ = 0;
+};
+
+}  // namespace
+
+AudioOpener OpenerOf(const std::filesystem::path& path) {
+  return [path] { return std::make_unique<FileSource>(path); };
+}
+
+AudioOpener OpenerOf(AudioBlock audio) {
+  return [shared = std::make_shared<const AudioBlock>(std::move(audio))] {
+    return std::make_unique<BlockSource>(shared);
+  };
+}
+
+}  // namespace orvelhost

@@ -1,0 +1,57 @@
+#include "host/analysis/dynamics_levels.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvelhost {
+namespace {
+
+constexpr double kWindow = 0.05;     // seconds; about the time in which loudness is felt
+constexpr double kSilence = -100.0;  // dBFS, the lowest level that the settings know
+constexpr double kLoudest = 220.0;   // dBFS; the loudest sample that a reader lets through is less
+
+}  // namespace
+
+DynamicsMeter::DynamicsMeter(const AudioFormat& format)
+    : windowSize_(static_cast<std::size_t>(std::lround(kWindow * format.sampleRate))),
+      levels_(kSilence, kLoudest, 0.1) {}
+
+void DynamicsMeter::Add(const AudioBlock& block) {
+  for (std::size_t begin = 0; begin < block.FrameCount();) {
+    const std::size_t count = std::min(windowSize_ - filled_, block.FrameCount() - begin);
+    for (int channel = 0; channel < block.ChannelCount(); ++channel) {
+      for (const float sample : block.Channel(channel).subspan(begin, count)) {
+        peak_ = std::max(peak_, std::abs(sample));
+      }
+    }
+    begin += count;
+    filled_ += count;
+    if (filled_ == windowSize_) {
+      if (const double level = 20.0 * std::log10(peak_); level > kSilence) {
+        levels_.Add(level);
+      }
+      peak_ = 0.0f;
+      filled_ = 0;
+    }
+  }
+}
+
+std::optional<DynamicsLevels> DynamicsMeter::Measure() const {
+  if (levels_.IsEmpty()) {
+    const double rest = 20.0 * std::log10(peak_);
+    return rest > kSilence
+               ? std::optional(DynamicsLevels{static_cast<float>(rest), static_cast<float>(rest)})
+               : std::nullopt;
+  }
+  // Where the quietest stretches lie far below the loud ones they are pauses, and what reaches
+  // above them is not.
+  constexpr double kDepthOfPauses = 12.0;
+  constexpr double kAbovePauses = 6.0;
+  const double pauses = levels_.Quantile(0.05);
+  const bool hasPauses = levels_.Quantile(0.95) - pauses > kDepthOfPauses;
+  const double gate = hasPauses ? pauses + kAbovePauses : kSilence;
+  return DynamicsLevels{static_cast<float>(levels_.Quantile(0.95, gate)),
+                        static_cast<float>(levels_.Quantile(0.2, gate))};
+}
+
+}  // namespace orvelhost

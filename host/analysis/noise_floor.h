@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "host/analysis/level_histogram.h"
+#include "host/audio/audio_block.h"
+
+namespace orvelhost {
+
+/// Measures how quiet a stream is where it is quietest.
+class NoiseFloorMeter {
+ public:
+  explicit NoiseFloorMeter(const AudioFormat& format);
+
+  void Add(const AudioBlock& block);
+
+  /// The root mean square, in dBFS over all channels and without offset, that a twentieth of all
+  /// stretches of a tenth of a second stay below. Stretches of digital silence are cuts and count
+  /// for nothing; minus infinity when there is nothing else.
+  double Measure() const;
+
+ private:
+  struct Sums {
+    double value = 0.0;
+    double square = 0.0;
+  };
+
+  double WindowLevel() const;
+
+  std::size_t windowSize_;
+  std::size_t filled_ = 0;
+  std::vector<Sums> channels_;
+  LevelHistogram levels_;
+};
+
+}  // namespace orvelhost
