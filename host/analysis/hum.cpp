@@ -23,6 +23,7 @@ constexpr double kHighest = 500.0;                                     // Hz
 constexpr std::size_t kBinCount = static_cast<std::size_t>(kHighest / kBinWidth) + 32;
 constexpr int kHarmonics = 8;
 constexpr double kDeviation = 0.5;  // Hz; grids stray by less
+constexpr double kChance = 10.0;    // dB by which noise may stand out when it is seen for long
 
 /// Music and voices are away from a tone's place for more than this part of the time.
 constexpr double kSteadyPart = 0.3;
@@ -61,7 +62,7 @@ double Background(const SteadySpectrum& levels, double frequency) {
 
 /// By how many dB a tone at `frequency` stands above its surroundings; negative beside a tone.
 double Prominence(const SteadySpectrum& levels, double frequency) {
-  constexpr double kAside = 0.8;  // Hz; a tone has lost 14 dB there
+  constexpr double kAside = 1.0;  // Hz; nothing is left of a steady tone there
   return levels[BinOf(frequency)] -
          std::max({levels[BinOf(frequency - kAside)], levels[BinOf(frequency + kAside)],
                    Background(levels, frequency)});
@@ -71,13 +72,13 @@ double Prominence(const SteadySpectrum& levels, double frequency) {
 double LikelyBase(const SteadySpectrum& levels, double mains) {
   constexpr double kStep = 0.02;
   constexpr double kMost = 20.0;  // dB that one harmonic may bring in, so that none decides alone
-  constexpr double kCentring = 0.01;  // but the middle of a strong tone is preferred to its slopes
+  constexpr double kCentring = 0.1;  // but the middle of a strong tone is preferred to its slopes
   double best = mains;
   double bestScore = -1.0;
   for (double base = mains - kDeviation; base <= mains + kDeviation; base += kStep) {
     double score = 0.0;
     for (int harmonic = 1; harmonic <= kHarmonics; ++harmonic) {
-      const double prominence = std::max(0.0, Prominence(levels, harmonic * base));
+      const double prominence = std::max(0.0, Prominence(levels, harmonic * base) - kChance);
       score += std::min(prominence, kMost) + kCentring * prominence;
     }
     if (score > bestScore) {
@@ -168,10 +169,25 @@ class HumFinder::Finder {
     return frequency + excess / (2 * std::numbers::pi * kHopSeconds);
   }
 
+  /// `base` as its most prominent harmonic has it.
+  double RefineBase(const SteadySpectrum& levels, double base) const {
+    int clearest = 1;
+    for (int harmonic = 2; harmonic <= kHarmonics; ++harmonic) {
+      if (Prominence(levels, harmonic * base) > Prominence(levels, clearest * base)) {
+        clearest = harmonic;
+      }
+    }
+    return Refine(clearest * base) / clearest;
+  }
+
   std::optional<Hum> FindNear(const SteadySpectrum& levels, double mains) const {
+    constexpr double kAgreement = 0.1;  // Hz between the bases that two harmonics tell
     // What chance lifts above the surroundings shrinks with the number of segments.
-    const double least = 10.0 + 12.0 / std::sqrt(static_cast<double>(segmentCount_));
-    const double likely = LikelyBase(levels, mains);
+    const double least = kChance + 12.0 / std::sqrt(static_cast<double>(segmentCount_));
+    const double likely = RefineBase(levels, LikelyBase(levels, mains));
+    if (std::abs(likely - mains) > kDeviation) {
+      return std::nullopt;
+    }
     double weightSum = 0.0;
     double weighted = 0.0;
     double power = 0.0;
@@ -180,7 +196,7 @@ class HumFinder::Finder {
     for (int harmonic = 1; harmonic <= kHarmonics; ++harmonic) {
       const double prominence = Prominence(levels, harmonic * likely);
       const double frequency = Refine(harmonic * likely);
-      if (prominence < least || std::abs(frequency / harmonic - likely) > 0.15) {
+      if (prominence < least || std::abs(frequency / harmonic - likely) > kAgreement) {
         continue;
       }
       (harmonic == 1 ? hasBase = true : ++overtones);
@@ -194,11 +210,7 @@ class HumFinder::Finder {
     if (!hasBase && overtones < 2) {
       return std::nullopt;  // a single tone there may be anything
     }
-    const double base = weighted / weightSum;
-    if (std::abs(base - mains) > kDeviation) {
-      return std::nullopt;
-    }
-    return Hum{base, 10.0 * std::log10(power)};
+    return Hum{weighted / weightSum, 10.0 * std::log10(power)};
   }
 
   std::vector<Channel> channels_;
