@@ -8,13 +8,17 @@
 
 namespace orvelhost {
 
-/// From a quarter of the clip's duration to four times it, at most a day; {0, 0} for no audio.
+/// The durations that Stretch is good for: from a quarter of the clip's to four times it, at most a
+/// day.
 DurationRange StretchRange(double duration);
 
-/// The input at its pitch and of `frameCount` frames. The input is opened twice and first read as a
-/// whole, which `progress` tells about; after that the result comes block by block in bounded
-/// memory. Throws AudioError when reading fails, and Cancelled.
-std::unique_ptr<AudioSource> Stretch(const AudioOpener& input, std::int64_t frameCount,
-                                     const Progress& progress = {});
+/// `input`, which gives `inputFrameCount` frames, at its pitch and with exactly `frameCount`
+/// frames, block by block and in bounded memory. What an input lacks of its stated length is silent
+/// at the end. Equal counts leave the samples as they are. Throws AudioError when reading fails.
+std::unique_ptr<AudioSource> Stretch(std::unique_ptr<AudioSource> input,
+                                     std::int64_t inputFrameCount, std::int64_t frameCount);
+
+/// Reads the source to its end.
+std::int64_t CountFrames(AudioSource& source, const Progress& progress = {});
 
 }  // namespace orvelhost

@@ -1,0 +1,133 @@
+#include "host/timing/stretch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include <rubberband/RubberBandStretcher.h>
+
+namespace orvelhost {
+namespace {
+
+using RubberBand::RubberBandStretcher;
+
+/// Rows of samples as the library takes them.
+std::vector<const float*> RowsOf(const AudioBlock& block) {
+  std::vector<const float*> rows;
+  for (int channel = 0; channel < block.ChannelCount(); ++channel) {
+    rows.push_back(block.Channel(channel).data());
+  }
+  return rows;
+}
+
+AudioBlock Piece(const AudioBlock& block, std::size_t begin, std::size_t count) {
+  AudioBlock piece(block.Format(), count);
+  for (int channel = 0; channel < block.ChannelCount(); ++channel) {
+    std::ranges::copy(block.Channel(channel).subspan(begin, count), piece.Channel(channel).begin());
+  }
+  return piece;
+}
+
+class StretchedSource : public AudioSource {
+ public:
+  StretchedSource(std::unique_ptr<AudioSource> input, std::int64_t inputFrameCount,
+                  std::int64_t frameCount)
+      : input_(std::move(input)),
+        format_(input_->Format()),
+        inputLeft_(inputFrameCount),
+        total_(frameCount),
+        left_(frameCount),
+        stretcher_(static_cast<std::size_t>(format_.sampleRate),
+                   static_cast<std::size_t>(format_.channelCount),
+                   RubberBandStretcher::OptionProcessOffline |
+                       RubberBandStretcher::OptionEngineFiner |
+                       RubberBandStretcher::OptionChannelsTogether |
+                       RubberBandStretcher::OptionThreadingNever,
+                   static_cast<double>(frameCount) / static_cast<double>(inputFrameCount)) {
+    stretcher_.setExpectedInputDuration(static_cast<std::size_t>(inputFrameCount));
+    stretcher_.setMaxProcessSize(kPiece);
+  }
+
+  const AudioFormat& Format() const override { return format_; }
+  std::int64_t StatedFrameCount() const override { return total_; }
+
+  bool Read(AudioBlock& block) override {
+    if (left_ == 0) {
+      return false;
+    }
+    while (!fed_ && stretcher_.available() == 0) {
+      Feed();
+    }
+    const int available = stretcher_.available();
+    // The library's own length may differ from the promised one by a few samples.
+    const std::size_t count = static_cast<std::size_t>(
+        std::min<std::int64_t>(left_, available > 0 ? available : std::int64_t{kPiece}));
+    AudioBlock made(format_, count);
+    if (available > 0) {
+      std::vector<float*> rows;
+      for (int channel = 0; channel < format_.channelCount; ++channel) {
+        rows.push_back(made.Channel(channel).data());
+      }
+      stretcher_.retrieve(rows.data(), count);
+    }
+    left_ -= static_cast<std::int64_t>(count);
+    block = std::move(made);
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kPiece = 4096;
+
+  /// Hands the next piece of the input to the library, and silence where the input ended too early.
+  void Feed() {
+    if (position_ == pending_.FrameCount() && inputLeft_ > 0) {
+      position_ = 0;
+      if (!input_->Read(pending_)) {
+        pending_ = AudioBlock(format_, kPiece);
+      }
+    }
+    const std::size_t count = static_cast<std::size_t>(
+        std::min<std::int64_t>({inputLeft_, std::int64_t{kPiece},
+                                static_cast<std::int64_t>(pending_.FrameCount() - position_)}));
+    const AudioBlock piece = Piece(pending_, position_, count);
+    position_ += count;
+    inputLeft_ -= static_cast<std::int64_t>(count);
+    fed_ = inputLeft_ == 0;
+    stretcher_.process(RowsOf(piece).data(), count, fed_);
+  }
+
+  std::unique_ptr<AudioSource> input_;
+  AudioFormat format_;
+  AudioBlock pending_;
+  std::size_t position_ = 0;
+  std::int64_t inputLeft_;
+  bool fed_ = false;
+  std::int64_t total_;
+  std::int64_t left_;
+  RubberBandStretcher stretcher_;
+};
+
+}  // namespace
+
+DurationRange StretchRange(double duration) {
+  constexpr double kDay = 86400.0;
+  return {std::min(kDay, duration / 4), std::min(kDay, duration * 4)};
+}
+
+std::unique_ptr<AudioSource> Stretch(std::unique_ptr<AudioSource> input,
+                                     std::int64_t inputFrameCount, std::int64_t frameCount) {
+  if (inputFrameCount == frameCount) {
+    return input;
+  }
+  return std::make_unique<StretchedSource>(std::move(input), inputFrameCount, frameCount);
+}
+
+std::int64_t CountFrames(AudioSource& source, const Progress& progress) {
+  ProgressingReader reader(source, progress);
+  for (AudioBlock block; reader.Read(block);) {
+  }
+  return reader.FrameCount();
+}
+
+}  // namespace orvelhost
