@@ -4,19 +4,24 @@
 #include <vector>
 
 #include "host/analysis/audio_source.h"
+#include "host/analysis/music_features.h"
 #include "host/analysis/progress.h"
 
 namespace orvelhost {
 
 /// The beats of a clip of music.
 struct Beats {
-  std::vector<double> times;  ///< in seconds, rising, evenly laid; at least eight
-  double tempo;               ///< beats per minute, over the whole clip
+  std::vector<double>
+      times;     ///< in seconds, rising, from the clip's begin to its end; eight or more
+  double tempo;  ///< beats per minute, over the whole clip
 };
 
-/// Follows the beat of a source and straightens what it finds. None when there is no steady beat:
-/// speech, noise, silence, less than four seconds. Throws AudioError when reading fails, and
-/// Cancelled.
+/// Straightens the beats that were followed: each is moved onto the line through its neighbours,
+/// gaps are filled, and the grid is led on to both ends of the clip. None when there is no steady
+/// beat, as in speech, noise and silence, or when fewer than eight beats were heard.
+std::optional<Beats> StraightenBeats(const MusicFeatures& features);
+
+/// The beats of a source. Throws AudioError when reading fails, and Cancelled.
 std::optional<Beats> FindBeats(AudioSource& source, const Progress& progress = {});
 
 }  // namespace orvelhost
