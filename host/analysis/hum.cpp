@@ -28,6 +28,8 @@ constexpr double kChance = 10.0;    // dB by which noise may stand out when it i
 /// Music and voices are away from a tone's place for more than this part of the time.
 constexpr double kSteadyPart = 0.3;
 
+constexpr double kInaudible = -110.0;  // dBFS; deeper down the rounding of samples makes tones, too
+
 std::size_t BinOf(double frequency) {
   return static_cast<std::size_t>(std::lround(frequency / kBinWidth));
 }
@@ -93,13 +95,16 @@ double LikelyBase(const SteadySpectrum& levels, double mains) {
 
 class HumFinder::Finder {
  public:
-  explicit Finder(const AudioFormat& format)
-      : channels_(static_cast<std::size_t>(format.channelCount), Channel(format.sampleRate)) {}
+  explicit Finder(const AudioFormat& format) {
+    for (int channel = 0; channel < format.channelCount; ++channel) {
+      channels_.emplace_back(format.sampleRate);
+    }
+  }
 
   void Add(const AudioBlock& block) {
     for (std::size_t index = 0; index < channels_.size(); ++index) {
       Channel& channel = channels_[index];
-      channel.resampler->Add(block.Channel(static_cast<int>(index)), channel.samples);
+      channel.resampler.Add(block.Channel(static_cast<int>(index)), channel.samples);
     }
     while (channels_.front().samples.size() >= kSegment) {
       AddSegment();
@@ -126,10 +131,9 @@ class HumFinder::Finder {
 
  private:
   struct Channel {
-    explicit Channel(int sampleRate)
-        : resampler(std::make_shared<MonoResampler>(sampleRate, kRate)) {}
+    explicit Channel(int sampleRate) : resampler(sampleRate, kRate) {}
 
-    std::shared_ptr<MonoResampler> resampler;
+    MonoResampler resampler;
     std::vector<double> samples;
     std::vector<std::complex<double>> lastSpectrum;
   };
@@ -217,7 +221,7 @@ class HumFinder::Finder {
   Spectrum transform_{kTransform};
   std::vector<double> window_ = HannWindow(kSegment);
   std::vector<LevelHistogram> histograms_ =
-      std::vector<LevelHistogram>(kBinCount, LevelHistogram(-160.0, 40.0, 0.25));
+      std::vector<LevelHistogram>(kBinCount, LevelHistogram(kInaudible, 40.0, 0.25));
   std::vector<std::complex<double>> turns_ = std::vector<std::complex<double>>(kBinCount);
   int segmentCount_ = 0;
 };

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
+#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -50,6 +52,10 @@ TEST_F(CliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
     const char* message;
   } cases[] = {
       {"frobnicate", 2, "'frobnicate'"},
+      {"analyze", 2, "give a file"},
+      {"analyze in.wav --frob", 2, "--frob"},
+      {"analyze missing.wav", 1, "'missing.wav'"},
+      {"analyze text.txt --json", 1, "'text.txt'"},
       {"render", 2, "one input"},
       {"render in.wav", 2, "-o"},
       {"render -o out.wav", 2, "one input"},
@@ -98,6 +104,39 @@ TEST_F(CliTest, RendersAndPrintsWhatChanged) {
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
   std::filesystem::rename(folder_ / "in.wav", folder_ / "take:12.wav");
   EXPECT_EQ(Run("render take:12.wav -o out.wav").exitCode, 0) << "a colon makes no protocol";
+}
+
+TEST_F(CliTest, AnalyzesEachFileThatCanBeRead) {
+  using teskcore::serialization::GetVariantInObject;
+  using teskcore::serialization::JSONObject;
+  using teskcore::serialization::JSONParse;
+  using teskcore::serialization::JSONToFloat;
+  using teskcore::serialization::NullType;
+  WriteFile(folder_ / "hum.wav", Make(48000, 1, 4.0, Harmonics(50.1, {0.1, 0.05})));
+  const Outcome outcome = Run("analyze in.wav text.txt hum.wav --json");
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors, HasSubstr("'text.txt'"));
+  std::istringstream lines(outcome.output);
+  std::string line;
+  ASSERT_TRUE(std::getline(lines, line));
+  const auto plain = JSONParse(line);
+  ASSERT_NE(plain, nullptr);
+  EXPECT_EQ(boost::any_cast<const JSONObject&>(*plain).size(), 11u);
+  EXPECT_NE(boost::any_cast<NullType>(GetVariantInObject(plain, "hum_hz").get()), nullptr);
+  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(plain, "sample_peak_dbfs")), -12.04f, 0.01f);
+  EXPECT_EQ(JSONToFloat(*GetVariantInObject(plain, "channels")), 2.0f);
+  ASSERT_TRUE(std::getline(lines, line));
+  const auto hum = JSONParse(line);
+  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(hum, "hum_hz")), 50.1f, 0.02f);
+  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(hum, "hum_dbfs")), -22.04f, 0.3f);
+  EXPECT_EQ(JSONToFloat(*GetVariantInObject(hum, "sample_rate")), 48000.0f);
+  EXPECT_EQ(JSONToFloat(*GetVariantInObject(hum, "duration_s")), 4.0f);
+  EXPECT_FALSE(std::getline(lines, line));
+
+  const Outcome text = Run("analyze in.wav hum.wav");
+  EXPECT_EQ(text.exitCode, 0);
+  EXPECT_THAT(text.output, ::testing::ContainsRegex("Sample peak +-12.04 dBFS"));
+  EXPECT_THAT(text.output, ::testing::ContainsRegex("Hum +50.10 Hz"));
 }
 
 TEST_F(CliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {

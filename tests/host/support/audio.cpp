@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "host/audio/audio_reader.h"
 #include "host/audio/audio_writer.h"
 
 namespace orvelhost::testing {
@@ -123,10 +122,14 @@ void WriteFile(const std::filesystem::path& path, const AudioBlock& block) {
 }
 
 AudioBlock ReadFile(const std::filesystem::path& path) {
-  AudioReader reader(path);
-  Joiner joiner(reader.Format());
+  FileSource file(path);
+  return ReadAll(file);
+}
+
+AudioBlock ReadAll(AudioSource& source) {
+  Joiner joiner(source.Format());
   AudioBlock block;
-  while (reader.Read(block)) {
+  while (source.Read(block)) {
     joiner.Add(block);
   }
   return joiner.Join();

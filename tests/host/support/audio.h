@@ -7,6 +7,7 @@
 #include <numbers>
 #include <vector>
 
+#include "host/analysis/audio_source.h"
 #include "host/audio/filter_graph.h"
 
 namespace orvelhost::testing {
@@ -42,6 +43,9 @@ AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& fi
 
 void WriteFile(const std::filesystem::path& path, const AudioBlock& block);
 AudioBlock ReadFile(const std::filesystem::path& path);
+
+/// All that is left of the source.
+AudioBlock ReadAll(AudioSource& source);
 
 std::string ReadBytes(const std::filesystem::path& path);
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes);

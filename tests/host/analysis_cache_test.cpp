@@ -1,0 +1,61 @@
+#include "host/analysis/analysis_cache.h"
+
+#include <atomic>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "host/analysis/progress.h"
+#include "host/audio/audio_error.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+TEST(ContentKey, FollowsTheBytesAndNotTheName) {
+  const TemporaryFolder folder;
+  WriteBytes(folder / "a", "one content");
+  WriteBytes(folder / "b", "one content");
+  WriteBytes(folder / "c", "two content");
+  const std::string key = ContentKey(folder / "a");
+  EXPECT_EQ(ContentKey(folder / "b"), key);
+  EXPECT_NE(ContentKey(folder / "c"), key);
+  WriteBytes(folder / "a", "another content");
+  EXPECT_NE(ContentKey(folder / "a"), key);
+  EXPECT_THROW(ContentKey(folder / "missing"), AudioError);
+  EXPECT_THROW(ContentKey(folder / ""), AudioError);
+}
+
+TEST(AnalysisCache, WorksOncePerContentAndWork) {
+  AnalysisCache cache;
+  int runs = 0;
+  const auto compute = [&runs] { return ++runs; };
+  EXPECT_EQ(cache.Get("a", "levels", compute), 1);
+  EXPECT_EQ(cache.Get("a", "levels", compute), 1);
+  EXPECT_EQ(cache.Get("b", "levels", compute), 2);
+  EXPECT_EQ(cache.Get("a", "beats", compute), 3);
+  cache.Forget("a");
+  EXPECT_EQ(cache.Get("a", "levels", compute), 4);
+  EXPECT_EQ(cache.Get("b", "levels", compute), 2);
+}
+
+TEST(AnalysisCache, KeepsNothingOfWorkThatWasCancelled) {
+  AnalysisCache cache;
+  EXPECT_THROW(cache.Get("a", "levels", []() -> int { throw Cancelled(); }), Cancelled);
+  EXPECT_EQ(cache.Get("a", "levels", [] { return 7; }), 7);
+}
+
+TEST(AnalysisCache, ThreadsThatAskTogetherShareOneRun) {
+  AnalysisCache cache;
+  std::atomic<int> runs = 0;
+  std::vector<std::thread> threads;
+  for (int index = 0; index < 8; ++index) {
+    threads.emplace_back(
+        [&] { EXPECT_EQ(cache.Get("a", "levels", [&runs] { return ++runs; }), 1); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(runs, 1);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

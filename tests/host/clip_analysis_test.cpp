@@ -1,0 +1,160 @@
+#include "host/analysis/clip_analysis.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/support/audio.h"
+#include "tests/host/support/music.h"
+
+namespace orvelhost::testing {
+namespace {
+
+constexpr double kMinusInfinity = -std::numeric_limits<double>::infinity();
+
+ClipAnalysis Analyze(const AudioBlock& audio) { return AnalyzeClip(*OpenerOf(audio)()); }
+
+double Amplitude(double decibels) { return std::pow(10.0, decibels / 20.0); }
+
+TEST(ClipAnalysis, MeasuresASineAsTheStandardsSayAtEveryRate) {
+  for (const int sampleRate : {44100, 48000, 96000}) {
+    for (const int channelCount : {1, 2}) {
+      SCOPED_TRACE(std::to_string(sampleRate) + " " + std::to_string(channelCount));
+      const ClipAnalysis clip = Analyze(Make(sampleRate, channelCount, 4.0, Sine(0.1)));
+      // BS.1770-4: 997 Hz at 0 dBFS in one channel reads as -3.01; a second one doubles the energy.
+      EXPECT_NEAR(clip.loudness, channelCount == 1 ? -23.01 : -20.0, 0.02);
+      EXPECT_NEAR(clip.loudnessRange, 0.0, 0.1);
+      EXPECT_NEAR(clip.samplePeak, -20.0, 0.01);
+      EXPECT_NEAR(clip.truePeak, -20.0, 0.1);
+      EXPECT_NEAR(clip.Duration(), 4.0, 1e-9);
+      EXPECT_EQ(clip.format.channelCount, channelCount);
+      EXPECT_FALSE(clip.hum.has_value());
+    }
+  }
+}
+
+TEST(ClipAnalysis, LoudnessRangeIsTheDistanceOfTwoSteadyParts) {
+  // EBU Tech 3342, test case 1, with shorter parts: 1 kHz at -20 dBFS, then at -30.
+  const AudioBlock audio = Make(48000, 2, 16.0, [](double time, int) {
+    return Sine(Amplitude(time < 8.0 ? -20.0 : -30.0), 1000.0)(time, 0);
+  });
+  EXPECT_NEAR(Analyze(audio).loudnessRange, 10.0, 1.0);
+}
+
+TEST(ClipAnalysis, TheNoiseFloorIsThatOfThePausesWhateverTheOffset) {
+  // Even noise has an RMS of its amplitude less 4.77 dB.
+  const Signal noise = Noise(Amplitude(-60.0));
+  const Signal word = During(0.5, 2.5, Sine(0.3, 300.0));
+  for (const double offset : {0.0, 0.1}) {
+    const Signal direct = [=](double, int) { return offset; };
+    EXPECT_NEAR(Analyze(Make(48000, 2, 3.0, Sum({noise, word, direct}))).noiseFloor, -64.77, 0.5);
+  }
+}
+
+TEST(ClipAnalysis, GapsOfDigitalSilenceAreNoNoiseFloor) {
+  const AudioBlock audio = Make(44100, 1, 4.0, During(0.0, 3.0, Noise(Amplitude(-40.0))));
+  EXPECT_NEAR(Analyze(audio).noiseFloor, -44.77, 0.5);
+}
+
+TEST(ClipAnalysis, DynamicsAreBetweenTheLoudAndTheQuietPartsWithoutPauses) {
+  const Signal speech = [](double time, int) {
+    const double inPhrase = std::fmod(time, 2.0);
+    return Amplitude(inPhrase < 0.8 ? -10.0 : -25.0) * (inPhrase < 1.4 ? 1.0 : 0.0) *
+           Sine(1.0, 400.0)(time, 0);
+  };
+  const auto levels = Analyze(Make(48000, 1, 6.0, Sum({speech, Noise(Amplitude(-60.0))}))).dynamics;
+  ASSERT_TRUE(levels.has_value());
+  EXPECT_NEAR(levels->upper, -10.0f, 0.5f);
+  EXPECT_NEAR(levels->lower, -25.0f, 0.5f);
+  // Without pauses nothing is taken for one.
+  const auto steady = Analyze(Make(48000, 1, 2.0, Sine(Amplitude(-20.0)))).dynamics;
+  EXPECT_NEAR(steady->lower, -20.0f, 0.2f);
+}
+
+TEST(ClipAnalysis, SilenceAndOffsetsHaveNoLevels) {
+  const ClipAnalysis silence = Analyze(Make(48000, 2, 3.0, Sine(0.0)));
+  EXPECT_EQ(silence.loudness, kMinusInfinity);
+  EXPECT_EQ(silence.truePeak, kMinusInfinity);
+  EXPECT_EQ(silence.noiseFloor, kMinusInfinity);
+  EXPECT_FALSE(silence.hum.has_value());
+  EXPECT_FALSE(silence.dynamics.has_value());
+
+  const ClipAnalysis offset = Analyze(Make(48000, 1, 3.0, [](double, int) { return 0.5; }));
+  EXPECT_EQ(offset.noiseFloor, kMinusInfinity);
+  EXPECT_NEAR(offset.samplePeak, -6.02, 0.01);
+  EXPECT_FALSE(offset.hum.has_value());
+}
+
+TEST(ClipAnalysis, TenMillisecondsAreMeasuredAsFarAsTheyGo) {
+  const ClipAnalysis clip = Analyze(Make(44100, 2, 0.01, Sine(0.5)));
+  EXPECT_EQ(clip.frameCount, 441);
+  EXPECT_NEAR(clip.samplePeak, -6.02, 0.05);
+  EXPECT_NEAR(clip.noiseFloor, -9.03, 0.1);
+  EXPECT_NEAR(clip.dynamics->upper, -6.02f, 0.05f);
+  EXPECT_EQ(clip.loudness, kMinusInfinity);
+}
+
+TEST(ClipAnalysis, SamplesThatAreNoNumberSpoilNothing) {
+  const TemporaryFolder folder;
+  AudioBlock audio = Make(48000, 1, 3.0, Sine(0.1));
+  audio.Channel(0)[5000] = std::numeric_limits<float>::quiet_NaN();
+  audio.Channel(0)[9000] = std::numeric_limits<float>::infinity();
+  WriteFile(folder / "a.wav", audio);
+  const ClipAnalysis clip = AnalyzeClip(*OpenerOf(folder / "a.wav")());
+  EXPECT_NEAR(clip.loudness, -23.01, 0.05);
+  EXPECT_NEAR(clip.samplePeak, -20.0, 0.01);
+}
+
+/// Gives the audio of another source in pieces of another size.
+class RecutSource : public AudioSource {
+ public:
+  RecutSource(const AudioBlock& audio, std::size_t size) : audio_(audio), size_(size) {}
+  const AudioFormat& Format() const override { return audio_.Format(); }
+  std::int64_t StatedFrameCount() const override { return 0; }
+  bool Read(AudioBlock& block) override {
+    const std::size_t count = std::min(size_, audio_.FrameCount() - position_);
+    block = AudioBlock(Format(), count);
+    for (int channel = 0; channel < block.ChannelCount(); ++channel) {
+      std::ranges::copy(audio_.Channel(channel).subspan(position_, count),
+                        block.Channel(channel).begin());
+    }
+    position_ += count;
+    return count > 0;
+  }
+
+ private:
+  const AudioBlock& audio_;
+  std::size_t size_;
+  std::size_t position_ = 0;
+};
+
+TEST(ClipAnalysis, DoesNotDependOnTheSizeOfTheBlocks) {
+  const AudioBlock audio =
+      Make(44100, 2, 4.0, Sum({Noise(0.01), Harmonics(50.1, {0.01}), Clicks(150.0)}));
+  RecutSource small(audio, 777);
+  RecutSource whole(audio, audio.FrameCount());
+  const ClipAnalysis one = AnalyzeClip(small);
+  const ClipAnalysis other = AnalyzeClip(whole);
+  EXPECT_EQ(one.frameCount, other.frameCount);
+  EXPECT_NEAR(one.loudness, other.loudness, 1e-9);
+  EXPECT_NEAR(one.noiseFloor, other.noiseFloor, 1e-9);
+  EXPECT_NEAR(one.hum->frequency, other.hum->frequency, 1e-6);
+  EXPECT_EQ(one.dynamics->upper, other.dynamics->upper);
+}
+
+TEST(ClipAnalysis, EndsWhenProgressSaysSoAndCanBeDoneAnew) {
+  const AudioOpener open = OpenerOf(Make(48000, 1, 2.0, Sine(0.1)));
+  double last = -1.0;
+  const Progress half = [&last](double done) {
+    EXPECT_GE(done, last);
+    last = done;
+    return done < 0.5;
+  };
+  EXPECT_THROW(AnalyzeClip(*open(), half), Cancelled);
+  EXPECT_NEAR(last, 0.5, 0.1);
+  EXPECT_NEAR(AnalyzeClip(*open()).loudness, -23.01, 0.05);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing

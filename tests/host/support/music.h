@@ -1,0 +1,26 @@
+#pragma once
+
+#include <vector>
+
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+
+Signal Sum(std::vector<Signal> signals);
+
+/// `signal` from `begin` to `end` seconds, silence around it.
+Signal During(double begin, double end, Signal signal);
+
+/// Tones at the multiples of `base` Hz with the given amplitudes, of arbitrary but fixed phases.
+Signal Harmonics(double base, const std::vector<double>& amplitudes);
+
+/// A short burst on each beat, from time 0 on.
+Signal Clicks(double beatsPerMinute);
+
+/// Music in 4/4 at 120 beats per minute: four chords, one a bar, a drum on each beat and a deep one
+/// on each bar. It repeats after kChordLoop seconds, sample by sample where that is a whole number
+/// of frames.
+Signal ChordLoop();
+inline constexpr double kChordLoop = 8.0;
+
+}  // namespace orvelhost::testing
