@@ -22,8 +22,9 @@ constexpr double kBinWidth = static_cast<double>(kRate) / kTransform;  // Hz
 constexpr double kHighest = 500.0;                                     // Hz
 constexpr std::size_t kBinCount = static_cast<std::size_t>(kHighest / kBinWidth) + 32;
 constexpr int kHarmonics = 8;
-constexpr double kDeviation = 0.5;  // Hz; grids stray by less
+constexpr double kDeviation = 0.3;  // Hz; grids stray by less
 constexpr double kChance = 10.0;    // dB by which noise may stand out when it is seen for long
+constexpr double kMusic = 14.5;     // dB by which music may stand out
 
 /// Music and voices are away from a tone's place for more than this part of the time.
 constexpr double kSteadyPart = 0.3;
@@ -187,7 +188,8 @@ class HumFinder::Finder {
   std::optional<Hum> FindNear(const SteadySpectrum& levels, double mains) const {
     constexpr double kAgreement = 0.1;  // Hz between the bases that two harmonics tell
     // What chance lifts above the surroundings shrinks with the number of segments.
-    const double least = kChance + 12.0 / std::sqrt(static_cast<double>(segmentCount_));
+    const double least =
+        std::max(kMusic, kChance + 12.0 / std::sqrt(static_cast<double>(segmentCount_)));
     const double likely = RefineBase(levels, LikelyBase(levels, mains));
     if (std::abs(likely - mains) > kDeviation) {
       return std::nullopt;
