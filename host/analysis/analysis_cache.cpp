@@ -1,5 +1,6 @@
 #include "host/analysis/analysis_cache.h"
 
+#include <ctime>
 #include <fstream>
 #include <system_error>
 #include <tuple>
@@ -67,8 +68,14 @@ std::string ContentKey(const std::filesystem::path& path) {
     }
   }
   const std::string hash = HashOfBytes(path);
-  const std::lock_guard lock(mutex);
-  return known.emplace(identity, hash).first->second;
+  // Clocks of file systems tick slowly: a file that was written just now may be written again
+  // without a sign of it.
+  constexpr std::time_t kTick = 2;  // seconds
+  if (std::time(nullptr) - status.st_mtim.tv_sec > kTick) {
+    const std::lock_guard lock(mutex);
+    known.emplace(identity, hash);
+  }
+  return hash;
 }
 
 std::shared_ptr<AnalysisCache::Entry> AnalysisCache::Find(const std::string& contentKey,
