@@ -21,23 +21,24 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-/// Counts the beats, by how many usual distances lie between two of them.
+/// Counts the beats, by how many of the distances that were usual lately lie between two of them.
 std::vector<HeardBeat> Number(const std::vector<double>& times) {
-  constexpr std::size_t kMemory = 8;
-  std::vector<double> periods;
-  for (std::size_t index = 1; index < times.size() && index <= kMemory; ++index) {
-    periods.push_back(times[index] - times[index - 1]);
+  constexpr std::size_t kMemory = 16;
+  std::vector<double> distances;
+  for (std::size_t index = 1; index < std::min(times.size(), kMemory); ++index) {
+    distances.push_back(times[index] - times[index - 1]);
   }
-  periods.assign(1, Median(periods));
+  double usual = Median(distances);
   std::vector<HeardBeat> beats = {{0, times.front()}};
   for (std::size_t index = 1; index < times.size(); ++index) {
-    const double distance = times[index] - times[index - 1];
-    const std::size_t known = std::min(kMemory, periods.size());
-    const double usual =
-        Median({periods.end() - static_cast<std::ptrdiff_t>(known), periods.end()});
-    const int steps = std::max(1, static_cast<int>(std::lround(distance / usual)));
-    periods.push_back(distance / steps);
-    beats.push_back({beats.back().number + steps, times[index]});
+    const HeardBeat last = beats.back();
+    const int steps =
+        std::max(1, static_cast<int>(std::lround((times[index] - last.time) / usual)));
+    beats.push_back({last.number + steps, times[index]});
+    if (beats.size() > kMemory) {
+      const HeardBeat& first = beats[beats.size() - 1 - kMemory];
+      usual = (times[index] - first.time) / (beats.back().number - first.number);
+    }
   }
   return beats;
 }
@@ -80,12 +81,12 @@ Line Fit(std::span<const HeardBeat> beats) {
   return line;
 }
 
-/// The line through the beats around the `number`th.
+/// The line through the heard beats that are nearest to the `number`th.
 Line FitAround(const std::vector<HeardBeat>& beats, int number) {
-  constexpr int kReach = 8;
-  const auto first = std::ranges::lower_bound(beats, number - kReach, {}, &HeardBeat::number);
-  const auto end = std::ranges::upper_bound(beats, number + kReach, {}, &HeardBeat::number);
-  return Fit({first, end});
+  constexpr std::ptrdiff_t kReach = 8;
+  const auto nearest = std::ranges::lower_bound(beats, number, {}, &HeardBeat::number);
+  return Fit({nearest - std::min(kReach, nearest - beats.begin()),
+              nearest + std::min(kReach + 1, beats.end() - nearest)});
 }
 
 /// How much begins at the best moment from `time` - 40 ms to `time` + 10 ms; the attack of a sound

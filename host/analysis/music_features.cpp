@@ -131,8 +131,11 @@ class MusicListener::Listener {
     std::ranges::transform(hop, hop_->data,
                            [](double sample) { return static_cast<smpl_t>(sample); });
     aubio_tempo_do(tempo_.get(), hop_.get(), beat_.get());
-    if (beat_->data[0] != 0) {
-      features_.beats.push_back(static_cast<double>(aubio_tempo_get_last(tempo_.get())) / kRate);
+    constexpr double kClosest = 0.15;  // seconds; 400 beats a minute
+    const double time = static_cast<double>(aubio_tempo_get_last(tempo_.get())) / kRate;
+    if (beat_->data[0] != 0 &&
+        (features_.beats.empty() || time > features_.beats.back() + kClosest)) {
+      features_.beats.push_back(time);
     }
   }
 

@@ -44,7 +44,8 @@ class StretchedSource : public AudioSource {
                        RubberBandStretcher::OptionEngineFiner |
                        RubberBandStretcher::OptionChannelsTogether |
                        RubberBandStretcher::OptionThreadingNever,
-                   static_cast<double>(frameCount) / static_cast<double>(inputFrameCount)) {
+                   static_cast<double>(std::max<std::int64_t>(1, frameCount)) /
+                       static_cast<double>(std::max<std::int64_t>(1, inputFrameCount))) {
     stretcher_.setExpectedInputDuration(static_cast<std::size_t>(inputFrameCount));
     stretcher_.setMaxProcessSize(kPiece);
   }

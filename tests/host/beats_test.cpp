@@ -35,7 +35,7 @@ TEST(Beats, AreStraightenedAndFilledIn) {
     const double time = 0.2 + 0.5 * beat;
     heard.onsets[static_cast<std::size_t>(time * MusicFeatures::kRate / MusicFeatures::kOnsetHop)] =
         1.0f;
-    if (beat != 12 && beat != 20 && beat != 21) {
+    if (beat != 12 && (beat < 26 || beat > 38)) {  // the last one stands alone
       heard.beats.push_back(time + jitter(random));
     }
   }

@@ -92,6 +92,7 @@ TEST(Stretch, TakesClipsOfAnyLengthAndLeavesTheSamplesWhenNothingChanges) {
     EXPECT_EQ(StretchTo(audio, frames / 2 + 1).FrameCount(), frames / 2 + 1);
     EXPECT_TRUE(HaveSameSamples(StretchTo(audio, frames), audio));
   }
+  EXPECT_EQ(StretchTo(Make(44100, 1, 0.1, Sine(0.5)), 0).FrameCount(), 0u);
   // An input that ends before its stated length is filled up.
   const AudioBlock audio = Make(44100, 1, 0.2, Sine(0.5));
   EXPECT_EQ(ReadAll(*Stretch(OpenerOf(audio)(), 20000, 10000)).FrameCount(), 10000u);
