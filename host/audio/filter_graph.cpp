@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "host/audio/audio_error.h"
 #include "host/audio/ffmpeg.h"
@@ -12,34 +13,59 @@ namespace {
 /// Filters see frames of this size only, the last one excepted: some of them act once per frame.
 constexpr std::size_t kFrameSize = 1024;
 
+/// `own` of a filter, or the longest of its branches.
+std::int64_t Longest(const FilterSpec& spec, std::int64_t own,
+                     std::int64_t (&ofChain)(const std::vector<FilterSpec>&)) {
+  for (const std::vector<FilterSpec>& branch : spec.branches) {
+    own = std::max(own, ofChain(branch));
+  }
+  return own;
+}
+
+/// Lets the audio of a branch lag like that of the longest one.
+FilterSpec Lag(std::int64_t frames) {
+  return {"adelay", {{"delays", std::to_string(frames) + "S"}, {"all", "1"}}};
+}
+
 }  // namespace
+
+std::int64_t DelayOf(const std::vector<FilterSpec>& filters) {
+  std::int64_t delay = 0;
+  for (const FilterSpec& spec : filters) {
+    delay += Longest(spec, spec.delay, DelayOf);
+  }
+  return delay;
+}
+
+std::int64_t TailOf(const std::vector<FilterSpec>& filters) {
+  std::int64_t tail = 0;
+  for (const FilterSpec& spec : filters) {
+    tail += Longest(spec, spec.tail, TailOf);
+  }
+  return tail;
+}
 
 class FilterGraph::Graph {
  public:
   Graph(const AudioFormat& input, const std::vector<FilterSpec>& filters)
-      : input_(input), pending_(input, kFrameSize) {
+      : input_(input),
+        pending_(input, kFrameSize),
+        delay_(DelayOf(filters)),
+        tail_(TailOf(filters)),
+        late_(delay_) {
     ffmpeg::Silence();
     // Filters that split their work over threads would be free to differ from run to run.
     graph_->nb_threads = 1;
-    AVFilterContext* last = nullptr;
-    const auto append = [&](const FilterSpec& spec) {
-      AVFilterContext* next = Add(spec);
-      if (last != nullptr) {
-        Check(avfilter_link(last, 0, next, 0), spec.filter);
-      }
-      return last = next;
-    };
-    source_ = append({"abuffer",
-                      {{"sample_rate", std::to_string(input.sampleRate)},
-                       {"sample_fmt", "fltp"},
-                       {"time_base", "1/" + std::to_string(input.sampleRate)},
-                       {"channel_layout", DescribeLayout(input)}}});
-    for (const FilterSpec& spec : filters) {
-      append(spec);
-    }
-    append(
+    source_ = Add({"abuffer",
+                   {{"sample_rate", std::to_string(input.sampleRate)},
+                    {"sample_fmt", "fltp"},
+                    {"time_base", "1/" + std::to_string(input.sampleRate)},
+                    {"channel_layout", DescribeLayout(input)}}});
+    Output last = AppendChain({source_, 0}, filters);
+    last = AppendFilter(
+        last,
         {"aformat", {{"sample_fmts", "fltp"}, {"sample_rates", std::to_string(input.sampleRate)}}});
-    sink_ = append({"abuffersink", {}});
+    sink_ = AppendFilter(last, {"abuffersink", {}}).filter;
     Check(avfilter_graph_config(graph_.get(), nullptr), "the whole chain");
 
     AVChannelLayout layout{};
@@ -72,6 +98,14 @@ class FilterGraph::Graph {
   }
 
   void Finish() {
+    const std::int64_t total = position_ + static_cast<std::int64_t>(pendingCount_) + tail_;
+    // Silence pushes out what the filters delay and lets the tail be heard.
+    for (std::int64_t left = delay_ + tail_; left > 0;) {
+      const std::int64_t count = std::min<std::int64_t>(left, kFrameSize);
+      Push(AudioBlock(input_, static_cast<std::size_t>(count)));
+      left -= count;
+    }
+    remaining_ = total - emitted_;
     if (pendingCount_ > 0) {
       SendPending();
     }
@@ -85,18 +119,12 @@ class FilterGraph::Graph {
         return false;
       }
       Check(status, "the whole chain");
-      if (frame_->nb_samples > 0) {
-        break;
-      }
+      const bool any = TakeFrame(block);
       av_frame_unref(frame_.get());
+      if (any) {
+        return true;
+      }
     }
-    block = AudioBlock(output_, static_cast<std::size_t>(frame_->nb_samples));
-    for (int channel = 0; channel < output_.channelCount; ++channel) {
-      const std::span<float> to = block.Channel(channel);
-      std::memcpy(to.data(), frame_->extended_data[channel], to.size_bytes());
-    }
-    av_frame_unref(frame_.get());
-    return true;
   }
 
  private:
@@ -111,6 +139,60 @@ class FilterGraph::Graph {
     char text[256] = {};
     Check(av_channel_layout_describe(&layout.Get(), text, sizeof text), "abuffer");
     return text;
+  }
+
+  /// A place to which the next filter is linked.
+  struct Output {
+    AVFilterContext* filter;
+    unsigned pad;
+  };
+
+  Output AppendFilter(Output last, const FilterSpec& spec) {
+    AVFilterContext* next = Add(spec);
+    Check(avfilter_link(last.filter, last.pad, next, 0), spec.filter);
+    return {next, 0};
+  }
+
+  Output AppendChain(Output last, const std::vector<FilterSpec>& filters) {
+    for (const FilterSpec& spec : filters) {
+      last = spec.branches.empty() ? AppendFilter(last, spec) : AppendBranches(last, spec);
+    }
+    return last;
+  }
+
+  Output AppendBranches(Output last, const FilterSpec& spec) {
+    const std::string count = std::to_string(spec.branches.size());
+    AVFilterContext* split = AppendFilter(last, {"asplit", {{"outputs", count}}}).filter;
+    AVFilterContext* sum = Add({"amix", {{"inputs", count}, {"normalize", "0"}}});
+    const std::int64_t longest = DelayOf({spec});
+    for (unsigned index = 0; index < spec.branches.size(); ++index) {
+      Output end = AppendChain({split, index}, spec.branches[index]);
+      if (const std::int64_t lag = longest - DelayOf(spec.branches[index]); lag > 0) {
+        end = AppendFilter(end, Lag(lag));
+      }
+      Check(avfilter_link(end.filter, end.pad, sum, index), "amix");
+    }
+    return {sum, 0};
+  }
+
+  /// Stores what of the filters' frame belongs to the output; false when nothing does.
+  bool TakeFrame(AudioBlock& block) {
+    const std::int64_t frames = frame_->nb_samples;
+    const std::int64_t begin = std::min(frames, late_);
+    const std::int64_t count = std::min(frames - begin, remaining_);
+    late_ -= begin;
+    if (count <= 0) {
+      return false;
+    }
+    remaining_ -= count;
+    emitted_ += count;
+    block = AudioBlock(output_, static_cast<std::size_t>(count));
+    for (int channel = 0; channel < output_.channelCount; ++channel) {
+      const std::span<float> to = block.Channel(channel);
+      std::memcpy(to.data(), reinterpret_cast<float*>(frame_->extended_data[channel]) + begin,
+                  to.size_bytes());
+    }
+    return true;
   }
 
   AVFilterContext* Add(const FilterSpec& spec) {
@@ -158,6 +240,11 @@ class FilterGraph::Graph {
   AudioBlock pending_;
   std::size_t pendingCount_ = 0;
   std::int64_t position_ = 0;
+  std::int64_t delay_;
+  std::int64_t tail_;
+  std::int64_t late_;  // frames of the output that still have to be left out
+  std::int64_t remaining_ = std::numeric_limits<std::int64_t>::max();
+  std::int64_t emitted_ = 0;
 };
 
 FilterGraph::FilterGraph(const AudioFormat& input, const std::vector<FilterSpec>& filters)

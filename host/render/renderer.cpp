@@ -87,7 +87,7 @@ RenderReport Render(const Host& host, const RenderRequest& request) {
         (channelCount == 1 ? "is mono" : "has " + std::to_string(channelCount) + " channels"));
   }
 
-  FilterGraph graph(report.inputFormat, ChainFilters(clip->Chain(), channelCount));
+  FilterGraph graph(report.inputFormat, ChainFilters(clip->Chain(), {report.inputFormat}));
   report.outputFormat = graph.OutputFormat();
   AudioWriter writer(request.output, report.outputFormat);
   Stream(request, reader, graph, writer, report);

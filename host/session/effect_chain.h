@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/audio/filter_graph.h"
+#include "host/effects/effect_filters.h"
 
 namespace orvelhost {
 
@@ -37,8 +38,11 @@ class EffectChain {
   double pan_ = 0.0;
 };
 
-/// The filters that realise the chain on audio of `channelCount` channels.
-std::vector<FilterSpec> ChainFilters(const EffectChain& chain, int channelCount);
+/// The filters that realise the chain on a clip.
+std::vector<FilterSpec> ChainFilters(const EffectChain& chain, const EffectContext& context);
+
+/// What of the clip the effects that are switched on have to know.
+EffectNeeds NeedsOf(const EffectChain& chain);
 
 /// The names of the effects, and "Pan", that would be heard on stereo and change nothing on audio
 /// of `channelCount` channels.
