@@ -18,7 +18,8 @@ std::vector<FilterSpec> DeEsser(EffectValues values, const EffectContext& contex
   const bool listens = values[kListen] >= 0.5;
   std::vector<FilterSpec> filters = {
       {"adynamicequalizer",
-       {{"threshold", Text(Factor(values[kThreshold]))},
+       // The detector's band is as much too loud at its centre as it is sharp.
+       {{"threshold", Text(Factor(values[kThreshold]) * sharpness)},
         {"dfrequency", Text(centre)},
         {"dqfactor", Text(sharpness)},
         {"tfrequency", Text(centre)},

@@ -12,7 +12,8 @@ namespace orvelhost {
 /// The filters that realise an effect at these parameter values (each 0..1; other values are
 /// limited, a NaN or a missing value is the effect's initial one) on a clip. None when the effect
 /// changes nothing or cannot act on such audio. Raises `AudioError` for an effect that this host
-/// cannot run: a chain that is heard is heard whole. What each effect does stands in realisations.h.
+/// cannot run: a chain that is heard is heard whole. What each effect does stands in
+/// realisations.h.
 std::vector<FilterSpec> EffectFilters(const std::u16string& componentId,
                                       std::span<const float> normalized,
                                       const EffectContext& context);

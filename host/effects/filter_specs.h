@@ -31,8 +31,8 @@ std::vector<FilterSpec> Removed(std::vector<FilterSpec> filters);
 /// The parameters of a filter of finite impulse response, libavfilter's firequalizer.
 struct FirCurve {
   std::vector<std::pair<double, double>> points;  ///< gain in dB over frequency in Hz, rising
-  bool octaves = false;                           ///< between the points, frequency counts in octaves
-  bool smooth = false;                            ///< else straight lines from point to point
+  bool octaves = false;       ///< between the points, frequency counts in octaves
+  bool smooth = false;        ///< else straight lines from point to point
   bool minimumPhase = false;  ///< no ringing ahead of a sound; else no change of phase
   double length = 8192.0;     ///< of the response, in samples at 48 kHz, and as long at other rates
   const char* window = "hann";

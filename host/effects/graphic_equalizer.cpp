@@ -23,6 +23,7 @@ std::vector<FilterSpec> GraphicEqualizer(EffectValues values, const EffectContex
     curve.points.emplace_back(kCentres[band], values[kFirstBand + band] / 100.0 * values[kRange]);
   }
   curve.octaves = true;
+  curve.window = "tukey";  // bends the curve least where bands differ most
   curve.smooth = true;
   curve.minimumPhase = values[kMinimumPhase] >= 0.5;
   curve.length = values[kAccuracy];

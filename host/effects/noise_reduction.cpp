@@ -14,8 +14,8 @@ std::vector<FilterSpec> NoiseReduction(EffectValues values, const EffectContext&
   }
   constexpr double kLowestFloor = -80.0;  // dB, of the filter
   constexpr double kHighestFloor = -20.0;
-  const double floor = std::clamp(
-      context.noise->floor + values[kFloorTuning] + values[kThreshold], kLowestFloor, kHighestFloor);
+  const double floor = std::clamp(context.noise->floor + values[kFloorTuning] + values[kThreshold],
+                                  kLowestFloor, kHighestFloor);
   // The filter's windows last three steps of an 80th of a second, and it works two steps behind.
   const std::int64_t delay = 2 * (context.format.sampleRate / 80);
   return {{"afftdn",

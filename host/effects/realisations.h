@@ -23,10 +23,10 @@ std::vector<FilterSpec> HardLimiter(EffectValues values, const EffectContext& co
 /// (left, above one half: 2-2c).
 std::vector<FilterSpec> StereoExpander(EffectValues values, const EffectContext& context);
 
-/// Takes up to `Reduction` dB off what lies at or below the clip's measured noise, band by band, and
-/// nothing without such a measurement. Tuning and threshold both move the measured noise up, in dB.
-/// Noisiness, decay rate, preservation, transform size and fine estimate have no counterpart in the
-/// filter, which adapts these by itself.
+/// Takes up to `Reduction` dB off what lies at or below the clip's measured noise, band by band,
+/// and nothing without such a measurement. Tuning and threshold both move the measured noise up, in
+/// dB. Noisiness, decay rate, preservation, transform size and fine estimate have no counterpart in
+/// the filter, which adapts these by itself.
 std::vector<FilterSpec> NoiseReduction(EffectValues values, const EffectContext& context);
 
 /// Notches at the base frequency and its harmonics, as deep as `Hum level` says. Where the clip's
@@ -34,15 +34,16 @@ std::vector<FilterSpec> NoiseReduction(EffectValues values, const EffectContext&
 std::vector<FilterSpec> DeHummer(EffectValues values, const EffectContext& context);
 
 /// Turns a band down while its own level is above the threshold, by 1 - 1/ratio of the excess and
-/// at most by the limit; without split band, nearly all frequencies follow. Look-ahead, knee and link
-/// have no counterpart in the filter.
+/// at most by the limit; without split band, nearly all frequencies follow. Look-ahead, knee and
+/// link have no counterpart in the filter.
 std::vector<FilterSpec> DeEsser(EffectValues values, const EffectContext& context);
 
 /// The gain curve through the points. The views belong to a panel.
 std::vector<FilterSpec> FftFilter(EffectValues values, const EffectContext& context);
 
-/// The level curve through the points, applied to the envelope of each channel; the times of detector
-/// and gain add up. Detector RMS, low cut, high cut and link have no counterpart in the filter.
+/// The level curve through the points, applied to the envelope of each channel; the times of
+/// detector and gain add up. Detector RMS, low cut, high cut and link have no counterpart in the
+/// filter.
 std::vector<FilterSpec> Dynamics(EffectValues values, const EffectContext& context);
 
 /// A smooth curve through the ten gains, level beyond the outer bands.

@@ -29,11 +29,12 @@ double PlateTail(double decay) {
          (kPlateDecays.size() - 1.0);
 }
 
-/// What the plate's damping, a filter of one pole at `damping`, takes from 1 kHz in one pass, in dB.
+/// What the plate's damping, a filter of one pole at `damping`, takes from 1 kHz in one pass, in
+/// dB.
 double DampingAt1kHz(double damping, double sampleRate) {
   const double turn = 2.0 * std::numbers::pi * 1000.0 / sampleRate;
-  return -20.0 * std::log10((1.0 - damping) / std::sqrt(1.0 - 2.0 * damping * std::cos(turn) +
-                                                        damping * damping));
+  return -20.0 * std::log10((1.0 - damping) /
+                            std::sqrt(1.0 - 2.0 * damping * std::cos(turn) + damping * damping));
 }
 
 /// A plate that decays by 60 dB in `decay` seconds at 1 kHz. Its own decays end at 0.6 and 5 s, so
@@ -41,6 +42,7 @@ double DampingAt1kHz(double damping, double sampleRate) {
 /// the audio's, by which all its times shrink or grow.
 std::vector<FilterSpec> Plate(double decay, double damping, int sampleRate) {
   constexpr double kLeastRate = 4000.0;
+  constexpr double kMostDamping = 0.25;  // share of the decay at 1 kHz; the rest is the control's
   const double own = std::clamp(2.0 * std::sqrt(decay), 0.8, 4.0);  // in the plate's own time
   const int plateRate =
       static_cast<int>(std::lround(std::max(kLeastRate, sampleRate * decay / own)));
@@ -49,7 +51,7 @@ std::vector<FilterSpec> Plate(double decay, double damping, int sampleRate) {
   double losses = 0.0;
   while (damping > 0.01) {
     losses = kPlatePasses * DampingAt1kHz(damping, plateRate) / 60.0;
-    if (1.0 / scaled - losses >= 1.0 / kPlateDecays.back()) {
+    if (losses <= kMostDamping / scaled && 1.0 / scaled - losses >= 1.0 / kPlateDecays.back()) {
       break;
     }
     damping *= 0.9;  // such a decay leaves no room for so much damping
@@ -98,9 +100,9 @@ std::vector<FilterSpec> Reflections(int count, double spread, double fall, int p
   std::string delays;
   double energy = 0.0;
   for (int index = 0; index < count; ++index) {
-    const double place = (index + Scatter(static_cast<std::uint64_t>(pattern),
-                                          static_cast<std::uint64_t>(index))) /
-                         count;
+    const double place =
+        (index + Scatter(static_cast<std::uint64_t>(pattern), static_cast<std::uint64_t>(index))) /
+        count;
     delays += (delays.empty() ? "" : "|") + Text(std::max(0.1, place * spread * 1000.0));
     gains.push_back(Factor(-place * fall));
     energy += gains.back() * gains.back();
@@ -143,13 +145,12 @@ std::vector<FilterSpec> Wet(EffectValues values, const AudioFormat& format) {
   }
 
   std::vector<FilterSpec> wet;
-  const std::int64_t preDelay =
-      std::llround(values[kPreDelay] * kMilliseconds * format.sampleRate);
+  const std::int64_t preDelay = std::llround(values[kPreDelay] * kMilliseconds * format.sampleRate);
   if (preDelay > 0) {
     wet.push_back({"adelay", {{"delays", std::to_string(preDelay) + "S"}, {"all", "1"}}});
   }
-  wet.push_back({"pan", {{"args", format.channelCount == 1 ? "stereo|c0=c0|c1=c0"
-                                                           : "stereo|c0=c0|c1=c1"}}});
+  wet.push_back(
+      {"pan", {{"args", format.channelCount == 1 ? "stereo|c0=c0|c1=c0" : "stereo|c0=c0|c1=c1"}}});
   wet.push_back(Sum(parts));
   if (values[kLowCut] > 20.5) {
     wet.push_back({"highpass", {{"frequency", Text(values[kLowCut])}, {"precision", "f64"}}});

@@ -37,7 +37,7 @@ class ClipSectionModelTest : public ::testing::Test {
         [this](int paramID, float value) { heard_.emplace_back(paramID, value); });
   }
 
-  std::vector<FilterSpec> Filters() const { return ChainFilters(clip_->Chain(), 2); }
+  std::vector<FilterSpec> Filters() const { return ChainFilters(clip_->Chain(), {{48000, 2}}); }
 
   Host host_;
   boost::intrusive_ptr<Clip> clip_{new Clip("clip", 2)};

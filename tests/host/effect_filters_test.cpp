@@ -18,12 +18,12 @@ namespace {
 std::vector<FilterSpec> Limiter(double ceiling, double gain, int channelCount) {
   const float parameters[] = {static_cast<float>((ceiling + 100.0) / 100.0),
                               static_cast<float>((gain + 100.0) / 150.0)};
-  return EffectFilters(teskaudiofilters::kHardLimiterID, parameters, channelCount);
+  return EffectFilters(teskaudiofilters::kHardLimiterID, parameters, {{48000, channelCount}});
 }
 
 std::vector<FilterSpec> Expander(double centre, double width, int channelCount = 2) {
   const float parameters[] = {static_cast<float>(centre), static_cast<float>(width)};
-  return EffectFilters(teskaudiofilters::kStereoExpanderID, parameters, channelCount);
+  return EffectFilters(teskaudiofilters::kStereoExpanderID, parameters, {{48000, channelCount}});
 }
 
 /// The block with its channels mixed by a matrix, as a reference.
@@ -144,7 +144,7 @@ TEST(Pan, AttenuatesTheFarChannelAndNeverTheNearOne) {
 TEST(Effects, ParametersOutsideTheirRangeAreLimitedAndMissingOnesInitial) {
   const std::u16string& limiter = teskaudiofilters::kHardLimiterID;
   const auto filters = [&](std::vector<float> parameters) {
-    return EffectFilters(limiter, parameters, 2);
+    return EffectFilters(limiter, parameters, {{48000, 2}});
   };
   const float noNumber = std::numeric_limits<float>::quiet_NaN();
   const std::vector<float> initial = InitialParameters(*FindEffect(limiter));
@@ -154,8 +154,7 @@ TEST(Effects, ParametersOutsideTheirRangeAreLimitedAndMissingOnesInitial) {
 }
 
 TEST(Effects, OneThatThisHostCannotRunIsAnErrorAndNotSilence) {
-  EXPECT_THROW(EffectFilters(u"no such effect", {}, 2), AudioError);
-  EXPECT_THROW(EffectFilters(teskaudiofilters::kStudioReverbID, {}, 2), AudioError);
+  EXPECT_THROW(EffectFilters(u"no such effect", {}, {{48000, 2}}), AudioError);
 }
 
 TEST(Effects, TheLibraryCanCreateThoseOfTheCatalogueOnly) {

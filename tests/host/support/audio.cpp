@@ -1,6 +1,7 @@
 #include "tests/host/support/audio.h"
 
 #include <algorithm>
+#include <complex>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -163,6 +164,28 @@ double RmsInDb(const AudioBlock& block) {
   }
   const auto count = static_cast<double>(block.FrameCount()) * block.ChannelCount();
   return InDb(std::sqrt(energy / count));
+}
+
+double ToneInDb(const AudioBlock& block, double frequency, double begin, double end, int channel) {
+  const AudioBlock part = Between(block, begin, end);
+  std::complex<double> sum = 0.0;
+  double weights = 0.0;
+  for (std::size_t frame = 0; frame < part.FrameCount(); ++frame) {
+    const double at = static_cast<double>(frame);
+    const double weight =
+        1.0 - std::cos(2.0 * std::numbers::pi * at / static_cast<double>(part.FrameCount()));
+    sum += weight * static_cast<double>(part.Channel(channel)[frame]) *
+           std::polar(1.0, -2.0 * std::numbers::pi * frequency * at / part.Format().sampleRate);
+    weights += weight;
+  }
+  return InDb(2.0 * std::abs(sum) / weights);
+}
+
+AudioBlock Between(const AudioBlock& block, double begin, double end) {
+  const auto frame = [&](double time) {
+    return static_cast<std::size_t>(std::lround(time * block.Format().sampleRate));
+  };
+  return Slice(block, frame(begin), frame(end) - frame(begin));
 }
 
 AudioBlock Head(const AudioBlock& block, std::size_t frameCount) {

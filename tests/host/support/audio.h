@@ -53,6 +53,12 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 double Peak(const AudioBlock& block);
 /// The root mean square over all channels, in dB against full scale.
 double RmsInDb(const AudioBlock& block);
+/// The amplitude in dBFS of the tone of this frequency in a channel between two times in seconds,
+/// which has to last ten of its turns.
+double ToneInDb(const AudioBlock& block, double frequency, double begin, double end,
+                int channel = 0);
+/// The frames between two times in seconds.
+AudioBlock Between(const AudioBlock& block, double begin, double end);
 /// The first `frameCount` frames.
 AudioBlock Head(const AudioBlock& block, std::size_t frameCount);
 /// The samples of `left` less those of `right`, which has the same shape.

@@ -1,0 +1,373 @@
+// What each effect does to sound, measured on short signals.
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/analysis/audio_source.h"
+#include "host/analysis/hum.h"
+#include "host/analysis/noise_profile.h"
+#include "host/effects/effect_catalogue.h"
+#include "host/effects/effect_filters.h"
+#include "orvel/orvel.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using namespace teskaudiofilters;
+using Physical = std::map<std::size_t, double>;  // by parameter
+
+NoiseProfile WhiteNoise(double floor) { return {floor, {}}; }
+
+std::vector<FilterSpec> Filters(const std::u16string& effect, const Physical& physical,
+                                EffectContext context) {
+  const EffectDescription& description = *FindEffect(effect);
+  std::vector<float> parameters = InitialParameters(description);
+  for (const auto& [index, value] : physical) {
+    parameters[index] = static_cast<float>(FromEffectScale(description.parameters[index], value));
+  }
+  return EffectFilters(effect, parameters, context);
+}
+
+AudioBlock Through(const std::u16string& effect, const Physical& physical, const AudioBlock& block,
+                   EffectContext context = {}) {
+  context.format = block.Format();
+  return RunFilters(block, Filters(effect, physical, context));
+}
+
+Physical Points(std::size_t count, std::size_t first,
+                const std::vector<std::pair<double, double>>& points) {
+  Physical physical = {{count, static_cast<double>(points.size())}};
+  for (const auto& [x, y] : points) {
+    physical[first++] = x;
+    physical[first++] = y;
+  }
+  return physical;
+}
+
+Physical Curve(const std::vector<std::pair<double, double>>& points) {
+  return Points(fftfilter::kPointCount, fftfilter::kFirstPoint, points);
+}
+
+Physical Levels(const std::vector<std::pair<double, double>>& points) {
+  return Points(dynamics::kPointCount, dynamics::kFirstPoint, points);
+}
+
+struct Subject {
+  const char* name;
+  const std::u16string& effect;
+  Physical neutral;
+  Physical full;
+};
+
+std::vector<Subject> Subjects() {
+  return {
+      {"limiter", kHardLimiterID, {}, {{hardlimiter::kCeiling, -3}, {hardlimiter::kGain, 6}}},
+      {"expander", kStereoExpanderID, {}, {{stereoexpander::kWidth, 1}}},
+      {"noise", kAdaptiveNoiseReductionID, {{noisereduction::kReduction, 0}}, {}},
+      {"hum", kIzotopeDeHummerID, {}, {{dehummer::kHumLevel, -80}}},
+      {"sibilance", kIzotopeDeEsserID, {}, {{deesser::kThreshold, -40}}},
+      {"rumble", kFFTFilterID, Curve({{20, 0}, {22050, 0}}), Curve({{90, -60}, {100, 0}})},
+      {"dynamics", kDynamicsID, Levels({{-100, -100}, {-20, -20}, {0, 0}}),
+       Levels({{-100, -60}, {-40, -30}, {0, -20}})},
+      {"equalizer", kGraphicEQ10BandsID, {}, {{graphicequalizer::kFirstBand + 5, 25}}},
+      {"voice", kIzotopeVocalEnhancerID, {}, {}},
+      {"reverb", kStudioReverbID, {}, {{studioreverb::kWet, 100}, {studioreverb::kDecay, 0.2}}},
+  };
+}
+
+TEST(EveryEffect, LeavesTheSoundAloneAtItsNeutralSettings) {
+  for (const Subject& subject : Subjects()) {
+    if (subject.effect == kIzotopeVocalEnhancerID) {
+      continue;  // each of its voices has a tone
+    }
+    for (const auto& [sampleRate, channelCount] : {std::pair(44100, 1), {48000, 2}, {96000, 2}}) {
+      const AudioBlock signal = Make(sampleRate, channelCount, 0.3, Noise(0.09));
+      EXPECT_LT(DifferenceInDb(Through(subject.effect, subject.neutral, signal), signal), -90.0)
+          << subject.name << " at " << sampleRate;
+    }
+  }
+}
+
+TEST(EveryEffect, GivesTheSameSamplesForBlocksOfAnySize) {
+  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.4));
+  for (const Subject& subject : Subjects()) {
+    const auto filters =
+        Filters(subject.effect, subject.full, {signal.Format(), {}, WhiteNoise(-30)});
+    EXPECT_TRUE(HaveSameSamples(RunFilters(signal, filters, 77), RunFilters(signal, filters, 5000)))
+        << subject.name;
+  }
+}
+
+TEST(EveryEffect, KeepsChannelsLengthAndSenseWhateverItIsGiven) {
+  const std::pair<const char*, Signal> signals[] = {
+      {"silence", [](double, int) { return 0.0; }},
+      {"direct current", [](double, int) { return 0.5; }},
+      {"clipped", [](double time, int) { return std::fmod(time, 0.01) < 0.005 ? 1.0 : -1.0; }},
+  };
+  for (const Subject& subject : Subjects()) {
+    for (const auto& [name, signal] : signals) {
+      for (const auto& [sampleRate, channelCount] :
+           {std::pair(8000, 1), {44100, 1}, {48000, 2}, {48000, 6}, {96000, 2}, {192000, 1}}) {
+        for (const double seconds : {0.01, 0.15}) {
+          SCOPED_TRACE(::testing::Message() << subject.name << " on " << name << " at "
+                                            << sampleRate << ", " << channelCount);
+          const AudioBlock in = Make(sampleRate, channelCount, seconds, signal);
+          const auto filters =
+              Filters(subject.effect, subject.full, {in.Format(), 50.0, WhiteNoise(-60)});
+          const AudioBlock out = RunFilters(in, filters);
+          ASSERT_EQ(out.ChannelCount(), channelCount) << "mono stays mono";
+          ASSERT_EQ(out.FrameCount(), in.FrameCount() + static_cast<std::size_t>(TailOf(filters)));
+          ASSERT_TRUE(std::isfinite(RmsInDb(out)) || name == signals[0].first);
+          ASSERT_LT(Peak(out), name == signals[0].first ? 1e-5 : 20.0);
+        }
+      }
+    }
+  }
+}
+
+TEST(DeHummer, TakesEachHarmonicDownByWhatWasAskedAlsoWhenTheMainsAreOff) {
+  for (const double mains : {50.0, 50.1, 59.9}) {
+    const double nominal = mains < 55 ? 50.0 : 60.0;
+    const AudioBlock hum = Make(48000, 1, 6.0, [&](double time, int) {
+      double sum = 0.0;
+      for (int harmonic = 1; harmonic <= 8; ++harmonic) {
+        sum += 0.02 / harmonic * std::sin(2 * std::numbers::pi * mains * harmonic * time);
+      }
+      return sum;
+    });
+    // In between, 10 Hz and more away from any harmonic lies what has to stay.
+    const AudioBlock in = Make(48000, 1, 6.0, [&](double time, int) {
+      return static_cast<double>(
+                 hum.Channel(0)[static_cast<std::size_t>(std::lround(time * 48000))]) +
+             0.1 * std::sin(2 * std::numbers::pi * 215.0 * time);
+    });
+    const std::unique_ptr<AudioSource> source = OpenerOf(in)();
+    HumFinder finder(in.Format());
+    finder.Add(in);
+    const std::optional<Hum> found = finder.Find();
+    ASSERT_TRUE(found);
+    const AudioBlock out = Through(
+        kIzotopeDeHummerID, {{dehummer::kBaseFrequency, nominal}, {dehummer::kHumLevel, -30}}, in,
+        {{}, found->frequency});
+    for (int harmonic = 1; harmonic <= 8; ++harmonic) {
+      EXPECT_NEAR(ToneInDb(out, mains * harmonic, 2, 6) - ToneInDb(in, mains * harmonic, 2, 6),
+                  -30.0, 2.0)
+          << mains << " " << harmonic;
+    }
+    EXPECT_NEAR(ToneInDb(out, 215, 2, 6), -20.0, 0.2);
+  }
+}
+
+TEST(DeHummer, BelievesTheMeasuredFrequencyOnlyNearTheChosenMains) {
+  const AudioFormat format = {48000, 1};
+  const auto at = [&](std::optional<double> measured) {
+    return Filters(kIzotopeDeHummerID, {{dehummer::kBaseFrequency, 50}, {dehummer::kHumLevel, -20}},
+                   {format, measured});
+  };
+  EXPECT_EQ(at(59.95), at(std::nullopt));
+  EXPECT_NE(at(50.05), at(std::nullopt));
+}
+
+TEST(NoiseReduction, TakesPausesDownAndLeavesSpeech) {
+  const auto speaks = [](double time) { return std::fmod(time, 1.5) < 0.5; };
+  const AudioBlock in = Make(48000, 1, 3.0, [&, noise = Noise(0.003)](double time, int) {
+    double voice = 0.0;
+    for (int partial = 1; partial <= 20; ++partial) {
+      voice += 0.1 / partial * std::sin(2 * std::numbers::pi * 120.0 * partial * time);
+    }
+    return noise(time, 0) + (speaks(time) ? voice : 0.0);
+  });
+  const std::unique_ptr<AudioSource> source = OpenerOf(Between(in, 0.6, 1.2))();
+  const std::optional<NoiseProfile> profile = MeasureNoiseProfile(*source, std::nullopt);
+  ASSERT_TRUE(profile);
+  for (const double reduction : {12.0, 24.0}) {
+    const AudioBlock out =
+        Through(kAdaptiveNoiseReductionID, {{noisereduction::kReduction, reduction}}, in,
+                {{}, {}, profile});
+    EXPECT_LT(RmsInDb(Between(out, 0.8, 1.4)) - RmsInDb(Between(in, 0.8, 1.4)), 1 - reduction);
+    EXPECT_NEAR(RmsInDb(Between(out, 1.55, 1.95)) - RmsInDb(Between(in, 1.55, 1.95)), 0.0, 0.5);
+  }
+  EXPECT_TRUE(HaveSameSamples(Through(kAdaptiveNoiseReductionID, {}, in), in))
+      << "nothing measured";
+}
+
+TEST(DeEsser, TurnsItsBandDownAboveTheThresholdUpToTheLimit) {
+  const auto change = [](double level, double frequency, double limit) {
+    const AudioBlock in = Make(48000, 1, 0.6, Sine(std::pow(10.0, level / 20.0), frequency));
+    const AudioBlock out = Through(kIzotopeDeEsserID,
+                                   {{deesser::kThreshold, -30},
+                                    {deesser::kCentreFrequency, 5000},
+                                    {deesser::kBandwidth, 3000},
+                                    {deesser::kReductionLimit, limit}},
+                                   in);
+    return ToneInDb(out, frequency, 0.3, 0.6) - level;
+  };
+  EXPECT_NEAR(change(-35, 5000, 24), 0.0, 0.1);
+  EXPECT_NEAR(change(-20, 5000, 24), -8.0, 0.8) << "10 dB too loud at 5 to 1";
+  EXPECT_NEAR(change(-3, 5000, 12), -11.0, 1.0);
+  EXPECT_NEAR(change(-6, 300, 24), 0.0, 0.1);
+}
+
+TEST(FftFilter, FollowsItsCurveAndTakesRumbleAway) {
+  const Physical rumble = Curve({{18.39, -60}, {91.88, -60}, {103.37, 0}, {22050, 0}});
+  for (const int sampleRate : {44100, 48000, 96000}) {
+    for (const double phase : {0.0, 1.0}) {
+      Physical physical = rumble;
+      physical[fftfilter::kMinimumPhase] = phase;
+      const auto change = [&](double frequency) {
+        const AudioBlock in = Make(sampleRate, 1, 1.5, Sine(0.2, frequency));
+        return ToneInDb(Through(kFFTFilterID, physical, in), frequency, 0.3, 1.2) -
+               ToneInDb(in, frequency, 0.3, 1.2);
+      };
+      EXPECT_LT(change(15), -40.0);
+      EXPECT_LT(change(29), -40.0);
+      EXPECT_NEAR(change(200), 0.0, 0.05);
+      EXPECT_NEAR(change(4000), 0.0, 0.05);
+    }
+  }
+}
+
+TEST(GraphicEqualizer, EachBandHasItsGain) {
+  constexpr double kCentres[] = {31.5, 63, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
+  for (const int sampleRate : {44100, 96000}) {
+    for (const double range : {12.0, 24.0}) {
+      Physical physical = {{graphicequalizer::kRange, range}};
+      for (std::size_t band = 0; band < 10; ++band) {
+        physical[graphicequalizer::kFirstBand + band] = band % 2 == 0 ? 50.0 : -50.0;
+      }
+      for (std::size_t band = 0; band < 10; ++band) {
+        const AudioBlock in = Make(sampleRate, 1, 1.2, Sine(0.05, kCentres[band]));
+        const AudioBlock out = Through(kGraphicEQ10BandsID, physical, in);
+        EXPECT_NEAR(
+            ToneInDb(out, kCentres[band], 0.3, 0.9) - ToneInDb(in, kCentres[band], 0.3, 0.9),
+            (band % 2 == 0 ? 0.5 : -0.5) * range, 0.5)
+            << kCentres[band];
+      }
+    }
+  }
+}
+
+TEST(Dynamics, PutsEachLevelWhereTheCurveSays) {
+  Physical physical = Levels({{-100, -100}, {-60, -70}, {-30, -20}, {0, -6}});
+  physical[dynamics::kDetectorAttack] = 1;
+  physical[dynamics::kGainAttack] = 1;
+  for (const double makeUp : {0.0, 1.0}) {
+    physical[dynamics::kMakeUp] = makeUp;
+    for (const auto& [in, out] :
+         {std::pair(-60.0, -70.0), {-45.0, -45.0}, {-30.0, -20.0}, {-10.0, -10.67}}) {
+      const AudioBlock tone = Make(48000, 2, 2.4, Sine(std::pow(10.0, in / 20.0), 1000));
+      const double measured = ToneInDb(Through(kDynamicsID, physical, tone), 1000, 2.0, 2.4);
+      EXPECT_NEAR(measured, out + (makeUp > 0 ? 6.0 : 0.0), 1.0) << in;
+    }
+  }
+}
+
+TEST(Dynamics, OfSeveralPointsAtOneInputTheLastOneCounts) {
+  const AudioFormat format = {48000, 1};
+  EXPECT_EQ(Filters(kDynamicsID, Levels({{-50, -20}, {-50, -60}, {0, 0}}), {format}),
+            Filters(kDynamicsID, Levels({{-50, -60}, {0, 0}}), {format}));
+}
+
+TEST(VocalEnhancer, BringsOutEachVoiceInItsPlace) {
+  const auto change = [](double voice, double frequency) {
+    const AudioBlock in = Make(48000, 1, 0.6, Sine(0.1, frequency));
+    return ToneInDb(Through(kIzotopeVocalEnhancerID, {{vocalenhancer::kVoice, voice}}, in),
+                    frequency, 0.2, 0.6) +
+           20.0;
+  };
+  constexpr double kLow = 0, kHigh = 1, kMusic = 2;
+  EXPECT_GT(change(kLow, 2800), 2.5);
+  EXPECT_GT(change(kHigh, 4000), 2.5);
+  EXPECT_LT(change(kMusic, 2200), -2.5);
+  EXPECT_LT(change(kHigh, 60), change(kLow, 60) - 5.0) << "a low voice keeps more below";
+}
+
+/// Seconds in which a decay falls by 60 dB, from its fall between -5 and -35 dB (ISO 3382).
+double DecayTime(const AudioBlock& block) {
+  const std::span<const float> samples = block.Channel(0);
+  std::vector<double> left(samples.size());
+  double energy = 0.0;
+  for (std::size_t frame = samples.size(); frame-- > 0;) {
+    left[frame] = energy += static_cast<double>(samples[frame]) * samples[frame];
+  }
+  const auto below = [&](double level) {
+    return std::ranges::find_if(left,
+                                [&](double at) { return at < energy * std::pow(10, level / 10); });
+  };
+  return 2.0 * static_cast<double>(below(-35) - below(-5)) / block.Format().sampleRate;
+}
+
+std::vector<FilterSpec> OctaveAt(double frequency) {
+  const FilterSpec band = {
+      "bandpass", {{"frequency", std::to_string(frequency)}, {"width_type", "o"}, {"width", "1"}}};
+  return {band, band};
+}
+
+AudioBlock ReverbOfAnImpulse(int sampleRate, int channelCount, Physical physical) {
+  physical.merge(Physical{{studioreverb::kDry, 0},
+                          {studioreverb::kWet, 100},
+                          {studioreverb::kEarlyReflections, 0},
+                          {studioreverb::kPreDelay, 0}});
+  return Through(kStudioReverbID, physical,
+                 Make(sampleRate, channelCount, 0.05,
+                      [](double time, int) { return time == 0.0 ? 1.0 : 0.0; }));
+}
+
+TEST(StudioReverb, DecaysAsLongAsAskedAndTheTailIsKept) {
+  for (const auto& [sampleRate, channelCount] : {std::pair(44100, 2), {48000, 1}, {96000, 2}}) {
+    for (const double decay : {0.15, 0.6, 1.6, 3.0, 6.9}) {
+      const AudioBlock out =
+          ReverbOfAnImpulse(sampleRate, channelCount, {{studioreverb::kDecay, decay}});
+      EXPECT_NEAR(DecayTime(RunFilters(out, OctaveAt(1000))) / decay, 1.0, 0.12)
+          << decay << " at " << sampleRate;
+      const double length = static_cast<double>(out.FrameCount()) / sampleRate;
+      EXPECT_GT(
+          RmsInDb(Between(out, 0.0, decay / 2)) - RmsInDb(Between(out, length - 0.02, length)),
+          60.0);
+    }
+  }
+}
+
+TEST(StudioReverb, LowAndHighTonesDecayInTheirOwnTimes) {
+  const auto ratio = [](Physical physical, double frequency) {
+    physical[studioreverb::kDecay] = 1.5;
+    const AudioBlock out = ReverbOfAnImpulse(48000, 2, physical);
+    return DecayTime(RunFilters(out, OctaveAt(frequency))) /
+           DecayTime(RunFilters(out, OctaveAt(1000)));
+  };
+  EXPECT_NEAR(ratio({{studioreverb::kBassRatio, 1.6}}, 125), 1.6, 0.2);
+  EXPECT_NEAR(ratio({{studioreverb::kBassRatio, 0.7}}, 125), 0.7, 0.2);
+  EXPECT_LT(ratio({{studioreverb::kDamping, 70}}, 4000),
+            ratio({{studioreverb::kDamping, 10}}, 4000) - 0.2);
+}
+
+TEST(StudioReverb, DryAndWetAreEquallyLoudAtEqualShares) {
+  const AudioBlock in = Make(48000, 2, 2.5, Noise(0.2));
+  for (const double early : {0.0, 100.0}) {
+    for (const double diffusion : {0.0, 100.0}) {
+      const AudioBlock out = Through(kStudioReverbID,
+                                     {{studioreverb::kDry, 0},
+                                      {studioreverb::kWet, 100},
+                                      {studioreverb::kDecay, 1.0},
+                                      {studioreverb::kEarlyReflections, early},
+                                      {studioreverb::kDiffusion, diffusion},
+                                      {studioreverb::kHighCut, 20000}},
+                                     in);
+      EXPECT_NEAR(RmsInDb(Between(out, 1.5, 2.5)), RmsInDb(in), 4.0);
+    }
+  }
+}
+
+TEST(StudioReverb, ThePreDelayComesBeforeEverythingWet) {
+  const AudioBlock out = ReverbOfAnImpulse(48000, 2, {{studioreverb::kPreDelay, 100}});
+  EXPECT_LT(Peak(Between(out, 0.0, 0.099)), 1e-15);
+  EXPECT_GT(Peak(out), 0.0);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing
