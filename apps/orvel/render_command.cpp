@@ -21,13 +21,18 @@ namespace orvelcli {
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: orvel render IN -o OUT [--set SECTION.PARAMETER=VALUE]...\n"
+    "Usage: orvel render IN -o OUT [--mode MODE [--preset PRESET]]\n"
+    "                    [--set SECTION.PARAMETER=VALUE]...\n"
     "\n"
-    "Reads the audio of IN (WAV, FLAC, MP3, Ogg, a video and more), applies the sections that\n"
-    "are set, writes OUT (WAV 32 bit float or FLAC 24 bit, by its name) and prints what was\n"
-    "measured before and after.\n"
+    "Reads the audio of IN (WAV, FLAC, MP3, Ogg, a video and more), applies the preset and the\n"
+    "sections that are set, writes OUT (WAV 32 bit float or FLAC 24 bit, by its name) and prints\n"
+    "what was measured before and after.\n"
     "\n"
     "  -o, --output OUT   the file to write\n"
+    "  -m, --mode MODE    dialog, music, sfx or ambience: what is recorded. It gives the sections\n"
+    "                     that can be set, with their curves, reverbs and targets; without it all\n"
+    "                     sections are there, as they are built, without curves and reverbs\n"
+    "  -p, --preset NAME  a preset of the mode, by its name or its guid; see orvel presets MODE\n"
     "  -s, --set NAME=N   sets a value in its unit, and switches its control on unless the\n"
     "                     control's switch is set, too\n"
     "  -f, --force        replaces OUT when it exists\n"
@@ -40,6 +45,8 @@ struct Arguments {
   std::vector<std::string> inputs;
   std::vector<std::string> outputs;
   std::vector<std::string> settings;
+  std::vector<std::string> modes;
+  std::vector<std::string> presets;
   bool force = false;
   bool quiet = false;
   bool help = false;
@@ -54,13 +61,14 @@ int FailUsage(const std::string& cause) {
 std::optional<Arguments> ParseArguments(int argc, char** argv) {
   static const option kOptions[] = {
       {"output", required_argument, nullptr, 'o'}, {"set", required_argument, nullptr, 's'},
+      {"mode", required_argument, nullptr, 'm'},   {"preset", required_argument, nullptr, 'p'},
       {"force", no_argument, nullptr, 'f'},        {"quiet", no_argument, nullptr, 'q'},
       {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
   };
   Arguments arguments;
   opterr = 0;
   while (true) {
-    const int letter = getopt_long(argc, argv, ":o:s:fqh", kOptions, nullptr);
+    const int letter = getopt_long(argc, argv, ":o:s:m:p:fqh", kOptions, nullptr);
     switch (letter) {
       case -1:
         arguments.inputs.assign(argv + optind, argv + argc);
@@ -70,6 +78,12 @@ std::optional<Arguments> ParseArguments(int argc, char** argv) {
         break;
       case 's':
         arguments.settings.emplace_back(optarg);
+        break;
+      case 'm':
+        arguments.modes.emplace_back(optarg);
+        break;
+      case 'p':
+        arguments.presets.emplace_back(optarg);
         break;
       case 'f':
         arguments.force = true;
@@ -115,6 +129,27 @@ int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
   return kExit_Success;
 }
 
+/// The mode, the preset and the settings that are asked for; false with `error` when one is wrong.
+bool ChooseLook(const Arguments& arguments, orvelhost::RenderRequest& request, std::string& error) {
+  if (arguments.modes.size() > 1 || arguments.presets.size() > 1) {
+    error = "give one mode and one preset at the most";
+    return false;
+  }
+  if (arguments.modes.empty()) {
+    if (!arguments.presets.empty()) {
+      error = "a preset needs its mode; give --mode";
+      return false;
+    }
+  } else if (request.mode = arguments.modes.front(); !orvelhost::CheckMode(request.mode, error)) {
+    return false;
+  }
+  if (!arguments.presets.empty() && !orvelhost::FindPreset(arguments.presets.front(), request.mode,
+                                                           request.preset.emplace(), error)) {
+    return false;
+  }
+  return orvelhost::ParseSettings(arguments.settings, request.mode, request.settings, error);
+}
+
 }  // namespace
 
 int RunRender(int argc, char** argv) {
@@ -123,7 +158,9 @@ int RunRender(int argc, char** argv) {
     return kExit_Usage;
   }
   if (arguments->help) {
-    std::cout << kUsage << orvelhost::DescribeSettings();
+    std::cout << kUsage
+              << orvelhost::DescribeSettings(arguments->modes.empty() ? ""
+                                                                      : arguments->modes.front());
     return kExit_Success;
   }
   if (arguments->inputs.size() != 1) {
@@ -138,7 +175,7 @@ int RunRender(int argc, char** argv) {
   request.output = arguments->outputs.front();
   request.replaceOutput = arguments->force;
   std::string error;
-  if (!orvelhost::ParseSettings(arguments->settings, request.settings, error)) {
+  if (!ChooseLook(*arguments, request, error)) {
     return FailUsage(error);
   }
   if (const std::string fault = orvelhost::FindOutputFault(request); !fault.empty()) {

@@ -34,6 +34,9 @@ std::vector<FilterSpec> Dynamics(EffectValues values, const EffectContext& /*con
   using namespace dynamics;
   constexpr double kMilliseconds = 1e-3;
   constexpr double kInaudible = 1e-3;  // dB
+  // A voice is at its peaks for a small part of each of its periods. Over the whole time the filter
+  // would average 10 dB below the peaks, for which the curve is drawn; so it comes within 2 dB.
+  constexpr double kAttackShare = 0.1;
   std::vector<LevelPoint> points = Points(values);
   // Level with the last point beyond it, as the filter has it.
   const double atFullScale = points.empty() ? 0.0 : points.back().second - points.back().first;
@@ -60,7 +63,8 @@ std::vector<FilterSpec> Dynamics(EffectValues values, const EffectContext& /*con
     }
     filters.push_back(
         {"compand",
-         {{"attacks", Text(kMilliseconds * (values[kDetectorAttack] + values[kGainAttack]))},
+         {{"attacks",
+           Text(kAttackShare * kMilliseconds * (values[kDetectorAttack] + values[kGainAttack]))},
           {"decays", Text(kMilliseconds * (values[kDetectorRelease] + values[kGainRelease]))},
           {"points", text},
           {"soft-knee", values[kSmoothCurve] >= 0.5 ? "6" : "0.01"},

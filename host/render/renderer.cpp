@@ -1,31 +1,153 @@
 #include "host/render/renderer.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <memory>
 #include <system_error>
 
+#include "host/analysis/audio_source.h"
+#include "host/analysis/filtered_source.h"
+#include "host/analysis/loudness_match.h"
+#include "host/analysis/progress.h"
 #include "host/audio/audio_error.h"
-#include "host/audio/audio_reader.h"
 #include "host/audio/audio_writer.h"
 #include "host/audio/filter_graph.h"
+#include "host/effects/effect_catalogue.h"
 #include "host/session/effect_chain.h"
+#include "host/timing/stretch.h"
 
 namespace orvelhost {
 namespace {
 
-bool KeepGoing(const RenderRequest& request, std::int64_t framesDone, std::int64_t framesStated) {
-  if (!request.progress) {
-    return true;
-  }
-  return request.progress(framesStated > 0 ? std::min(1.0, static_cast<double>(framesDone) /
-                                                               static_cast<double>(framesStated))
-                                           : -1.0);
+std::string Rounded(double value) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.1f", value);
+  return text.data();
 }
 
-/// Sends the rest of the input through the graph into the writer.
-void Stream(const RenderRequest& request, AudioReader& reader, FilterGraph& graph,
-            AudioWriter& writer, RenderReport& report) {
-  LevelMeter before(report.inputFormat);
+/// The de-hummer has the wrong mains to look at; empty when it has not.
+std::string HumNote(const EffectChain& chain, const EffectContext& context) {
+  using namespace dehummer;
+  for (const EffectSlot& slot : chain.Slots()) {
+    if (slot.enabled && slot.componentId == orvel::kIzotopeDeHummerID && context.humFrequency) {
+      const double base = ToEffectScale(FindEffect(slot.componentId)->parameters[kBaseFrequency],
+                                        slot.parameters[kBaseFrequency]);
+      if (std::abs(*context.humFrequency - base) > 5.0) {
+        return "the hum lies at " + Rounded(*context.humFrequency) +
+               " Hz, and is not taken away at " + Rounded(base) + "; set restoration.HumFrequency";
+      }
+    }
+  }
+  return "";
+}
+
+/// How the parts of the work share the progress that is told.
+class Steps {
+ public:
+  /// `weights` of the steps, in their order.
+  Steps(const RenderRequest& request, const std::vector<double>& weights) : request_(request) {
+    double sum = 0.0;
+    for (const double weight : weights) {
+      ends_.push_back(sum += weight);
+    }
+    for (double& end : ends_) {
+      end /= sum;
+    }
+  }
+
+  /// Of the next step.
+  Progress Next() {
+    const double begin = next_ == 0 ? 0.0 : ends_[next_ - 1];
+    return StepOf(request_.progress, begin, ends_[next_++]);
+  }
+
+ private:
+  const RenderRequest& request_;
+  std::vector<double> ends_;
+  std::size_t next_ = 0;
+};
+
+EffectContext ContextOf(const Clip& clip) {
+  EffectContext context{clip.Format()};
+  if (clip.Measurement()) {
+    if (clip.Measurement()->analysis.hum) {
+      context.humFrequency = clip.Measurement()->analysis.hum->frequency;
+    }
+    context.noise = clip.Measurement()->noise;
+  }
+  return context;
+}
+
+/// Measures the sound behind the shaping effects and sets the gain that it needs.
+LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context, AudioSource& source,
+                          const Progress& progress) {
+  FilteredSource shaped(source, ShapingFilters(chain, context));
+  ProgressingReader reader(shaped, progress);
+  LevelMeter meter(shaped.Format());
+  AudioBlock block;
+  while (reader.Read(block)) {
+    meter.Add(block);
+  }
+  const Levels levels = meter.Measure();
+  const LoudnessTarget target = *chain.Loudness();
+  const LoudnessMatch match = MatchLoudness(levels.loudness, levels.truePeak, target);
+  chain.SetLoudness(target, match.gain);
+  return match;
+}
+
+/// Why the loudness is not what was asked for; empty when it is.
+std::string LoudnessNote(const LoudnessMatch& match, double target) {
+  if (match.status == kAnalysis_CeilingLimits) {
+    return "the peaks keep the loudness at " + Rounded(match.reached) +
+           " LUFS, below its target of " + Rounded(target);
+  }
+  return match.status == kAnalysis_NotMeasurable ? "the loudness cannot be measured and stays" : "";
+}
+
+/// Another source, with the levels of all that was read from it.
+class MeteredSource : public AudioSource {
+ public:
+  /// Both must outlive it.
+  MeteredSource(AudioSource& source, LevelMeter& meter) : source_(source), meter_(meter) {}
+
+  const AudioFormat& Format() const override { return source_.Format(); }
+  std::int64_t StatedFrameCount() const override { return source_.StatedFrameCount(); }
+  bool Read(AudioBlock& block) override {
+    const bool any = source_.Read(block);
+    if (any) {
+      meter_.Add(block);
+    }
+    return any;
+  }
+
+ private:
+  AudioSource& source_;
+  LevelMeter& meter_;
+};
+
+/// The clip as long as its chain asks for.
+std::unique_ptr<AudioSource> InTime(const Clip& clip, std::unique_ptr<AudioSource> source) {
+  const std::optional<DurationRequest>& request = clip.Chain().Duration();
+  if (!request) {
+    return source;
+  }
+  if (request->remix) {
+    throw AudioError("this host cannot remix; set duration.Mode=1 to stretch");
+  }
+  const ClipAnalysis& analysis = clip.Measurement()->analysis;
+  const DurationRange range = StretchRange(analysis.Duration());
+  const double seconds = std::clamp(request->seconds, range.least, range.greatest);
+  return Stretch(std::move(source), analysis.frameCount,
+                 std::llround(seconds * analysis.format.sampleRate));
+}
+
+/// Sends the source through the graph into the writer.
+void Stream(AudioSource& source, FilterGraph& graph, AudioWriter& writer, const Progress& progress,
+            RenderReport& report) {
   LevelMeter after(report.outputFormat);
+  ProgressingReader reader(source, progress);
   AudioBlock block;
   const auto writeReady = [&] {
     AudioBlock ready;
@@ -36,16 +158,11 @@ void Stream(const RenderRequest& request, AudioReader& reader, FilterGraph& grap
     }
   };
   while (reader.Read(block)) {
-    before.Add(block);
     graph.Push(block);
     writeReady();
-    if (!KeepGoing(request, report.frameCount, reader.StatedFrameCount())) {
-      throw AudioError("stopped; " + Quoted(request.output) + " was not written");
-    }
   }
   graph.Finish();
   writeReady();
-  report.before = before.Measure();
   report.after = after.Measure();
 }
 
@@ -69,31 +186,66 @@ std::string FindOutputFault(const RenderRequest& request) {
   return "";
 }
 
-RenderReport Render(const Host& host, const RenderRequest& request) {
-  if (const std::string fault = FindOutputFault(request); !fault.empty()) {
-    throw AudioError(fault);
-  }
-  AudioReader reader(request.input);
-  RenderReport report;
-  report.inputFormat = reader.Format();
+namespace {
 
+RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
+  FileSource file(request.input);
+  RenderReport report;
+  report.inputFormat = file.Format();
   const int channelCount = report.inputFormat.channelCount;
-  const boost::intrusive_ptr<Clip> clip(new Clip(request.input.filename().string(), channelCount));
+  const AudioOpener opener = OpenerOf(request.input);
+
+  const boost::intrusive_ptr<Clip> clip(
+      new Clip(request.input.filename().string(), report.inputFormat));
+  clip->SetAdjustmentsMode(request.mode);
+  bool isMeasured = false;
+  clip->SetMeasurer([&] { isMeasured = true; });
   host.GetSession()->Select({clip});
-  ApplySettings(request.settings, host, clip);
+  const auto models = ApplySettings(request.preset, request.settings, request.mode, host, clip);
+  const bool isFitted = clip->Chain().Loudness().has_value();
+
+  Steps steps(request, {isMeasured ? 1.0 : 0.0, isFitted ? 1.0 : 0.0, 1.0});
+  if (const Progress progress = steps.Next(); isMeasured) {
+    clip->SetMeasurement(MeasureClip(opener, progress));
+  }
+  const EffectContext context = ContextOf(*clip);
+  if (const Progress progress = steps.Next(); isFitted) {
+    const LoudnessMatch match =
+        FitLoudness(clip->Chain(), context, *InTime(*clip, opener()), progress);
+    report.notes.push_back(LoudnessNote(match, clip->Chain().Loudness()->target));
+  }
+  report.notes.push_back(HumNote(clip->Chain(), context));
+  std::erase(report.notes, "");
   for (const std::string& effect : UnheardEffects(clip->Chain(), channelCount)) {
     report.notes.push_back(
         effect + " changes nothing, for " + Quoted(request.input) + " " +
         (channelCount == 1 ? "is mono" : "has " + std::to_string(channelCount) + " channels"));
   }
 
-  FilterGraph graph(report.inputFormat, ChainFilters(clip->Chain(), {report.inputFormat}));
+  FilterGraph graph(report.inputFormat, ChainFilters(clip->Chain(), context));
   report.outputFormat = graph.OutputFormat();
   AudioWriter writer(request.output, report.outputFormat);
-  Stream(request, reader, graph, writer, report);
+  LevelMeter before(report.inputFormat);
+  const std::unique_ptr<AudioSource> source =
+      InTime(*clip, std::make_unique<MeteredSource>(file, before));
+  Stream(*source, graph, writer, steps.Next(), report);
   writer.Commit();
-  std::ranges::copy(reader.Notes(), std::back_inserter(report.notes));
+  report.before = before.Measure();
+  std::ranges::copy(file.Notes(), std::back_inserter(report.notes));
   return report;
+}
+
+}  // namespace
+
+RenderReport Render(const Host& host, const RenderRequest& request) {
+  if (const std::string fault = FindOutputFault(request); !fault.empty()) {
+    throw AudioError(fault);
+  }
+  try {
+    return RenderSteps(host, request);
+  } catch (const Cancelled&) {
+    throw AudioError("stopped; " + Quoted(request.output) + " was not written");
+  }
 }
 
 }  // namespace orvelhost

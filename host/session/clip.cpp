@@ -36,6 +36,26 @@ boost::signals2::connection Clip::RegisterForModelChanges(const ChangeSignal::sl
   return changed_.connect(slot);
 }
 
+void Clip::RequestMeasurement() {
+  if (status_ != kAnalysis_None || !measurer_) {
+    return;
+  }
+  status_ = kAnalysis_Running;
+  measured_();
+  const std::function<void()> measure = measurer_;  // it may replace itself
+  measure();
+}
+
+void Clip::SetMeasurement(const std::optional<ClipMeasurement>& measurement) {
+  measurement_ = measurement;
+  status_ = measurement ? kAnalysis_Done : kAnalysis_None;
+  measured_();
+}
+
+boost::signals2::connection Clip::RegisterForMeasurements(const ChangeSignal::slot_type& slot) {
+  return measured_.connect(slot);
+}
+
 void Clip::AttachToModel(bool /*attached*/, orvel::OrvelModel* /*model*/) {}
 
 }  // namespace orvelhost

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "host/analysis/loudness_match.h"
+#include "host/session/clip_measurement.h"
 #include "host/session/effect_chain.h"
 #include "orvel/orvel.h"
 
@@ -12,7 +16,7 @@ namespace orvelhost {
 /// A clip of the session: its mix type, the values of its sections and the effects that these give.
 class Clip : public orvel::MixTypeClipModelInterface {
  public:
-  Clip(const std::string& name, int channelCount) : name_(name), channelCount_(channelCount) {}
+  Clip(const std::string& name, const AudioFormat& format) : name_(name), format_(format) {}
 
   // Each returns 0. A setter announces a change, and nothing when the value stays the same.
   int GetClipType(orvel::ClipType& type) override;
@@ -29,7 +33,27 @@ class Clip : public orvel::MixTypeClipModelInterface {
   /// Does nothing: no path of this host leads from a clip to its model.
   void AttachToModel(bool attached, orvel::OrvelModel* model) override;
 
-  int ChannelCount() const { return channelCount_; }
+  const AudioFormat& Format() const { return format_; }
+
+  /// Who measures the clip when one of its sections asks for it; called at most once until the
+  /// measurement is set or discarded. It may set the measurement at once or later.
+  void SetMeasurer(const std::function<void()>& measurer) { measurer_ = measurer; }
+
+  /// Has the clip measured, unless it is, or that is under way, or there is nobody to do it.
+  void RequestMeasurement();
+
+  /// Stores what was measured; none, when that failed or was cancelled, lets it be asked for anew.
+  void SetMeasurement(const std::optional<ClipMeasurement>& measurement);
+
+  /// Discards what was measured.
+  void ForgetMeasurement() { SetMeasurement(std::nullopt); }
+
+  const std::optional<ClipMeasurement>& Measurement() const { return measurement_; }
+  /// kAnalysis_None, kAnalysis_Running or kAnalysis_Done.
+  AnalysisStatus MeasurementStatus() const { return status_; }
+
+  /// The slot is called after each change of the measurement or its status.
+  boost::signals2::connection RegisterForMeasurements(const ChangeSignal::slot_type& slot);
 
   EffectChain& Chain() { return chain_; }
   const EffectChain& Chain() const { return chain_; }
@@ -43,13 +67,17 @@ class Clip : public orvel::MixTypeClipModelInterface {
   int Set(T& field, const T& value);
 
   std::string name_;
-  int channelCount_;
+  AudioFormat format_;
   orvel::ClipType type_ = orvel::type_not_set;
   std::string modeID_;
   orvel::Guid presetGuid_;
   EffectChain chain_;
   std::map<std::string, std::vector<float>> sectionValues_;
   ChangeSignal changed_;
+  std::function<void()> measurer_;
+  AnalysisStatus status_ = kAnalysis_None;
+  std::optional<ClipMeasurement> measurement_;
+  ChangeSignal measured_;
 };
 
 }  // namespace orvelhost

@@ -7,8 +7,9 @@
 namespace orvelhost {
 namespace {
 
-constexpr const char* kPanModelID = "model_pan";
-constexpr float kSwitchedOn = 0.5f;  // a switch counts as on from here up
+bool IsReadBack(const orvel::ParamDefinition& param) {
+  return param.HasFlag(orvel::kParamFlag_NotStored);
+}
 
 /// The mapping with the present value of the parameter that its modifier asks for.
 float MapToEffect(orvel::ParameterMapping mapping, float normalized,
@@ -27,7 +28,9 @@ void CreateSectionModel(const std::string& mode, const orvel::SectionDefinition&
   const boost::intrusive_ptr<Clip> clip(clips.size() == 1 ? dynamic_cast<Clip*>(clips.front().get())
                                                           : nullptr);
   if (clip && !definition.GetModelID().empty()) {
-    model = new ClipSectionModel(mode, definition, clip);
+    const boost::intrusive_ptr<ClipSectionModel> made(new ClipSectionModel(mode, definition, clip));
+    made->RequestMeasurement();
+    model = made;
   }
 }
 
@@ -39,18 +42,21 @@ ClipSectionModel::ClipSectionModel(const std::string& mode,
     : mode_(mode),
       definition_(definition),
       clip_(clip),
-      values_(clip->SectionValues(definition.GetModelID())) {
+      values_(clip->SectionValues(definition.GetModelID())),
+      behaviour_(FindBehaviour(definition.GetModelID())) {
   const std::vector<orvel::ParamDefinition>& params = definition_.GetParamDefinitions();
   for (std::size_t index = values_.size(); index < params.size(); ++index) {
     const orvel::ParamDefinition& param = params[index];
     values_.push_back(std::clamp(
         orvel::modelutils::ToNormalized(param.minValue, param.maxValue, param.defaultValue), 0.0f,
         1.0f));
-    if (IsDecidedByClip(param.id)) {
-      values_.back() = clip->ChannelCount() > 2 ? 1.0f : 0.0f;
-    }
   }
   ApplyToClip();
+  measured_ = clip->RegisterForMeasurements([this] {
+    const boost::intrusive_ptr<ClipSectionModel> self(this);
+    Follow();
+    SendHeldBack();
+  });
 }
 
 int ClipSectionModel::GetNumParams() const {
@@ -86,19 +92,26 @@ int ClipSectionModel::SetParamsNormalized(const std::map<int, float>& values) {
       return kStatus_NotFinite;
     }
   }
-  std::set<int> changed;
+  bool triggered = false;
   for (const auto& [paramID, value] : values) {
+    const orvel::ParamDefinition& param = *Find(paramID);
     float& stored = values_[static_cast<std::size_t>(paramID)];
     const float limited = std::clamp(value, 0.0f, 1.0f);
-    if (!IsDecidedByClip(paramID) && stored != limited) {
+    if (param.HasFlag(orvel::kParamFlag_Trigger)) {
+      triggered = triggered || limited >= 0.5f;
+    } else if (!IsReadBack(param) && stored != limited) {
       stored = limited;
-      changed.insert(paramID);
+      heldBack_.insert(paramID);
     }
   }
-  if (!changed.empty()) {
-    ApplyToClip();
-    heldBack_.merge(changed);
+  const boost::intrusive_ptr<ClipSectionModel> self(this);
+  if (triggered) {
+    clip_->ForgetMeasurement();
+  }
+  if (triggered || !heldBack_.empty()) {
+    Follow();
     SendHeldBack();
+    RequestMeasurement();
   }
   return orvel::kStatus_Success;
 }
@@ -155,25 +168,33 @@ void ClipSectionModel::SendHeldBack() {
   }
 }
 
-bool ClipSectionModel::IsDecidedByClip(int paramID) const {
-  return definition_.GetModelID() == kPanModelID &&
-         paramID == orvel::SectionModelPanParams::kPanNotSupported;
-}
-
-bool ClipSectionModel::IsOn(int paramID) const {
-  return Find(paramID) != nullptr && values_[static_cast<std::size_t>(paramID)] >= kSwitchedOn;
+void ClipSectionModel::Follow() {
+  const std::vector<float> before = values_;
+  ApplyToClip();
+  for (std::size_t index = 0; index < values_.size(); ++index) {
+    if (values_[index] != before[index]) {
+      heldBack_.insert(static_cast<int>(index));
+    }
+  }
 }
 
 void ClipSectionModel::ApplyToClip() {
   for (const orvel::ControlDefinition& control : definition_.GetControlDefinitions()) {
     ApplyControl(control);
   }
-  if (definition_.GetModelID() == kPanModelID) {
-    constexpr int kPan = orvel::SectionModelPanParams::kPan;
-    float pan = 0.0f;
-    ToPhysical(kPan, values_[kPan], pan);
-    const bool on = IsOn(orvel::SectionModelPanParams::kEnabled);
-    clip_->Chain().SetPan(on ? static_cast<double>(pan / Find(kPan)->maxValue) : 0.0);
+  SectionState state(definition_, values_, *clip_);
+  if (behaviour_ != nullptr && behaviour_->apply != nullptr) {
+    behaviour_->apply(state);
+  }
+  for (const orvel::ControlDefinition& control : definition_.GetControlDefinitions()) {
+    ReadBack(control);
+  }
+}
+
+void ClipSectionModel::RequestMeasurement() {
+  if (behaviour_ != nullptr && behaviour_->needsMeasurement != nullptr &&
+      behaviour_->needsMeasurement(SectionState(definition_, values_, *clip_))) {
+    clip_->RequestMeasurement();
   }
 }
 
@@ -182,15 +203,39 @@ void ClipSectionModel::ApplyControl(const orvel::ControlDefinition& control) {
   if (slot == nullptr) {
     return;
   }
-  slot->enabled = IsOn(definition_.GetEnableParam().id) && IsOn(control.GetEnableParamID());
+  slot->enabled = SectionState(definition_, values_, *clip_).IsOn(control.GetEnableParamID());
   for (const auto& [paramID, mappings] : control.GetParameterMap()) {
-    if (Find(paramID) == nullptr) {
+    const orvel::ParamDefinition* param = Find(paramID);
+    if (param == nullptr || IsReadBack(*param)) {
       continue;
     }
     for (const orvel::ParameterMapping& mapping : mappings) {
       if (mapping.GetParamIndex() < slot->parameters.size()) {
         slot->parameters[mapping.GetParamIndex()] =
             MapToEffect(mapping, values_[static_cast<std::size_t>(paramID)], values_);
+      }
+    }
+  }
+}
+
+void ClipSectionModel::ReadBack(const orvel::ControlDefinition& control) {
+  const EffectSlot* slot =
+      clip_->Chain().Slot(control.GetComponentID(), control.GetEffectOrderNumber());
+  for (const auto& [paramID, mappings] : control.GetParameterMap()) {
+    const orvel::ParamDefinition* param = Find(paramID);
+    if (slot == nullptr || param == nullptr || !IsReadBack(*param)) {
+      continue;
+    }
+    for (const orvel::ParameterMapping& mapping : mappings) {
+      bool found = false;
+      bool ambiguous = false;
+      bool interpolated = false;
+      if (mapping.GetParamIndex() < slot->parameters.size()) {
+        const float value = mapping.ToNormalized(slot->parameters[mapping.GetParamIndex()], found,
+                                                 ambiguous, interpolated);
+        if (found) {
+          values_[static_cast<std::size_t>(paramID)] = value;
+        }
       }
     }
   }

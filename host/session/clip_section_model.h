@@ -7,6 +7,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "host/session/clip.h"
+#include "host/session/section_behaviour.h"
 #include "orvel/orvel.h"
 
 namespace orvelhost {
@@ -15,9 +16,10 @@ namespace orvelhost {
 /// line with all of them through the section's mappings and modifiers, and then sends one signal
 /// for each parameter that changed, in ascending order of id.
 ///
-/// An effect runs while both its section and its control are switched on. Pan acts on the clip
-/// itself. `PanNotSupported` is 1 for a clip of more than two channels; the clip decides it, so
-/// writing it changes nothing.
+/// An effect runs while both its section and its control are switched on. Parameters that are not
+/// stored are read-backs: they follow the effect that they are mapped onto, or the section's
+/// behaviour, and writing them changes nothing. A trigger discards what was measured on the clip,
+/// has it measured anew where the section needs it, and reads as 0 again.
 class ClipSectionModel : public orvel::SectionModelInterface {
  public:
   /// Statuses besides those of SectionModelStatus. With either of them nothing was changed.
@@ -30,6 +32,10 @@ class ClipSectionModel : public orvel::SectionModelInterface {
   int GetNumParams() const override;
   orvel::ParamDefinition GetParamDefinition(int index) override;
   bool GetSectionDefinition(orvel::SectionDefinition& definition) const override;
+
+  /// Has the clip measured if the section, as it is set, has to know more of it. Each write does
+  /// so; call it for a model of a clip that holds values already.
+  void RequestMeasurement();
 
   /// Values beyond 0..1 are limited to it.
   int SetParamNormalized(int paramID, float normalized) override;
@@ -52,16 +58,18 @@ class ClipSectionModel : public orvel::SectionModelInterface {
 
  private:
   const orvel::ParamDefinition* Find(int paramID) const;
-  bool IsDecidedByClip(int paramID) const;
-  bool IsOn(int paramID) const;
+  void Follow();
   void ApplyToClip();
   void ApplyControl(const orvel::ControlDefinition& control);
+  void ReadBack(const orvel::ControlDefinition& control);
   void SendHeldBack();
 
   std::string mode_;
   orvel::SectionDefinition definition_;
   boost::intrusive_ptr<Clip> clip_;
   std::vector<float>& values_;  // in clip_
+  const SectionBehaviour* behaviour_;
+  boost::signals2::scoped_connection measured_;
   bool active_ = false;
   unsigned suspendCount_ = 0;
   std::set<int> heldBack_;

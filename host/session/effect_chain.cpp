@@ -1,9 +1,11 @@
 #include "host/session/effect_chain.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "host/effects/effect_catalogue.h"
 #include "host/effects/effect_filters.h"
+#include "host/effects/filter_specs.h"
 
 namespace orvelhost {
 
@@ -20,14 +22,35 @@ EffectSlot* EffectChain::Slot(const std::u16string& componentId, int orderNumber
   return &*slots_.insert(place, {componentId, orderNumber, false, InitialParameters(*effect)});
 }
 
-std::vector<FilterSpec> ChainFilters(const EffectChain& chain, const EffectContext& context) {
-  std::vector<FilterSpec> filters;
+namespace {
+
+/// Of the effects whose order numbers lie from `begin` up to `end`.
+void AppendEffects(std::vector<FilterSpec>& filters, const EffectChain& chain,
+                   const EffectContext& context, int begin, int end) {
   for (const EffectSlot& slot : chain.Slots()) {
-    if (slot.enabled) {
+    if (slot.enabled && slot.orderNumber >= begin && slot.orderNumber < end) {
       std::ranges::move(EffectFilters(slot.componentId, slot.parameters, context),
                         std::back_inserter(filters));
     }
   }
+}
+
+}  // namespace
+
+std::vector<FilterSpec> ShapingFilters(const EffectChain& chain, const EffectContext& context) {
+  std::vector<FilterSpec> filters;
+  AppendEffects(filters, chain, context, std::numeric_limits<int>::min(),
+                EffectChain::kFinalEffects);
+  return filters;
+}
+
+std::vector<FilterSpec> ChainFilters(const EffectChain& chain, const EffectContext& context) {
+  std::vector<FilterSpec> filters = ShapingFilters(chain, context);
+  if (chain.LoudnessGain() != 0.0) {
+    filters.push_back(Gain(Factor(chain.LoudnessGain())));
+  }
+  AppendEffects(filters, chain, context, EffectChain::kFinalEffects,
+                std::numeric_limits<int>::max());
   std::ranges::move(PanFilters(chain.Pan(), context.format.channelCount),
                     std::back_inserter(filters));
   return filters;

@@ -3,58 +3,71 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <sstream>
 #include <string_view>
 
+#include "host/catalogue/mode_catalogue.h"
+
 namespace orvelhost {
 namespace {
 
-/// A section that this host can carry out.
-struct Section {
-  const char* name;
+// clang-format off
+/// What the values of parameters count, where they count something.
+constexpr struct {
   const char* modelID;
-  int amountID;      ///< the parameter that carries the unit
-  const char* unit;  ///< with a space before it
+  int paramID;
+  const char* unit;
+} kUnits[] = {
+    { "model_volume",      orvel::SectionModelVolumeParams::kVolume,              " dB" },
+    { "model_restoration", orvel::SectionModelRestorationParams::kHumFrequency,   " Hz" },
+    { "model_duration",    orvel::SectionModelDurationParams::kTargetDuration,    " s"  },
 };
 
-// clang-format off
-constexpr std::array<Section, 3> kSections = {{
-    // name          model id             amount                                                     unit
-    {"volume",       "model_volume",      orvel::SectionModelVolumeParams::kVolume,                  " dB"},
-    {"stereowidth",  "model_stereowidth", orvel::SectionModelStereoWidthParams::kAdjustStereoWidth,  ""},
-    {"pan",          "model_pan",         orvel::SectionModelPanParams::kPan,                        ""},
-}};
+constexpr std::array<const char*, 8> kModelIDs = {
+    "model_loudness", "model_restoration", "model_clarity", "model_soundeffects",
+    "model_volume",   "model_duration",    "model_pan",     "model_stereowidth",
+};
 // clang-format on
 
-orvel::SectionDefinition Definition(const Section& section) {
-  orvel::SectionDefinition definition;
-  [[maybe_unused]] const bool known =
-      orvel::factory::CreateSectionModelDefinition(section.modelID, orvel::PropList(), definition);
-  assert(known);
-  return definition;
+const ModeCatalogue& Catalogue() {
+  static const ModeCatalogue catalogue = ReadModeCatalogue();
+  return catalogue;
 }
 
-/// The others follow from the clip.
+/// The others follow from the clip, or set something off once.
 bool IsSettable(const orvel::ParamDefinition& param) {
-  return !param.HasFlag(orvel::kParamFlag_NotStored);
+  return !param.HasFlag(orvel::kParamFlag_NotStored) && !param.HasFlag(orvel::kParamFlag_Trigger);
 }
 
-std::string DescribeRange(const Section& section, const orvel::ParamDefinition& param) {
-  if (param.HasFlag(orvel::kParamFlag_TwoValued)) {
-    return "0 or 1";
-  }
+std::string DescribeRange(const std::string& modelID, const orvel::ParamDefinition& param) {
   std::ostringstream text;
-  text << param.minValue << " to " << param.maxValue
-       << (param.id == section.amountID ? section.unit : "");
+  text << param.minValue << (param.HasFlag(orvel::kParamFlag_TwoValued) ? " or " : " to ")
+       << param.maxValue;
+  for (const auto& row : kUnits) {
+    if (modelID == row.modelID && param.id == row.paramID) {
+      text << row.unit;
+    }
+  }
   return text.str();
 }
 
-std::string SectionNames() {
+bool IsInRange(const orvel::ParamDefinition& param, double value) {
+  const double least = param.minValue;
+  const double greatest = param.maxValue;
+  if (param.HasFlag(orvel::kParamFlag_TwoValued)) {
+    return value == least || value == greatest;
+  }
+  return value >= least && value <= greatest &&
+         (!param.HasFlag(orvel::kParamFlag_Stepped) || value == std::floor(value));
+}
+
+std::string SectionNames(const std::vector<orvel::SectionDefinition>& sections) {
   std::string names;
-  for (const Section& section : kSections) {
-    names += std::string(names.empty() ? "" : ", ") + section.name;
+  for (const orvel::SectionDefinition& section : sections) {
+    names += (names.empty() ? "" : ", ") + ShortSectionName(section.GetModelID());
   }
   return names;
 }
@@ -77,7 +90,8 @@ bool ParseNumber(std::string_view text, double& number) {
   return status == std::errc() && end == text.data() + text.size() && std::isfinite(number);
 }
 
-bool ParseSetting(const std::string& text, Setting& setting, std::string& error) {
+bool ParseSetting(const std::string& text, const std::vector<orvel::SectionDefinition>& sections,
+                  Setting& setting, std::string& error) {
   const std::size_t dot = text.find('.');
   const std::size_t equals = text.find('=');
   if (dot == std::string::npos || equals == std::string::npos || equals < dot) {
@@ -85,31 +99,30 @@ bool ParseSetting(const std::string& text, Setting& setting, std::string& error)
     return false;
   }
   const std::string sectionName = text.substr(0, dot);
-  const auto section = std::ranges::find_if(
-      kSections, [&](const Section& candidate) { return candidate.name == sectionName; });
-  if (section == kSections.end()) {
-    error = "there is no section '" + sectionName + "'; the sections are " + SectionNames();
+  const auto section = std::ranges::find_if(sections, [&](const auto& candidate) {
+    return ShortSectionName(candidate.GetModelID()) == sectionName;
+  });
+  if (section == sections.end()) {
+    error = "there is no section '" + sectionName + "' here; the sections are " +
+            SectionNames(sections);
     return false;
   }
-  const orvel::SectionDefinition definition = Definition(*section);
-  const std::vector<orvel::ParamDefinition>& params = definition.GetParamDefinitions();
+  const std::vector<orvel::ParamDefinition>& params = section->GetParamDefinitions();
   const std::string paramName = text.substr(dot + 1, equals - dot - 1);
   const auto param = std::ranges::find(params, paramName, &orvel::ParamDefinition::name);
   if (param == params.end() || !IsSettable(*param)) {
     error = "nothing to set is called '" + sectionName + "." + paramName + "'; " + sectionName +
-            " has " + ParamNames(definition);
+            " has " + ParamNames(*section);
     return false;
   }
   double value = 0.0;
   const std::string valueText = text.substr(equals + 1);
-  if (!ParseNumber(valueText, value) || value < static_cast<double>(param->minValue) ||
-      value > static_cast<double>(param->maxValue) ||
-      (param->HasFlag(orvel::kParamFlag_TwoValued) && value != 0.0 && value != 1.0)) {
-    error = sectionName + "." + paramName + " takes " + DescribeRange(*section, *param) +
-            ", not '" + valueText + "'";
+  if (!ParseNumber(valueText, value) || !IsInRange(*param, value)) {
+    error = sectionName + "." + paramName + " takes " +
+            DescribeRange(section->GetModelID(), *param) + ", not '" + valueText + "'";
     return false;
   }
-  setting = {section->modelID, param->id, static_cast<float>(value)};
+  setting = {section->GetModelID(), param->id, static_cast<float>(value)};
   return true;
 }
 
@@ -119,34 +132,85 @@ bool Sets(const std::vector<Setting>& settings, const std::string& modelID, int 
   });
 }
 
-/// The settings that switch on the controls whose values are set.
-std::vector<Setting> ImpliedSwitches(const std::vector<Setting>& settings) {
+/// The settings that switch on the controls whose values are set, and the sections of what is set
+/// or switched on.
+std::vector<Setting> ImpliedSwitches(const std::vector<Setting>& settings,
+                                     const std::vector<orvel::SectionDefinition>& sections) {
   std::vector<Setting> implied;
-  for (const Setting& setting : settings) {
-    orvel::SectionDefinition definition;
-    orvel::factory::CreateSectionModelDefinition(setting.modelID, orvel::PropList(), definition);
-    const orvel::ControlDefinition* control = nullptr;
-    const orvel::ParamType type =
-        std::as_const(definition).GetParamTypeAndControl(setting.paramID, &control);
-    if (type != orvel::kMappedParam && type != orvel::kModifierParam) {
-      continue;
+  const auto switchOn = [&](const std::string& modelID, int switchID) {
+    if (!Sets(settings, modelID, switchID) && !Sets(implied, modelID, switchID)) {
+      implied.push_back({modelID, switchID, 1.0f});
     }
-    const int switchID = control->GetEnableParamID();
-    if (!Sets(settings, setting.modelID, switchID) && !Sets(implied, setting.modelID, switchID)) {
-      implied.push_back({setting.modelID, switchID, 1.0f});
+  };
+  for (const Setting& setting : settings) {
+    const auto section =
+        std::ranges::find(sections, setting.modelID, &orvel::SectionDefinition::GetModelID);
+    const orvel::ControlDefinition* control = nullptr;
+    const orvel::ParamType type = section->GetParamTypeAndControl(setting.paramID, &control);
+    if (type == orvel::kMappedParam || type == orvel::kModifierParam) {
+      switchOn(setting.modelID, control->GetEnableParamID());
+    }
+    if (type != orvel::kControlEnable || setting.physical >= 0.5f) {
+      switchOn(setting.modelID, section->GetEnableParam().id);
     }
   }
   return implied;
 }
 
+std::string LowerCase(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char letter) {
+    return static_cast<char>(std::tolower(letter));
+  });
+  return text;
+}
+
 }  // namespace
 
-bool ParseSettings(const std::vector<std::string>& texts, std::vector<Setting>& settings,
-                   std::string& error) {
+std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode) {
+  if (const orvel::AdjustmentsModeDescriptor* descriptor = Catalogue().FindMode(mode)) {
+    return Catalogue().GetSections(*descriptor);
+  }
+  std::vector<orvel::SectionDefinition> sections;
+  for (const char* modelID : kModelIDs) {
+    orvel::factory::CreateSectionModelDefinition(modelID, orvel::PropList(),
+                                                 sections.emplace_back());
+  }
+  return sections;
+}
+
+bool CheckMode(const std::string& mode, std::string& error) {
+  if (Catalogue().FindMode(mode) != nullptr) {
+    return true;
+  }
+  std::string modes;
+  for (const orvel::AdjustmentsModeDescriptor& descriptor : Catalogue().modes) {
+    modes += (modes.empty() ? "" : ", ") + descriptor.modeID;
+  }
+  error = "there is no mode '" + mode + "'; the modes are " + modes;
+  return false;
+}
+
+bool FindPreset(const std::string& nameOrGuid, const std::string& mode, orvel::UserPreset& preset,
+                std::string& error) {
+  const std::string wanted = LowerCase(nameOrGuid);
+  for (const orvel::UserPreset& candidate : Catalogue().presets) {
+    if (candidate.PresetData.ModeID == mode && (LowerCase(ShownName(candidate.Name)) == wanted ||
+                                                candidate.Guid.AsUTF8String() == wanted)) {
+      preset = candidate;
+      return true;
+    }
+  }
+  error = "mode " + mode + " has no preset '" + nameOrGuid + "'; see orvel presets " + mode;
+  return false;
+}
+
+bool ParseSettings(const std::vector<std::string>& texts, const std::string& mode,
+                   std::vector<Setting>& settings, std::string& error) {
+  const std::vector<orvel::SectionDefinition> sections = SettableSections(mode);
   std::vector<Setting> parsed;
   for (const std::string& text : texts) {
     Setting setting;
-    if (!ParseSetting(text, setting, error)) {
+    if (!ParseSetting(text, sections, setting, error)) {
       return false;
     }
     if (Sets(parsed, setting.modelID, setting.paramID)) {
@@ -155,22 +219,21 @@ bool ParseSettings(const std::vector<std::string>& texts, std::vector<Setting>& 
     }
     parsed.push_back(setting);
   }
-  std::ranges::copy(ImpliedSwitches(parsed), std::back_inserter(parsed));
+  std::ranges::copy(ImpliedSwitches(parsed, sections), std::back_inserter(parsed));
   settings = parsed;
   return true;
 }
 
-std::string DescribeSettings() {
+std::string DescribeSettings(const std::string& mode) {
   std::ostringstream text;
-  for (const Section& section : kSections) {
-    const orvel::SectionDefinition definition = Definition(section);
-    for (const orvel::ParamDefinition& param : definition.GetParamDefinitions()) {
+  for (const orvel::SectionDefinition& section : SettableSections(mode)) {
+    for (const orvel::ParamDefinition& param : section.GetParamDefinitions()) {
       if (!IsSettable(param)) {
         continue;
       }
-      std::string name = std::string(section.name) + "." + param.name;
-      std::string range = DescribeRange(section, param);
-      name.resize(std::max<std::size_t>(name.size(), 34), ' ');
+      std::string name = ShortSectionName(section.GetModelID()) + "." + param.name;
+      std::string range = DescribeRange(section.GetModelID(), param);
+      name.resize(std::max<std::size_t>(name.size(), 36), ' ');
       range.resize(std::max<std::size_t>(range.size(), 14), ' ');
       text << "  " << name << range << "default " << param.defaultValue << "\n";
     }
@@ -178,27 +241,34 @@ std::string DescribeSettings() {
   return text.str();
 }
 
-void ApplySettings(const std::vector<Setting>& settings, const Host& host,
-                   const boost::intrusive_ptr<Clip>& clip) {
-  std::string mode;
-  clip->GetAdjustmentsMode(mode);
-  for (const Section& section : kSections) {
-    if (std::ranges::find(settings, section.modelID, &Setting::modelID) == settings.end()) {
+std::vector<boost::intrusive_ptr<orvel::SectionModelInterface>> ApplySettings(
+    const std::optional<orvel::UserPreset>& preset, const std::vector<Setting>& settings,
+    const std::string& mode, const Host& host, const boost::intrusive_ptr<Clip>& clip) {
+  std::vector<boost::intrusive_ptr<orvel::SectionModelInterface>> models;
+  for (const orvel::SectionDefinition& section : SettableSections(mode)) {
+    const std::string& modelID = section.GetModelID();
+    std::map<int, float> values;
+    const bool isPreset = preset && preset->PresetData.Models.contains(modelID);
+    if (!isPreset && std::ranges::find(settings, modelID, &Setting::modelID) == settings.end()) {
       continue;
     }
     boost::intrusive_ptr<orvel::SectionModelInterface> model;
-    orvel::factory::CreateModelForClips(section.modelID, mode, orvel::PropList(), host.GetSession(),
-                                        {clip}, false, model);
+    orvel::factory::CreateModelForClips(modelID, mode, section.GetConfiguration(),
+                                        host.GetSession(), {clip}, false, model);
     assert(model);
-    std::map<int, float> values;
+    if (isPreset) {
+      orvel::modelutils::SetParamList(model, preset->PresetData.Models.at(modelID));
+    }
     for (const Setting& setting : settings) {
-      if (setting.modelID == section.modelID) {
+      if (setting.modelID == modelID) {
         model->ToNormalized(setting.paramID, setting.physical, values[setting.paramID]);
       }
     }
     [[maybe_unused]] const int status = model->SetParamsNormalized(values);
     assert(status == orvel::kStatus_Success);
+    models.push_back(model);
   }
+  return models;
 }
 
 }  // namespace orvelhost

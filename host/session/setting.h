@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,21 +17,38 @@ struct Setting {
   friend bool operator==(const Setting&, const Setting&) = default;
 };
 
+/// The sections that can be set, by model id: those of an adjustments mode in its order, or all of
+/// them when `mode` is empty, then as the library builds them without a configuration.
+std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode);
+
+/// Whether there is such an adjustments mode; `error` otherwise is one line that names those there
+/// are.
+bool CheckMode(const std::string& mode, std::string& error);
+
+/// The shipped user preset of a mode with this guid, or with this name in either case of letters.
+/// False when the mode has no such preset; `error` then is one line that says so.
+bool FindPreset(const std::string& nameOrGuid, const std::string& mode, orvel::UserPreset& preset,
+                std::string& error);
+
 /// Reads settings written as "section.Parameter=value": the section's model id without "model_",
 /// the parameter's name in the section's table, a number in its unit. A value that a control maps
-/// also switches that control on, unless the control's switch is among the settings itself.
+/// also switches that control on, and whatever is set or switched on its section, unless the switch
+/// is among the settings itself.
 ///
 /// False when a text does not read so, a name is unknown, a value is outside its range or no value
 /// of its switch, or a parameter is set twice; `error` then is one line that says which and why,
 /// and `settings` stays as it was.
-bool ParseSettings(const std::vector<std::string>& texts, std::vector<Setting>& settings,
-                   std::string& error);
+bool ParseSettings(const std::vector<std::string>& texts, const std::string& mode,
+                   std::vector<Setting>& settings, std::string& error);
 
 /// A line for each parameter that can be set: its name, range, unit and default.
-std::string DescribeSettings();
+std::string DescribeSettings(const std::string& mode);
 
-/// Writes the settings into the clip, through a model of each section that is concerned.
-void ApplySettings(const std::vector<Setting>& settings, const Host& host,
-                   const boost::intrusive_ptr<Clip>& clip);
+/// Writes the preset, if there is one, and then the settings into the clip, through a model of each
+/// section that is concerned. The models are given back: while they live they follow what is
+/// measured on the clip.
+std::vector<boost::intrusive_ptr<orvel::SectionModelInterface>> ApplySettings(
+    const std::optional<orvel::UserPreset>& preset, const std::vector<Setting>& settings,
+    const std::string& mode, const Host& host, const boost::intrusive_ptr<Clip>& clip);
 
 }  // namespace orvelhost

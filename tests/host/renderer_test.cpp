@@ -25,7 +25,7 @@ class RendererTest : public ::testing::Test {
     request_.output = folder_ / output;
     request_.replaceOutput = true;
     std::string error;
-    EXPECT_TRUE(ParseSettings(settings, request_.settings, error)) << error;
+    EXPECT_TRUE(ParseSettings(settings, request_.mode, request_.settings, error)) << error;
     return Render(host_, request_);
   }
 

@@ -15,18 +15,24 @@ using Pan = orvel::SectionModelPanParams;
 std::vector<Setting> Parse(const std::vector<std::string>& texts) {
   std::vector<Setting> settings;
   std::string error;
-  EXPECT_TRUE(ParseSettings(texts, settings, error)) << error;
+  EXPECT_TRUE(ParseSettings(texts, "", settings, error)) << error;
   return settings;
 }
 
 TEST(Settings, AnAmountSwitchesItsControlOnUnlessTheSwitchIsSet) {
   EXPECT_THAT(Parse({"volume.Volume=-6"}),
               UnorderedElementsAre(Setting{"model_volume", Volume::kVolume, -6.0f},
-                                   Setting{"model_volume", Volume::kEnableVolume, 1.0f}));
+                                   Setting{"model_volume", Volume::kEnableVolume, 1.0f},
+                                   Setting{"model_volume", Volume::kEnabled, 1.0f}));
   EXPECT_THAT(Parse({"stereowidth.EnableStereoWidth=0", "stereowidth.AdjustStereoWidth=+1e1"}),
               UnorderedElementsAre(Setting{"model_stereowidth", Width::kEnableStereoWidth, 0.0f},
-                                   Setting{"model_stereowidth", Width::kAdjustStereoWidth, 10.0f}));
-  EXPECT_THAT(Parse({"pan.Pan=2.5"}), UnorderedElementsAre(Setting{"model_pan", Pan::kPan, 2.5f}));
+                                   Setting{"model_stereowidth", Width::kAdjustStereoWidth, 10.0f},
+                                   Setting{"model_stereowidth", Width::kEnabled, 1.0f}));
+  EXPECT_THAT(Parse({"pan.Pan=2.5", "pan.Enabled=0"}),
+              UnorderedElementsAre(Setting{"model_pan", Pan::kPan, 2.5f},
+                                   Setting{"model_pan", Pan::kEnabled, 0.0f}));
+  EXPECT_THAT(Parse({"volume.EnableVolume=0"}),
+              UnorderedElementsAre(Setting{"model_volume", Volume::kEnableVolume, 0.0f}));
 }
 
 TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
@@ -34,8 +40,8 @@ TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
       {"volume.Volume", "no setting"},
       {"Volume=3", "no setting"},
       {"", "no setting"},
-      {"volum.Volume=3", "sections are volume"},
-      {"model_volume.Volume=3", "sections are volume"},
+      {"volum.Volume=3", "sections are loudness, restoration"},
+      {"model_volume.Volume=3", "sections are loudness, restoration"},
       {"volume.volume=3", "Enabled, EnableVolume, Volume"},
       {"pan.PanNotSupported=1", "Enabled, Pan"},
       {"volume.Volume=", "-15 to 6 dB"},
@@ -51,19 +57,19 @@ TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
   for (const auto& [text, cause] : cases) {
     std::vector<Setting> settings = {{"untouched", 0, 0.0f}};
     std::string error;
-    EXPECT_FALSE(ParseSettings({"pan.Pan=1", text}, settings, error)) << text;
+    EXPECT_FALSE(ParseSettings({"pan.Pan=1", text}, "", settings, error)) << text;
     EXPECT_THAT(error, HasSubstr(cause));
     EXPECT_EQ(error.find('\n'), std::string::npos);
     EXPECT_EQ(settings.size(), 1U);
   }
   std::vector<Setting> settings;
   std::string error;
-  EXPECT_FALSE(ParseSettings({"pan.Pan=1", "pan.Pan=1"}, settings, error));
+  EXPECT_FALSE(ParseSettings({"pan.Pan=1", "pan.Pan=1"}, "", settings, error));
   EXPECT_THAT(error, HasSubstr("twice"));
 }
 
 TEST(Settings, TheDescriptionNamesWhatCanBeSet) {
-  const std::string text = DescribeSettings();
+  const std::string text = DescribeSettings("");
   EXPECT_THAT(text, HasSubstr("  volume.Volume "));
   EXPECT_THAT(text, HasSubstr(" -15 to 6 dB "));
   EXPECT_THAT(text, HasSubstr("  stereowidth.AdjustStereoWidth "));

@@ -1,0 +1,142 @@
+#include "host/audio/live_chain.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "host/audio/audio_error.h"
+#include "host/effects/effect_filters.h"
+#include "orvel/orvel.h"
+#include "tests/host/support/audio.h"
+
+namespace orvelhost::testing {
+namespace {
+
+using Chain = std::vector<FilterSpec>;
+
+const Chain kQuieter = {{"volume", {{"volume", "0.5"}}}};
+
+/// What comes out when the chain becomes each of `changes` in turn, every tenth of a second.
+AudioBlock RunLive(const AudioBlock& in, const Chain& first, const std::vector<Chain>& changes,
+                   std::size_t pieceSize = 441) {
+  LiveChain live(in.Format(), first);
+  AudioBlock out(live.OutputFormat(), in.FrameCount() + 20 * 44100);
+  std::size_t done = 0;
+  const auto pull = [&] {
+    for (AudioBlock block; live.Pull(block); done += block.FrameCount()) {
+      for (int channel = 0; channel < out.ChannelCount(); ++channel) {
+        std::ranges::copy(block.Channel(channel), out.Channel(channel).subspan(done).begin());
+      }
+    }
+  };
+  const auto second = static_cast<std::size_t>(in.Format().sampleRate);
+  std::size_t change = 0;
+  for (std::size_t begin = 0; begin < in.FrameCount(); begin += pieceSize) {
+    if (change < changes.size() && begin >= (change + 1) * second / 10) {
+      live.Change(changes[change++]);
+    }
+    const double rate = static_cast<double>(second);
+    live.Push(Between(in, static_cast<double>(begin) / rate,
+                      static_cast<double>(std::min(begin + pieceSize, in.FrameCount())) / rate));
+    pull();
+  }
+  live.Finish();
+  pull();
+  return Head(out, done);
+}
+
+Chain Effect(const std::u16string& id, std::vector<float> parameters) {
+  return EffectFilters(id, parameters, {{44100, 1}});
+}
+
+TEST(LiveChain, WithoutAChangeItIsTheGraph) {
+  const AudioBlock in = Make(44100, 2, 0.5, Noise(0.5));
+  const Chain filters = EffectFilters(teskaudiofilters::kStudioReverbID, {}, {in.Format()});
+  EXPECT_TRUE(HaveSameSamples(RunLive(in, filters, {}), RunFilters(in, filters)));
+}
+
+TEST(LiveChain, GoingOverToAChainThatSoundsTheSameIsNotHeard) {
+  // As different in delay and build as they come: at its place each sample stays.
+  const AudioBlock in = Make(44100, 1, 0.6, Noise(0.5));
+  const Chain lateOne = {{"adelay", {{"delays", "5000S"}, {"all", "1"}}, 5000}};
+  const AudioBlock out = RunLive(in, {}, {lateOne, {}, lateOne, {}});
+  EXPECT_LT(DifferenceInDb(out, in), -120.0);
+}
+
+TEST(LiveChain, AChangeIsAFadeWithoutAClick) {
+  constexpr double kTone = 441.0;
+  const AudioBlock in = Make(44100, 1, 0.6, Sine(0.5, kTone));
+  using namespace teskaudiofilters;
+  const std::pair<const char*, Chain> chains[] = {
+      {"gain", kQuieter},
+      {"limiter", Effect(kHardLimiterID, {0.9f, 0.7f})},
+      {"voice", Effect(kIzotopeVocalEnhancerID, {0.0f})},
+      {"hum", Effect(kIzotopeDeHummerID, {0.0015f, 0.25f, 0.0f})},
+      {"reverb",
+       Effect(kStudioReverbID, {0, 0.02f, 1, 0.5f, 0, 0.5f, 0.6f, 0.3f, 0.5f, 0.5f, 0.5f})},
+  };
+  // The largest bend of a sine of that height; a click bends sharply.
+  const auto bend = [](const AudioBlock& block) {
+    const std::span<const float> samples = block.Channel(0);
+    double largest = 0.0;
+    for (std::size_t at = 1; at + 1 < samples.size() - 2000; ++at) {
+      largest = std::max(largest, std::abs(static_cast<double>(samples[at - 1]) -
+                                           2.0 * static_cast<double>(samples[at]) +
+                                           static_cast<double>(samples[at + 1])));
+    }
+    return largest;
+  };
+  for (const auto& [name, chain] : chains) {
+    const double still = std::max(bend(in), bend(RunFilters(in, chain)));
+    const AudioBlock out = RunLive(in, {}, {chain, {}, chain});
+    EXPECT_LT(bend(out), 1.5 * still) << name;
+    EXPECT_NEAR(RmsInDb(Between(out, 0.45, 0.55)),
+                RmsInDb(Between(RunFilters(in, chain), 0.45, 0.55)), 0.1)
+        << name;
+  }
+}
+
+TEST(LiveChain, AChangeBeforeTheLastOneIsFadedInDoesNotClickEither) {
+  const AudioBlock in = Make(44100, 1, 0.4, Sine(0.5, 100.0));
+  LiveChain live(in.Format(), {});
+  AudioBlock block;
+  float last = 0.0f;
+  double largestStep = 0.0;
+  for (int piece = 0; piece < 100; ++piece) {
+    live.Push(Between(in, piece * 0.004, (piece + 1) * 0.004));
+    if (piece > 20 && piece < 60) {
+      live.Change(piece % 2 == 0 ? Chain() : Chain{{"volume", {{"volume", "0"}}}});
+    }
+    while (live.Pull(block)) {
+      for (const float sample : block.Channel(0)) {
+        largestStep = std::max(largestStep, static_cast<double>(std::abs(sample - last)));
+        last = sample;
+      }
+    }
+  }
+  EXPECT_LT(largestStep, 0.02);
+}
+
+TEST(LiveChain, AReverbThatComesInHasItsTailOfWhatWasHeardBefore) {
+  const AudioBlock in =
+      Make(44100, 1, 2.0, [](double time, int) { return time < 0.05 ? 0.5 : 0.0; });
+  const Chain reverb =
+      Effect(teskaudiofilters::kStudioReverbID, {0, 0.3f, 1, 0, 0, 0.5f, 0.6f, 0, 0.5f, 1, 1});
+  const AudioBlock changed = RunLive(in, {}, {{}, {}, {}, {}, {}, {}, {}, {}, {}, reverb});
+  const AudioBlock always = RunFilters(in, reverb);
+  EXPECT_NEAR(RmsInDb(Between(changed, 1.2, 1.8)), RmsInDb(Between(always, 1.2, 1.8)), 0.5);
+}
+
+TEST(LiveChain, ARefusedChangeLeavesTheOldChainRunning) {
+  const AudioBlock in = Make(44100, 1, 0.1, Noise(0.5));
+  LiveChain live(in.Format(), kQuieter);
+  EXPECT_THROW(live.Change({{"nosuchfilter", {}}}), AudioError);
+  EXPECT_THROW(live.Change(PanFilters(1.0, 1)), AudioError) << "it would become stereo";
+  live.Push(in);
+  AudioBlock out;
+  ASSERT_TRUE(live.Pull(out));
+  EXPECT_EQ(out.Channel(0)[7], 0.5f * in.Channel(0)[7]);
+}
+
+}  // namespace
+}  // namespace orvelhost::testing
