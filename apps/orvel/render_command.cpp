@@ -12,6 +12,7 @@
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
+#include "host/effects/filter_check.h"
 #include "host/render/renderer.h"
 #include "host/render/report_text.h"
 #include "host/session/host.h"
@@ -108,6 +109,9 @@ std::optional<Arguments> ParseArguments(int argc, char** argv) {
 int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
   NoteInterrupts();
   orvelhost::RenderReport report;
+  for (const std::string& fault : orvelhost::CheckFilters()) {
+    std::cerr << "orvel render: warning: " << fault << "\n";
+  }
   try {
     const orvelhost::Host host;
     ProgressBar bar;

@@ -209,7 +209,14 @@ class FilterGraph::Graph {
       Check(av_opt_set(context, name.c_str(), value.c_str(), AV_OPT_SEARCH_CHILDREN),
             std::string(spec.filter).append(" ").append(name).append("=").append(value));
     }
-    Check(avfilter_init_dict(context, nullptr), spec.filter);
+    const int status = avfilter_init_dict(context, nullptr);
+    if (status < 0 && spec.filter == "ladspa") {
+      const std::string& library = spec.options.at("file");
+      throw AudioError("cannot process: the LADSPA plugin '" + spec.options.at("plugin") +
+                       "' of '" + library + "' is missing (Debian has it in the package " +
+                       library + ")");
+    }
+    Check(status, spec.filter);
     return context;
   }
 

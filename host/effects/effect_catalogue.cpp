@@ -166,7 +166,7 @@ constexpr auto kDynamics = WithPoints<dynamics::kMaxPoints>(kDynamicsSettings, k
 
 }  // namespace
 
-const EffectDescription* FindEffect(const std::u16string& componentId) {
+std::span<const EffectDescription> Effects() {
   // Built on first use: the ids belong to another library and are made while it is loaded.
   static const std::array<EffectDescription, 10> effects = {{
       {teskaudiofilters::kHardLimiterID, "Hard Limiter", kHardLimiter},
@@ -180,9 +180,14 @@ const EffectDescription* FindEffect(const std::u16string& componentId) {
       {teskaudiofilters::kIzotopeVocalEnhancerID, "Vocal Enhancer", kVocalEnhancer},
       {teskaudiofilters::kStudioReverbID, "Studio Reverb", kStudioReverb},
   }};
-  const auto found = std::ranges::find_if(
-      effects, [&](const EffectDescription& effect) { return effect.componentId == componentId; });
-  return found == effects.end() ? nullptr : &*found;
+  return effects;
+}
+
+const EffectDescription* FindEffect(const std::u16string& componentId) {
+  const auto found = std::ranges::find_if(Effects(), [&](const EffectDescription& effect) {
+    return effect.componentId == componentId;
+  });
+  return found == Effects().end() ? nullptr : &*found;
 }
 
 std::vector<float> InitialParameters(const EffectDescription& effect) {

@@ -145,6 +145,9 @@ enum Parameter : std::size_t {
 };
 }  // namespace studioreverb
 
+/// All effects that sections drive.
+std::span<const EffectDescription> Effects();
+
 /// The effect with this component id, or null when no section drives one of that id.
 const EffectDescription* FindEffect(const std::u16string& componentId);
 

@@ -1,16 +1,19 @@
 #include "host/session/clip_section_model.h"
 
+#include <cmath>
 #include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/catalogue/mode_catalogue.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/session/host.h"
 
 namespace orvelhost::testing {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::FloatNear;
 using ::testing::IsEmpty;
@@ -18,17 +21,53 @@ using ::testing::Pair;
 using Volume = orvel::SectionModelVolumeParams;
 using Width = orvel::SectionModelStereoWidthParams;
 using Pan = orvel::SectionModelPanParams;
+using Clarity = orvel::SectionModelClarityParams;
+using Loudness = orvel::SectionModelLoudnessParams;
+using Restoration = orvel::SectionModelRestorationParams;
+using Duration = orvel::SectionModelDurationParams;
 using ModelPtr = boost::intrusive_ptr<orvel::SectionModelInterface>;
 
 class ClipSectionModelTest : public ::testing::Test {
  protected:
   ModelPtr Model(const std::string& modelID) { return Model(modelID, {clip_}); }
 
-  ModelPtr Model(const std::string& modelID, const orvel::MixTypeClipModels& clips) {
+  ModelPtr Model(const std::string& modelID, const orvel::PropList& configuration) {
+    return Model(modelID, {clip_}, configuration);
+  }
+
+  ModelPtr Model(const std::string& modelID, const orvel::MixTypeClipModels& clips,
+                 const orvel::PropList& configuration = {}) {
     ModelPtr model;
-    orvel::factory::CreateModelForClips(modelID, "dialog", orvel::PropList(), host_.GetSession(),
-                                        clips, false, model);
+    orvel::factory::CreateModelForClips(modelID, "dialog", configuration, host_.GetSession(), clips,
+                                        false, model);
     return model;
+  }
+
+  static orvel::PropList DialogConfiguration(const std::string& modelID) {
+    return ReadModeCatalogue().GetConfiguration("dialog", modelID);
+  }
+
+  static float Physical(const ModelPtr& model, int paramID) {
+    float value = -1.0f;
+    model->GetParamNormalized(paramID, value);
+    model->ToPhysical(paramID, value, value);
+    return value;
+  }
+
+  static int Status(const ModelPtr& model, int paramID) {
+    return static_cast<int>(std::lround(Physical(model, paramID)));
+  }
+
+  /// Of ten seconds of sound.
+  static ClipMeasurement Measured(double loudness, double truePeak,
+                                  std::optional<DynamicsLevels> dynamics) {
+    ClipMeasurement measurement;
+    measurement.analysis.format = {48000, 2};
+    measurement.analysis.frameCount = 480000;
+    measurement.analysis.loudness = loudness;
+    measurement.analysis.truePeak = truePeak;
+    measurement.analysis.dynamics = dynamics;
+    return measurement;
   }
 
   /// Records what the model tells.
@@ -95,6 +134,103 @@ TEST_F(ClipSectionModelTest, PanNotSupportedTellsOfMoreThanTwoChannelsAndCannotB
     EXPECT_EQ(model->GetParamNormalized(Pan::kPanNotSupported, value), 0);
     EXPECT_EQ(value, expected);
   }
+}
+
+TEST_F(ClipSectionModelTest, TheCurveReadBacksFollowTheEqualizerAndCannotBeWritten) {
+  const ModelPtr model = Model("model_clarity", DialogConfiguration("model_clarity"));
+  Listen(model);
+  const auto band = [&](int index) {
+    float value = -1.0f;
+    model->GetParamNormalized(Clarity::kEQCurveValue0 + index, value);
+    return value;
+  };
+  model->SetParamsNormalized({{Clarity::kEQPreset, 0.1f}, {Clarity::kEQAmount, 1.0f}});  // Intercom
+  EXPECT_NEAR(band(0), 0.0715f, 1e-5f);
+  EXPECT_NEAR(band(7), 0.596f, 1e-5f);
+  EXPECT_THAT(heard_, Contains(Pair(Clarity::kEQCurveValue0 + 7, FloatNear(0.596f, 1e-5f))));
+  EXPECT_EQ(model->SetParamNormalized(Clarity::kEQCurveValue0, 1.0f), 0);
+  EXPECT_NEAR(band(0), 0.0715f, 1e-5f);
+  model->SetParamNormalized(Clarity::kEQAmount, 0.0f);
+  EXPECT_NEAR(band(0), 0.5f + (0.0715f - 0.5f) * 0.01f, 1e-5f);
+}
+
+TEST_F(ClipSectionModelTest, DynamicsFollowTheMeasuredLevelsOnceTheyAreKnown) {
+  int asked = 0;
+  clip_->SetMeasurer([&] { ++asked; });
+  const ModelPtr model = Model("model_clarity");
+  EXPECT_EQ(Status(model, Clarity::kAnalysisStatus), kAnalysis_None);
+  EXPECT_EQ(asked, 0);
+  model->SetParamsNormalized({{Clarity::kEnableDynamics, 1.0f}, {Clarity::kDynamicsAmount, 1.0f}});
+  EXPECT_EQ(Status(model, Clarity::kAnalysisStatus), kAnalysis_Running);
+  const auto points = [&] {
+    return clip_->Chain().Slots().front().parameters[dynamics::kPointCount] * 7;
+  };
+  EXPECT_FLOAT_EQ(points(), 3.0f) << "the control's own mappings";
+  Listen(model);
+  clip_->SetMeasurement(Measured(-30, -10, DynamicsLevels{-10, -30}));
+  EXPECT_FLOAT_EQ(points(), 6.0f);
+  EXPECT_FLOAT_EQ(clip_->Chain().Slots().front().parameters[dynamics::kFirstPoint + 8], 0.9f);
+  EXPECT_THAT(heard_, ElementsAre(Pair(Clarity::kAnalysisStatus, 0.5f)));
+  model->SetParamNormalized(Clarity::kReanalyzeDynamics, 1.0f);
+  EXPECT_EQ(Status(model, Clarity::kReanalyzeDynamics), 0);
+  EXPECT_EQ(Status(model, Clarity::kAnalysisStatus), kAnalysis_Running);
+  EXPECT_EQ(asked, 2);
+  clip_->SetMeasurement(Measured(-30, -10, std::nullopt));
+  EXPECT_EQ(Status(model, Clarity::kAnalysisStatus), kAnalysis_NotMeasurable);
+}
+
+TEST_F(ClipSectionModelTest, AutoLoudnessBringsTheClipToTheConfiguredTargetWithinItsCeiling) {
+  const ModelPtr model = Model("model_loudness", DialogConfiguration("model_loudness"));
+  clip_->SetMeasurer([] {});
+  model->SetParamNormalized(Loudness::kAutoLoudness, 1.0f);
+  EXPECT_EQ(Status(model, Loudness::kAnalysisStatus), kAnalysis_Running);
+  clip_->SetMeasurement(Measured(-30, -12, std::nullopt));
+  EXPECT_EQ(Status(model, Loudness::kAnalysisStatus), kAnalysis_Done);
+  EXPECT_NEAR(clip_->Chain().LoudnessGain(), 7.0, 0.01);
+  EXPECT_NEAR(Physical(model, Loudness::kMeasuredLoudness), -30.0, 0.01);
+  EXPECT_NEAR(Physical(model, Loudness::kAdjustedLoudness), -23.0, 0.01);
+  clip_->SetMeasurement(Measured(-30, -4, std::nullopt));
+  EXPECT_EQ(Status(model, Loudness::kAnalysisStatus), kAnalysis_CeilingLimits);
+  EXPECT_NEAR(Physical(model, Loudness::kAdjustedLoudness), -27.0, 0.01);
+  model->SetParamNormalized(Loudness::kAutoLoudness, 0.0f);
+  EXPECT_EQ(clip_->Chain().LoudnessGain(), 0.0);
+  EXPECT_NEAR(Physical(model, Loudness::kAdjustedLoudness), -30.0, 0.01);
+  model->SetParamNormalized(Loudness::kResetLoudnessMeasurements, 1.0f);
+  EXPECT_EQ(Status(model, Loudness::kAnalysisStatus), kAnalysis_None) << "off: not asked for anew";
+  EXPECT_FALSE(clip_->Measurement());
+}
+
+TEST_F(ClipSectionModelTest, AMeasurementThatFailedIsAskedForAgainOnlyByAWrite) {
+  int asked = 0;
+  clip_->SetMeasurer([&] {
+    ++asked;
+    clip_->SetMeasurement(std::nullopt);
+  });
+  const ModelPtr model = Model("model_restoration");
+  model->SetParamNormalized(Restoration::kEnableReduceHum, 1.0f);
+  EXPECT_EQ(asked, 1);
+  model->SetParamNormalized(Restoration::kReduceHum, 1.0f);
+  EXPECT_EQ(asked, 2);
+}
+
+TEST_F(ClipSectionModelTest, TheDurationIsAFractionOfSecondsWithinWhatTheClipCanBecome) {
+  const ModelPtr model = Model("model_duration");
+  const auto set = [&](int paramID, float physical) {
+    float normalized = 0.0f;
+    model->ToNormalized(paramID, physical, normalized);
+    model->SetParamNormalized(paramID, normalized);
+  };
+  set(Duration::kTargetDuration, 300.0f);
+  EXPECT_FALSE(clip_->Chain().Duration()) << "the section starts switched off";
+  set(Duration::kEnabled, 1.0f);
+  EXPECT_NEAR(clip_->Chain().Duration()->seconds, 300.0, 0.01);
+  EXPECT_FALSE(clip_->Chain().Duration()->remix);
+  set(Duration::kDurationDenominator, 25.0f);
+  EXPECT_NEAR(clip_->Chain().Duration()->seconds, 12.0, 0.01);
+  clip_->SetMeasurement(Measured(-30, -10, std::nullopt));
+  EXPECT_NEAR(Physical(model, Duration::kMinDuration), 2.5, 0.01);
+  EXPECT_NEAR(Physical(model, Duration::kMaxDuration), 40.0, 0.01);
+  EXPECT_NEAR(Physical(model, Duration::kSamplerate), 48000.0, 1.0);
 }
 
 TEST_F(ClipSectionModelTest, ABadWriteIsRefusedAsAWhole) {
@@ -203,7 +339,7 @@ TEST_F(ClipSectionModelTest, AModifiersArgumentBendsWhatItsControlMaps) {
 
 TEST_F(ClipSectionModelTest, NoModelIsMadeWithoutADefinitionOrASingleClipOfThisHost) {
   EXPECT_EQ(Model("model_unknown"), nullptr);
-  EXPECT_EQ(Model("model_volume", {}), nullptr);
+  EXPECT_EQ(Model("model_volume", orvel::MixTypeClipModels()), nullptr);
 }
 
 }  // namespace

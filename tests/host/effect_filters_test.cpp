@@ -8,6 +8,7 @@
 
 #include "host/audio/audio_error.h"
 #include "host/effects/effect_catalogue.h"
+#include "host/effects/filter_check.h"
 #include "host/session/host.h"
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
@@ -155,6 +156,18 @@ TEST(Effects, ParametersOutsideTheirRangeAreLimitedAndMissingOnesInitial) {
 
 TEST(Effects, OneThatThisHostCannotRunIsAnErrorAndNotSilence) {
   EXPECT_THROW(EffectFilters(u"no such effect", {}, {{48000, 2}}), AudioError);
+}
+
+TEST(Effects, WhatThisMachineLacksIsNamedAtTheStart) {
+  EXPECT_THAT(CheckFilters(), ::testing::IsEmpty());
+  const FilterSpec absent = {"ladspa", {{"file", "/nonexistent"}, {"plugin", "PlateX2"}}};
+  try {
+    FilterGraph({48000, 2}, {absent});
+    FAIL();
+  } catch (const AudioError& error) {
+    EXPECT_THAT(error.what(),
+                ::testing::HasSubstr("plugin 'PlateX2' of '/nonexistent' is missing"));
+  }
 }
 
 TEST(Effects, TheLibraryCanCreateThoseOfTheCatalogueOnly) {

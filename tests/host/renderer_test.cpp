@@ -98,6 +98,76 @@ TEST_F(RendererTest, SurroundIsNotPannedAndThatIsSaid) {
   EXPECT_TRUE(HaveSameSamples(ReadFile(folder_ / "out.wav"), ReadFile(folder_ / "in.wav")));
 }
 
+TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItCannot) {
+  request_.mode = "dialog";
+  WriteFile(folder_ / "in.wav", Make(48000, 2, 3.0, Noise(0.02)));
+  const std::vector<std::string> settings = {"loudness.AutoLoudness=1", "clarity.EQPreset=4",
+                                             "clarity.EQAmount=10"};
+  const RenderReport reached = RenderWith(settings);
+  EXPECT_NEAR(reached.after.loudness, -23.0, 0.1);
+  EXPECT_THAT(reached.notes, IsEmpty());
+  // One peak near full scale leaves no room.
+  WriteFile(folder_ / "in.wav",
+            Make(48000, 2, 3.0, [noise = Noise(0.02)](double time, int channel) {
+              return noise(time, channel) + (time == 1.0 ? 0.8 : 0.0);
+            }));
+  const RenderReport limited = RenderWith({"loudness.AutoLoudness=1"});
+  EXPECT_NEAR(limited.after.truePeak, -1.0, 0.1);
+  EXPECT_THAT(limited.notes, ElementsAre(HasSubstr("below its target of -23.0")));
+}
+
+TEST_F(RendererTest, APresetGivesTheSectionsOfItsModeAndSettingsAreStronger) {
+  request_.mode = "sfx";
+  orvel::UserPreset preset;
+  std::string error;
+  ASSERT_TRUE(FindPreset("from the LEFT", "sfx", preset, error)) << error;
+  request_.preset = preset;
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.2, Noise(0.4)));
+  EXPECT_EQ(Peak(Difference(Rendered({}), Rendered({"pan.Pan=-5"}))), 0.0);
+  const AudioBlock right = Rendered({"pan.Pan=5"});
+  EXPECT_TRUE(std::ranges::all_of(right.Channel(0), [](float sample) { return sample == 0.0f; }));
+  EXPECT_FALSE(FindPreset("no such", "sfx", preset, error));
+  EXPECT_THAT(error, HasSubstr("orvel presets sfx"));
+}
+
+TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {
+  request_.mode = "dialog";
+  WriteFile(folder_ / "in.wav", Make(48000, 1, 5.0, [noise = Noise(0.001)](double time, int) {
+              return noise(time, 0) + Sine(0.05, 50.1)(time, 0) + Sine(0.02, 150.3)(time, 0);
+            }));
+  const AudioBlock in = ReadFile(folder_ / "in.wav");
+  const AudioBlock out = Rendered({"restoration.ReduceHum=5", "restoration.HumFrequency=50"});
+  for (const double frequency : {50.1, 150.3}) {
+    EXPECT_LT(ToneInDb(out, frequency, 2, 5) - ToneInDb(in, frequency, 2, 5), -30.0);
+  }
+  const RenderReport wrong = RenderWith({"restoration.ReduceHum=5", "restoration.HumFrequency=60"});
+  EXPECT_THAT(wrong.notes, ElementsAre(HasSubstr("the hum lies at 50.1 Hz")));
+}
+
+TEST_F(RendererTest, AtFullNoiseReductionPausesFallByTwelveDecibelsAndMore) {
+  request_.mode = "dialog";
+  WriteFile(folder_ / "in.wav",
+            Make(44100, 2, 4.0, [noise = Noise(0.004)](double time, int channel) {
+              const bool speaks = std::fmod(time, 2.0) < 1.0;
+              return noise(time, channel) + (speaks ? Sine(0.2, 300)(time, 0) : 0.0);
+            }));
+  const AudioBlock in = ReadFile(folder_ / "in.wav");
+  const AudioBlock out = Rendered({"restoration.ReduceNoise=10"});
+  EXPECT_LT(RmsInDb(Between(out, 1.2, 1.9)) - RmsInDb(Between(in, 1.2, 1.9)), -12.0);
+  EXPECT_NEAR(RmsInDb(Between(out, 2.1, 2.9)) - RmsInDb(Between(in, 2.1, 2.9)), 0.0, 0.5);
+}
+
+TEST_F(RendererTest, AReverbRingsOnBehindTheInputAndAStretchedClipHasItsLength) {
+  request_.mode = "dialog";
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 1.0, Noise(0.2)));
+  // The church: 4.5 s, 1.3 times as long in the bass, behind 40 ms.
+  EXPECT_NEAR(static_cast<double>(RenderWith({"soundeffects.ReverbPreset=1"}).frameCount) / 44100,
+              1.0 + 0.04 + 1.5 * 4.5 * 1.3, 0.05);
+  request_.mode = "music";
+  EXPECT_EQ(RenderWith({"duration.TargetDuration=1.5"}).frameCount, 66150);
+  EXPECT_EQ(RenderWith({"duration.TargetDuration=9"}).frameCount, 4 * 44100) << "the most";
+}
+
 TEST_F(RendererTest, AFailureLeavesTheOutputAsItWas) {
   WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Noise(0.5)));
   WriteBytes(folder_ / "out.wav", "as it was");

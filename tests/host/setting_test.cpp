@@ -53,6 +53,8 @@ TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
       {"volume.Volume=-1e999", "-15 to 6 dB"},
       {"volume.EnableVolume=0.5", "0 or 1"},
       {"pan.Pan=-5.1", "-5 to 5"},
+      {"restoration.HumFrequency=55", "50 or 60 Hz"},
+      {"loudness.ResetLoudnessMeasurements=1", "loudness has Enabled, AutoLoudness"},
   };
   for (const auto& [text, cause] : cases) {
     std::vector<Setting> settings = {{"untouched", 0, 0.0f}};
@@ -66,6 +68,18 @@ TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
   std::string error;
   EXPECT_FALSE(ParseSettings({"pan.Pan=1", "pan.Pan=1"}, "", settings, error));
   EXPECT_THAT(error, HasSubstr("twice"));
+}
+
+TEST(Settings, AModeGivesItsOwnSectionsAndTheirLists) {
+  std::vector<Setting> settings;
+  std::string error;
+  EXPECT_TRUE(ParseSettings({"clarity.EQPreset=10"}, "dialog", settings, error)) << error;
+  EXPECT_FALSE(ParseSettings({"clarity.EQPreset=10.5"}, "dialog", settings, error));
+  EXPECT_FALSE(ParseSettings({"clarity.EQPreset=11"}, "dialog", settings, error));
+  EXPECT_THAT(error, HasSubstr("0 to 10"));
+  EXPECT_FALSE(ParseSettings({"pan.Pan=1"}, "dialog", settings, error));
+  EXPECT_FALSE(CheckMode("opera", error));
+  EXPECT_THAT(error, HasSubstr("dialog, music, sfx, ambience"));
 }
 
 TEST(Settings, TheDescriptionNamesWhatCanBeSet) {
