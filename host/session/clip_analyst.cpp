@@ -1,0 +1,134 @@
+#include "host/session/clip_analyst.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+
+#include "host/analysis/analysis_cache.h"
+#include "host/audio/audio_error.h"
+
+namespace orvelhost {
+namespace {
+
+/// One measurement. It does not own its clip, which must not end on the other thread.
+struct Job {
+  std::filesystem::path path;
+  std::atomic<bool> cancelled = false;
+  std::atomic<double> done = -1.0;
+};
+
+}  // namespace
+
+class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
+ public:
+  void Begin() {
+    thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+  }
+
+  void End() {
+    for (const auto& [clip, job] : jobs_) {
+      job->cancelled = true;
+    }
+    thread_.request_stop();
+    thread_.join();
+  }
+
+  void Add(const boost::intrusive_ptr<Clip>& clip, const std::filesystem::path& path) {
+    const auto job = std::make_shared<Job>();
+    job->path = path;
+    jobs_[clip] = job;
+    const std::lock_guard lock(mutex_);
+    waiting_.push_back(job);
+    wake_.notify_one();
+  }
+
+  void Cancel(const boost::intrusive_ptr<Clip>& clip) {
+    if (const auto found = jobs_.find(clip); found != jobs_.end()) {
+      found->second->cancelled = true;
+      jobs_.erase(found);
+      clip->SetMeasurement(std::nullopt);
+    }
+  }
+
+  double Done(const boost::intrusive_ptr<Clip>& clip) const {
+    const auto found = jobs_.find(clip);
+    return found == jobs_.end() ? -1.0 : found->second->done.load();
+  }
+
+ private:
+  void Run(const std::stop_token& stop) {
+    while (true) {
+      std::unique_lock lock(mutex_);
+      if (!wake_.wait(lock, stop, [this] { return !waiting_.empty(); })) {
+        return;
+      }
+      const std::shared_ptr<Job> job = waiting_.front();
+      waiting_.pop_front();
+      lock.unlock();
+      const std::optional<ClipMeasurement> result = Measure(*job);
+      orvel::GetRegisteredMainThread()->Post([worker = weak_from_this(), job, result] {
+        if (const std::shared_ptr<Worker> alive = worker.lock()) {
+          alive->Tell(job, result);
+        }
+      });
+    }
+  }
+
+  std::optional<ClipMeasurement> Measure(Job& job) {
+    try {
+      return cache_.Get(ContentKey(job.path), "measurement", [&job] {
+        return MeasureClip(OpenerOf(job.path), [&job](double done) {
+          job.done = done;
+          return !job.cancelled;
+        });
+      });
+    } catch (const Cancelled&) {
+    } catch (const AudioError&) {
+    }
+    return std::nullopt;
+  }
+
+  void Tell(const std::shared_ptr<Job>& job, const std::optional<ClipMeasurement>& result) {
+    const auto found =
+        std::ranges::find_if(jobs_, [&](const auto& entry) { return entry.second == job; });
+    if (found != jobs_.end()) {  // else it was cancelled
+      const boost::intrusive_ptr<Clip> clip = found->first;
+      jobs_.erase(found);
+      clip->SetMeasurement(result);
+    }
+  }
+
+  std::map<boost::intrusive_ptr<Clip>, std::shared_ptr<Job>> jobs_;  // of the main thread
+
+  AnalysisCache cache_;
+  std::mutex mutex_;
+  std::condition_variable_any wake_;
+  std::deque<std::shared_ptr<Job>> waiting_;
+  std::jthread thread_;  // the last member, as it uses the others
+};
+
+ClipAnalyst::ClipAnalyst() : worker_(std::make_shared<Worker>()) { worker_->Begin(); }
+
+ClipAnalyst::~ClipAnalyst() { worker_->End(); }
+
+void ClipAnalyst::Serve(const boost::intrusive_ptr<Clip>& clip, const std::filesystem::path& path) {
+  clip->SetMeasurer([worker = std::weak_ptr(worker_), raw = clip.get(), path] {
+    if (const std::shared_ptr<Worker> alive = worker.lock()) {
+      alive->Add(raw, path);
+    } else {
+      raw->SetMeasurement(std::nullopt);
+    }
+  });
+}
+
+void ClipAnalyst::Cancel(const boost::intrusive_ptr<Clip>& clip) { worker_->Cancel(clip); }
+
+double ClipAnalyst::Done(const boost::intrusive_ptr<Clip>& clip) const {
+  return worker_->Done(clip);
+}
+
+}  // namespace orvelhost
