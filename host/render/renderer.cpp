@@ -16,6 +16,7 @@
 #include "host/audio/filter_graph.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/session/effect_chain.h"
+#include "host/timing/remix.h"
 #include "host/timing/stretch.h"
 
 namespace orvelhost {
@@ -127,20 +128,30 @@ class MeteredSource : public AudioSource {
   LevelMeter& meter_;
 };
 
-/// The clip as long as its chain asks for.
-std::unique_ptr<AudioSource> InTime(const Clip& clip, std::unique_ptr<AudioSource> source) {
+/// The clip as long as its chain asks for; as it is when that asks for nothing.
+AudioOpener InTime(const Clip& clip, const std::string& name, const AudioOpener& opener,
+                   const Progress& progress) {
   const std::optional<DurationRequest>& request = clip.Chain().Duration();
   if (!request) {
-    return source;
+    return opener;
   }
+  const ClipMeasurement& measurement = *clip.Measurement();
   if (request->remix) {
-    throw AudioError("this host cannot remix; set duration.Mode=1 to stretch");
+    if (!measurement.remix) {
+      throw AudioError(name + " cannot be remixed, as it has no steady beat or is too short; " +
+                       "duration.Mode=1 stretches it");
+    }
+    const RemixPlan plan = PlanRemix(opener, *measurement.remix, request->seconds,
+                                     request->favorShortSegments, progress);
+    return [opener, plan] { return Remix(opener, plan); };
   }
-  const ClipAnalysis& analysis = clip.Measurement()->analysis;
+  const ClipAnalysis& analysis = measurement.analysis;
   const DurationRange range = StretchRange(analysis.Duration());
-  const double seconds = std::clamp(request->seconds, range.least, range.greatest);
-  return Stretch(std::move(source), analysis.frameCount,
-                 std::llround(seconds * analysis.format.sampleRate));
+  const std::int64_t frameCount = std::llround(
+      std::clamp(request->seconds, range.least, range.greatest) * analysis.format.sampleRate);
+  return [opener, length = analysis.frameCount, frameCount] {
+    return Stretch(opener(), length, frameCount);
+  };
 }
 
 /// Sends the source through the graph into the writer.
@@ -204,14 +215,15 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
   const auto models = ApplySettings(request.preset, request.settings, request.mode, host, clip);
   const bool isFitted = clip->Chain().Loudness().has_value();
 
-  Steps steps(request, {isMeasured ? 1.0 : 0.0, isFitted ? 1.0 : 0.0, 1.0});
+  Steps steps(request, {isMeasured ? 1.0 : 0.0, clip->Chain().Duration() ? 0.3 : 0.0,
+                        isFitted ? 1.0 : 0.0, 1.0});
   if (const Progress progress = steps.Next(); isMeasured) {
-    clip->SetMeasurement(MeasureClip(opener, progress));
+    clip->SetMeasurement(MeasureClip(opener, clip->WantsRemix(), progress));
   }
+  const AudioOpener inTime = InTime(*clip, Quoted(request.input), opener, steps.Next());
   const EffectContext context = ContextOf(*clip);
   if (const Progress progress = steps.Next(); isFitted) {
-    const LoudnessMatch match =
-        FitLoudness(clip->Chain(), context, *InTime(*clip, opener()), progress);
+    const LoudnessMatch match = FitLoudness(clip->Chain(), context, *inTime(), progress);
     report.notes.push_back(LoudnessNote(match, clip->Chain().Loudness()->target));
   }
   report.notes.push_back(HumNote(clip->Chain(), context));
@@ -226,9 +238,14 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
   report.outputFormat = graph.OutputFormat();
   AudioWriter writer(request.output, report.outputFormat);
   LevelMeter before(report.inputFormat);
-  const std::unique_ptr<AudioSource> source =
-      InTime(*clip, std::make_unique<MeteredSource>(file, before));
-  Stream(*source, graph, writer, steps.Next(), report);
+  MeteredSource metered(file, before);
+  if (clip->Chain().Duration()) {
+    for (AudioBlock block; metered.Read(block);) {
+    }
+    Stream(*inTime(), graph, writer, steps.Next(), report);
+  } else {
+    Stream(metered, graph, writer, steps.Next(), report);
+  }
   writer.Commit();
   report.before = before.Measure();
   std::ranges::copy(file.Notes(), std::back_inserter(report.notes));

@@ -36,10 +36,12 @@ boost::signals2::connection Clip::RegisterForModelChanges(const ChangeSignal::sl
   return changed_.connect(slot);
 }
 
-void Clip::RequestMeasurement() {
-  if (status_ != kAnalysis_None || !measurer_) {
+void Clip::RequestMeasurement(bool withRemix) {
+  const bool isKnown = measurement_ && (measurement_->isMapped || !withRemix);
+  if (status_ == kAnalysis_Running || isKnown || !measurer_) {
     return;
   }
+  wantsRemix_ = withRemix || wantsRemix_;
   status_ = kAnalysis_Running;
   measured_();
   const std::function<void()> measure = measurer_;  // it may replace itself

@@ -39,8 +39,11 @@ class Clip : public orvel::MixTypeClipModelInterface {
   /// measurement is set or discarded. It may set the measurement at once or later.
   void SetMeasurer(const std::function<void()>& measurer) { measurer_ = measurer; }
 
-  /// Has the clip measured, unless it is, or that is under way, or there is nobody to do it.
-  void RequestMeasurement();
+  /// Has the clip measured, and `withRemix` mapped for a remix, unless it is, or that is under way,
+  /// or there is nobody to do it.
+  void RequestMeasurement(bool withRemix);
+  /// For the measurer: whether it has to be mapped for a remix, too.
+  bool WantsRemix() const { return wantsRemix_; }
 
   /// Stores what was measured; none, when that failed or was cancelled, lets it be asked for anew.
   void SetMeasurement(const std::optional<ClipMeasurement>& measurement);
@@ -75,6 +78,7 @@ class Clip : public orvel::MixTypeClipModelInterface {
   std::map<std::string, std::vector<float>> sectionValues_;
   ChangeSignal changed_;
   std::function<void()> measurer_;
+  bool wantsRemix_ = false;
   AnalysisStatus status_ = kAnalysis_None;
   std::optional<ClipMeasurement> measurement_;
   ChangeSignal measured_;

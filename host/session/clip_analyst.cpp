@@ -17,6 +17,7 @@ namespace {
 /// One measurement. It does not own its clip, which must not end on the other thread.
 struct Job {
   std::filesystem::path path;
+  bool withRemix = false;
   std::atomic<bool> cancelled = false;
   std::atomic<double> done = -1.0;
 };
@@ -40,6 +41,7 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
   void Add(const boost::intrusive_ptr<Clip>& clip, const std::filesystem::path& path) {
     const auto job = std::make_shared<Job>();
     job->path = path;
+    job->withRemix = clip->WantsRemix();
     jobs_[clip] = job;
     const std::lock_guard lock(mutex_);
     waiting_.push_back(job);
@@ -80,8 +82,9 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
 
   std::optional<ClipMeasurement> Measure(Job& job) {
     try {
-      return cache_.Get(ContentKey(job.path), "measurement", [&job] {
-        return MeasureClip(OpenerOf(job.path), [&job](double done) {
+      const std::string work = job.withRemix ? "measurement with remix" : "measurement";
+      return cache_.Get(ContentKey(job.path), work, [&job] {
+        return MeasureClip(OpenerOf(job.path), job.withRemix, [&job](double done) {
           job.done = done;
           return !job.cancelled;
         });

@@ -2,12 +2,18 @@
 
 namespace orvelhost {
 
-ClipMeasurement MeasureClip(const AudioOpener& audio, const Progress& progress) {
-  constexpr double kFirstPass = 0.7;  // share of the time; it looks at more
+ClipMeasurement MeasureClip(const AudioOpener& audio, bool withRemix, const Progress& progress) {
+  // Shares of the time: the first pass looks at more than the second, the third at most.
+  const double first = withRemix ? 0.35 : 0.7;
+  const double second = withRemix ? 0.5 : 1.0;
   ClipMeasurement measurement;
-  measurement.analysis = AnalyzeClip(*audio(), StepOf(progress, 0.0, kFirstPass));
+  measurement.analysis = AnalyzeClip(*audio(), StepOf(progress, 0.0, first));
   measurement.noise =
-      MeasureNoiseProfile(*audio(), measurement.analysis.hum, StepOf(progress, kFirstPass, 1.0));
+      MeasureNoiseProfile(*audio(), measurement.analysis.hum, StepOf(progress, first, second));
+  if (withRemix) {
+    measurement.isMapped = true;
+    measurement.remix = MapForRemix(*audio(), StepOf(progress, second, 1.0));
+  }
   return measurement;
 }
 

@@ -6,6 +6,7 @@
 #include "host/analysis/clip_analysis.h"
 #include "host/analysis/noise_profile.h"
 #include "host/analysis/progress.h"
+#include "host/timing/remix_map.h"
 
 namespace orvelhost {
 
@@ -13,9 +14,13 @@ namespace orvelhost {
 struct ClipMeasurement {
   ClipAnalysis analysis;
   std::optional<NoiseProfile> noise;  ///< none when the clip has no steady noise
+  bool isMapped = false;              ///< whether `remix` was looked for
+  std::optional<RemixMap> remix;      ///< none when the clip cannot be remixed
 };
 
-/// Reads the clip twice. Throws AudioError when reading fails, and Cancelled.
-ClipMeasurement MeasureClip(const AudioOpener& audio, const Progress& progress = {});
+/// Reads the clip twice, and a third time to map it for a remix. Throws AudioError when reading
+/// fails, and Cancelled.
+ClipMeasurement MeasureClip(const AudioOpener& audio, bool withRemix,
+                            const Progress& progress = {});
 
 }  // namespace orvelhost

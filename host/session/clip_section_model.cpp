@@ -192,9 +192,12 @@ void ClipSectionModel::ApplyToClip() {
 }
 
 void ClipSectionModel::RequestMeasurement() {
-  if (behaviour_ != nullptr && behaviour_->needsMeasurement != nullptr &&
-      behaviour_->needsMeasurement(SectionState(definition_, values_, *clip_))) {
-    clip_->RequestMeasurement();
+  if (behaviour_ == nullptr || behaviour_->needs == nullptr) {
+    return;
+  }
+  const MeasurementNeed need = behaviour_->needs(SectionState(definition_, values_, *clip_));
+  if (need != MeasurementNeed::kNothing) {
+    clip_->RequestMeasurement(need == MeasurementNeed::kSoundAndRemix);
   }
 }
 

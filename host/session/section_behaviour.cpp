@@ -29,11 +29,18 @@ void ApplyPan(SectionState& state) {
   state.Show(Pan::kPanNotSupported, clip.Format().channelCount > 2 ? 1.0 : 0.0);
 }
 
-bool RestorationNeeds(const SectionState& state) {
-  return state.IsOn(Restoration::kEnableReduceNoise) || state.IsOn(Restoration::kEnableReduceHum);
+MeasurementNeed SoundIf(bool isNeeded) {
+  return isNeeded ? MeasurementNeed::kSound : MeasurementNeed::kNothing;
 }
 
-bool ClarityNeeds(const SectionState& state) { return state.IsOn(Clarity::kEnableDynamics); }
+MeasurementNeed RestorationNeeds(const SectionState& state) {
+  return SoundIf(state.IsOn(Restoration::kEnableReduceNoise) ||
+                 state.IsOn(Restoration::kEnableReduceHum));
+}
+
+MeasurementNeed ClarityNeeds(const SectionState& state) {
+  return SoundIf(state.IsOn(Clarity::kEnableDynamics));
+}
 
 /// The dynamics effect follows what was measured; until then the control's own mappings hold.
 void ApplyClarity(SectionState& state) {
@@ -61,7 +68,9 @@ void ApplyClarity(SectionState& state) {
   }
 }
 
-bool LoudnessNeeds(const SectionState& state) { return state.IsOn(Loudness::kAutoLoudness); }
+MeasurementNeed LoudnessNeeds(const SectionState& state) {
+  return SoundIf(state.IsOn(Loudness::kAutoLoudness));
+}
 
 LoudnessTarget TargetOf(const orvel::SectionDefinition& definition) {
   using Config = orvel::SectionLoudnessConfig;
@@ -99,7 +108,12 @@ void ApplyLoudness(SectionState& state) {
   }
 }
 
-bool DurationNeeds(const SectionState& state) { return state.IsOn(Duration::kEnabled); }
+/// Mode is a switch between remix and stretch.
+MeasurementNeed DurationNeeds(const SectionState& state) {
+  return !state.IsOn(Duration::kEnabled) ? MeasurementNeed::kNothing
+         : state.IsOn(Duration::kMode)   ? MeasurementNeed::kSound
+                                         : MeasurementNeed::kSoundAndRemix;
+}
 
 /// In seconds: a fraction, or the numerator alone when the denominator is 0.
 double TargetDuration(const SectionState& state) {
@@ -111,7 +125,11 @@ void ApplyDuration(SectionState& state) {
   Clip& clip = state.GetClip();
   state.Show(Duration::kSamplerate, clip.Format().sampleRate);
   if (clip.Measurement()) {
-    const DurationRange range = StretchRange(clip.Measurement()->analysis.Duration());
+    const ClipMeasurement& measurement = *clip.Measurement();
+    const bool isStretched = state.Normalized(Duration::kMode) >= 0.5f;
+    const DurationRange range = isStretched || !measurement.remix
+                                    ? StretchRange(measurement.analysis.Duration())
+                                    : RemixRange(*measurement.remix);
     state.Show(Duration::kMinDuration, range.least);
     state.Show(Duration::kMaxDuration, range.greatest);
   }

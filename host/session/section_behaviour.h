@@ -29,12 +29,15 @@ class SectionState {
   Clip& clip_;
 };
 
+/// What a section has to know of its clip.
+enum class MeasurementNeed { kNothing, kSound, kSoundAndRemix };
+
 /// What a section does besides driving effects through its controls' mappings.
 struct SectionBehaviour {
   const char* modelID;
 
-  /// Whether the section, as it is set, has to know what was measured on the clip. May be null.
-  bool (*needsMeasurement)(const SectionState& state);
+  /// What the section, as it is set, has to know. May be null.
+  MeasurementNeed (*needs)(const SectionState& state);
 
   /// Brings the clip in line with the section's values, and the section's read-backs in line with
   /// the clip. Called after the mappings were applied. May be null.

@@ -37,8 +37,8 @@ TEST_F(ClipAnalystTest, AClipIsToldByTheMainThreadWhatWasMeasured) {
   const boost::intrusive_ptr<Clip> clip = Served(analyst, "in.wav");
   std::vector<std::thread::id> told;
   clip->RegisterForMeasurements([&] { told.push_back(std::this_thread::get_id()); });
-  clip->RequestMeasurement();
-  clip->RequestMeasurement();
+  clip->RequestMeasurement(false);
+  clip->RequestMeasurement(false);
   Await(clip);
   ASSERT_TRUE(clip->Measurement());
   EXPECT_EQ(clip->Measurement()->analysis.frameCount, 192000);
@@ -50,7 +50,7 @@ TEST_F(ClipAnalystTest, AClipIsToldByTheMainThreadWhatWasMeasured) {
 TEST_F(ClipAnalystTest, AFileThatCannotBeReadLeavesTheClipUnmeasured) {
   ClipAnalyst analyst;
   const boost::intrusive_ptr<Clip> clip = Served(analyst, "missing.wav");
-  clip->RequestMeasurement();
+  clip->RequestMeasurement(false);
   Await(clip);
   EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
 }
@@ -59,14 +59,14 @@ TEST_F(ClipAnalystTest, WhatWasCancelledIsNeverToldAndCanBeAskedForAgain) {
   ClipAnalyst analyst;
   const boost::intrusive_ptr<Clip> first = Served(analyst, "in.wav");
   const boost::intrusive_ptr<Clip> second = Served(analyst, "in.wav");
-  first->RequestMeasurement();
+  first->RequestMeasurement(false);
   analyst.Cancel(first);
   EXPECT_EQ(first->MeasurementStatus(), kAnalysis_None);
-  second->RequestMeasurement();
+  second->RequestMeasurement(false);
   Await(second);
   EXPECT_TRUE(second->Measurement());
   EXPECT_FALSE(first->Measurement());
-  first->RequestMeasurement();
+  first->RequestMeasurement(false);
   Await(first);
   EXPECT_TRUE(first->Measurement());
 }
@@ -76,12 +76,12 @@ TEST_F(ClipAnalystTest, AnAnalystMayEndBeforeItsWorkAndItsClips) {
   {
     ClipAnalyst analyst;
     clip = Served(analyst, "in.wav");
-    clip->RequestMeasurement();
+    clip->RequestMeasurement(false);
   }
   teskcore::threads::GetDefaultEventLoop()->Drain();
   EXPECT_FALSE(clip->Measurement());
   clip->ForgetMeasurement();
-  clip->RequestMeasurement();
+  clip->RequestMeasurement(false);
   EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
 }
 
