@@ -178,6 +178,7 @@ int RunRender(int argc, char** argv) {
   request.input = arguments->inputs.front();
   request.output = arguments->outputs.front();
   request.replaceOutput = arguments->force;
+  request.measureLevels = !arguments->quiet;
   std::string error;
   if (!ChooseLook(*arguments, request, error)) {
     return FailUsage(error);

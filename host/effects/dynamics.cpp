@@ -59,7 +59,7 @@ std::vector<FilterSpec> Dynamics(EffectValues values, const EffectContext& /*con
     }
     std::string text;
     for (const auto& [input, output] : points) {
-      text += (text.empty() ? "" : "|") + Text(input) + "/" + Text(output);
+      text.append(text.empty() ? "" : "|").append(Text(input)).append("/").append(Text(output));
     }
     filters.push_back(
         {"compand",

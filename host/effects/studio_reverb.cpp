@@ -103,13 +103,13 @@ std::vector<FilterSpec> Reflections(int count, double spread, double fall, int p
     const double place =
         (index + Scatter(static_cast<std::uint64_t>(pattern), static_cast<std::uint64_t>(index))) /
         count;
-    delays += (delays.empty() ? "" : "|") + Text(std::max(0.1, place * spread * 1000.0));
+    delays.append(delays.empty() ? "" : "|").append(Text(std::max(0.1, place * spread * 1000.0)));
     gains.push_back(Factor(-place * fall));
     energy += gains.back() * gains.back();
   }
   std::string decays;
   for (const double gain : gains) {
-    decays += (decays.empty() ? "" : "|") + Text(std::max(1e-4, gain / std::sqrt(energy)));
+    decays.append(decays.empty() ? "" : "|").append(Text(std::max(1e-4, gain / std::sqrt(energy))));
   }
   // The filter cuts at full scale, so it sees the sound small.
   constexpr double kSmall = 1.0 / 1024.0;

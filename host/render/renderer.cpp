@@ -70,17 +70,6 @@ class Steps {
   std::size_t next_ = 0;
 };
 
-EffectContext ContextOf(const Clip& clip) {
-  EffectContext context{clip.Format()};
-  if (clip.Measurement()) {
-    if (clip.Measurement()->analysis.hum) {
-      context.humFrequency = clip.Measurement()->analysis.hum->frequency;
-    }
-    context.noise = clip.Measurement()->noise;
-  }
-  return context;
-}
-
 /// Measures the sound behind the shaping effects and sets the gain that it needs.
 LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context, AudioSource& source,
                           const Progress& progress) {
@@ -154,16 +143,17 @@ AudioOpener InTime(const Clip& clip, const std::string& name, const AudioOpener&
   };
 }
 
-/// Sends the source through the graph into the writer.
-void Stream(AudioSource& source, FilterGraph& graph, AudioWriter& writer, const Progress& progress,
-            RenderReport& report) {
-  LevelMeter after(report.outputFormat);
+/// Sends the source through the graph into the writer, and past the meter unless that is null.
+void Stream(AudioSource& source, FilterGraph& graph, AudioWriter& writer, LevelMeter* meter,
+            const Progress& progress, RenderReport& report) {
   ProgressingReader reader(source, progress);
   AudioBlock block;
   const auto writeReady = [&] {
     AudioBlock ready;
     while (graph.Pull(ready)) {
-      after.Add(ready);
+      if (meter != nullptr) {
+        meter->Add(ready);
+      }
       writer.Write(ready);
       report.frameCount += static_cast<std::int64_t>(ready.FrameCount());
     }
@@ -174,7 +164,6 @@ void Stream(AudioSource& source, FilterGraph& graph, AudioWriter& writer, const 
   }
   graph.Finish();
   writeReady();
-  report.after = after.Measure();
 }
 
 }  // namespace
@@ -238,16 +227,22 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
   report.outputFormat = graph.OutputFormat();
   AudioWriter writer(request.output, report.outputFormat);
   LevelMeter before(report.inputFormat);
+  LevelMeter after(report.outputFormat);
   MeteredSource metered(file, before);
+  AudioSource& source = request.measureLevels ? static_cast<AudioSource&>(metered) : file;
+  LevelMeter* meter = request.measureLevels ? &after : nullptr;
   if (clip->Chain().Duration()) {
-    for (AudioBlock block; metered.Read(block);) {
+    for (AudioBlock block; source.Read(block);) {
     }
-    Stream(*inTime(), graph, writer, steps.Next(), report);
+    Stream(*inTime(), graph, writer, meter, steps.Next(), report);
   } else {
-    Stream(metered, graph, writer, steps.Next(), report);
+    Stream(source, graph, writer, meter, steps.Next(), report);
   }
   writer.Commit();
-  report.before = before.Measure();
+  if (request.measureLevels) {
+    report.before = before.Measure();
+    report.after = after.Measure();
+  }
   std::ranges::copy(file.Notes(), std::back_inserter(report.notes));
   return report;
 }

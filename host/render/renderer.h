@@ -21,6 +21,7 @@ struct RenderRequest {
   std::string mode;  ///< the adjustments mode, or empty: sections without a configuration
   std::optional<orvel::UserPreset> preset;
   std::vector<Setting> settings;  ///< stronger than the preset
+  bool measureLevels = true;      ///< else the report is without levels, which takes less time
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state
   /// its length; false stops the work. May be empty.
   std::function<bool(double done)> progress;

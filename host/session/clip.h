@@ -13,7 +13,8 @@
 
 namespace orvelhost {
 
-/// A clip of the session: its mix type, the values of its sections and the effects that these give.
+/// A clip of the session: its mix type, the values of its sections, what these do to its audio, and
+/// what was measured on it.
 class Clip : public orvel::MixTypeClipModelInterface {
  public:
   Clip(const std::string& name, const AudioFormat& format) : name_(name), format_(format) {}
@@ -83,5 +84,8 @@ class Clip : public orvel::MixTypeClipModelInterface {
   std::optional<ClipMeasurement> measurement_;
   ChangeSignal measured_;
 };
+
+/// What the clip's effects have to know of it.
+EffectContext ContextOf(const Clip& clip);
 
 }  // namespace orvelhost

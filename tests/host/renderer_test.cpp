@@ -8,6 +8,7 @@
 
 #include "host/audio/audio_error.h"
 #include "tests/host/support/audio.h"
+#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -166,6 +167,16 @@ TEST_F(RendererTest, AReverbRingsOnBehindTheInputAndAStretchedClipHasItsLength) 
   request_.mode = "music";
   EXPECT_EQ(RenderWith({"duration.TargetDuration=1.5"}).frameCount, 66150);
   EXPECT_EQ(RenderWith({"duration.TargetDuration=9"}).frameCount, 4 * 44100) << "the most";
+}
+
+TEST_F(RendererTest, MusicIsRemixedAndWhatHasNoBeatIsRefused) {
+  request_.mode = "music";
+  WriteFile(folder_ / "in.wav", Make(22050, 1, 40.0, ChordLoop()));
+  const RenderReport report = RenderWith({"duration.TargetDuration=24", "duration.Mode=0"});
+  EXPECT_NEAR(static_cast<double>(report.frameCount) / 22050, 24.0, 0.05);
+  EXPECT_NEAR(report.after.loudness, report.before.loudness, 1.0);
+  WriteFile(folder_ / "in.wav", Make(22050, 1, 5.0, Noise(0.1)));
+  EXPECT_THROW(RenderWith({"duration.TargetDuration=4", "duration.Mode=0"}), AudioError);
 }
 
 TEST_F(RendererTest, AFailureLeavesTheOutputAsItWas) {
