@@ -13,7 +13,7 @@ constexpr const char* kUsage =
     "Usage: orvel COMMAND ...\n"
     "\n"
     "  analyze     measures loudness, peaks, noise and hum of audio files\n"
-    "  render      applies volume, pan and stereo width to an audio file\n"
+    "  render      applies a preset or single sections to an audio file\n"
     "  sections    lists a mode's sections, and what each control does to the effects\n"
     "  presets     lists the presets that come with the library\n"
     "  --help      prints this; orvel COMMAND --help tells about a command\n"
