@@ -37,11 +37,11 @@ boost::signals2::connection Clip::RegisterForModelChanges(const ChangeSignal::sl
 }
 
 void Clip::RequestMeasurement(bool withRemix) {
+  wantsRemix_ = withRemix || wantsRemix_;
   const bool isKnown = measurement_ && (measurement_->isMapped || !withRemix);
   if (status_ == kAnalysis_Running || isKnown || !measurer_) {
     return;
   }
-  wantsRemix_ = withRemix || wantsRemix_;
   status_ = kAnalysis_Running;
   measured_();
   const std::function<void()> measure = measurer_;  // it may replace itself
@@ -52,6 +52,9 @@ void Clip::SetMeasurement(const std::optional<ClipMeasurement>& measurement) {
   measurement_ = measurement;
   status_ = measurement ? kAnalysis_Done : kAnalysis_None;
   measured_();
+  if (measurement && wantsRemix_ && !measurement->isMapped) {
+    RequestMeasurement(true);  // asked for while the rest was under way
+  }
 }
 
 boost::signals2::connection Clip::RegisterForMeasurements(const ChangeSignal::slot_type& slot) {

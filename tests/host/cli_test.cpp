@@ -72,6 +72,11 @@ TEST_F(CliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.wav --set volume.Loud=7", 2, "volume.Loud"},
       {"render in.wav -o out.wav --set loud.Volume=7", 2, "'loud'"},
       {"render in.wav -o out.wav --set volume.Volume=1 --set volume.Volume=2", 2, "twice"},
+      {"render in.wav -o out.wav --mode opera", 2, "no mode 'opera'"},
+      {"render in.wav -o out.wav --preset Podcast", 2, "give --mode"},
+      {"render in.wav -o out.wav -m music -p Podcast", 2, "no preset 'Podcast'"},
+      {"render in.wav -o out.wav -m music -m sfx", 2, "one mode"},
+      {"render in.wav -o out.wav -m dialog -s pan.Pan=1", 2, "no section 'pan' here"},
       {"sections", 2, "dialog, music, sfx, ambience"},
       {"sections podcast", 2, "no mode 'podcast'"},
       {"sections dialog music", 2, "'music'"},
@@ -100,6 +105,9 @@ TEST_F(CliTest, RendersAndPrintsWhatChanged) {
   EXPECT_THAT(outcome.output, ::testing::ContainsRegex("Sample peak, dBFS +-12.04 +-18.04 +-6.00"));
   EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), -6.0,
               0.01);
+  EXPECT_EQ(Run("render in.wav -o left.wav -m sfx -p 'From the Left'").exitCode, 0);
+  const AudioBlock left = ReadFile(folder_ / "left.wav");
+  EXPECT_TRUE(std::ranges::all_of(left.Channel(1), [](float sample) { return sample == 0.0f; }));
   EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
   std::filesystem::rename(folder_ / "in.wav", folder_ / "take:12.wav");

@@ -84,20 +84,6 @@ TEST(HardLimiter, CeilingIsNeverExceeded) {
   }
 }
 
-TEST(Effects, NeutralValuesGiveBackTheSamplesAtTheirPlaces) {
-  for (const int sampleRate : {22050, 44100, 96000}) {
-    for (const int channelCount : {1, 2, 6}) {
-      const AudioBlock signal = Make(sampleRate, channelCount, 0.2, Noise(0.7));
-      for (const double ceiling : {0.0, -1.0, -3.0}) {
-        EXPECT_LT(DifferenceInDb(RunFilters(signal, Limiter(ceiling, 0.0, channelCount)), signal),
-                  -140.0);
-      }
-      EXPECT_TRUE(
-          HaveSameSamples(RunFilters(signal, Expander(0.5, 1.0f / 3.0f, channelCount)), signal));
-    }
-  }
-}
-
 TEST(StereoExpander, ScalesTheSideAndMovesTheMid) {
   const AudioBlock signal = Make(44100, 2, 0.1, Noise(0.7));
   for (const double width : {0.0, 0.1, 1.0 / 3.0, 0.5, 1.0}) {
@@ -160,14 +146,11 @@ TEST(Effects, OneThatThisHostCannotRunIsAnErrorAndNotSilence) {
 
 TEST(Effects, WhatThisMachineLacksIsNamedAtTheStart) {
   EXPECT_THAT(CheckFilters(), ::testing::IsEmpty());
-  const FilterSpec absent = {"ladspa", {{"file", "/nonexistent"}, {"plugin", "PlateX2"}}};
-  try {
-    FilterGraph({48000, 2}, {absent});
-    FAIL();
-  } catch (const AudioError& error) {
-    EXPECT_THAT(error.what(),
-                ::testing::HasSubstr("plugin 'PlateX2' of '/nonexistent' is missing"));
-  }
+  EXPECT_THAT(
+      [] {
+        FilterGraph({48000, 2}, {{"ladspa", {{"file", "/no"}, {"plugin", "X"}}}});
+      },
+      ::testing::ThrowsMessage<AudioError>(::testing::HasSubstr("'X' of '/no' is missing")));
 }
 
 TEST(Effects, TheLibraryCanCreateThoseOfTheCatalogueOnly) {

@@ -7,13 +7,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/analysis/audio_source.h"
 #include "host/analysis/hum.h"
 #include "host/analysis/noise_profile.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/effects/effect_filters.h"
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
+#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -87,7 +87,7 @@ TEST(EveryEffect, LeavesTheSoundAloneAtItsNeutralSettings) {
     }
     for (const auto& [sampleRate, channelCount] : {std::pair(44100, 1), {48000, 2}, {96000, 2}}) {
       const AudioBlock signal = Make(sampleRate, channelCount, 0.3, Noise(0.09));
-      EXPECT_LT(DifferenceInDb(Through(subject.effect, subject.neutral, signal), signal), -90.0)
+      EXPECT_LT(DifferenceInDb(Through(subject.effect, subject.neutral, signal), signal), -120.0)
           << subject.name << " at " << sampleRate;
     }
   }
@@ -132,28 +132,16 @@ TEST(EveryEffect, KeepsChannelsLengthAndSenseWhateverItIsGiven) {
 
 TEST(DeHummer, TakesEachHarmonicDownByWhatWasAskedAlsoWhenTheMainsAreOff) {
   for (const double mains : {50.0, 50.1, 59.9}) {
-    const double nominal = mains < 55 ? 50.0 : 60.0;
-    const AudioBlock hum = Make(48000, 1, 6.0, [&](double time, int) {
-      double sum = 0.0;
-      for (int harmonic = 1; harmonic <= 8; ++harmonic) {
-        sum += 0.02 / harmonic * std::sin(2 * std::numbers::pi * mains * harmonic * time);
-      }
-      return sum;
-    });
-    // In between, 10 Hz and more away from any harmonic lies what has to stay.
-    const AudioBlock in = Make(48000, 1, 6.0, [&](double time, int) {
-      return static_cast<double>(
-                 hum.Channel(0)[static_cast<std::size_t>(std::lround(time * 48000))]) +
-             0.1 * std::sin(2 * std::numbers::pi * 215.0 * time);
-    });
-    const std::unique_ptr<AudioSource> source = OpenerOf(in)();
+    // Between the harmonics, 10 Hz away from them, lies what has to stay.
+    const std::vector<double> amplitudes = {0.02, 0.01, 0.007, 0.005, 0.004, 0.003, 0.003, 0.002};
+    const AudioBlock in =
+        Make(48000, 1, 6.0, Sum({Harmonics(mains, amplitudes), Sine(0.1, 215.0)}));
     HumFinder finder(in.Format());
     finder.Add(in);
-    const std::optional<Hum> found = finder.Find();
-    ASSERT_TRUE(found);
-    const AudioBlock out = Through(
-        kIzotopeDeHummerID, {{dehummer::kBaseFrequency, nominal}, {dehummer::kHumLevel, -30}}, in,
-        {{}, found->frequency});
+    const AudioBlock out =
+        Through(kIzotopeDeHummerID,
+                {{dehummer::kBaseFrequency, mains < 55 ? 50.0 : 60.0}, {dehummer::kHumLevel, -30}},
+                in, {{}, finder.Find().value().frequency});
     for (int harmonic = 1; harmonic <= 8; ++harmonic) {
       EXPECT_NEAR(ToneInDb(out, mains * harmonic, 2, 6) - ToneInDb(in, mains * harmonic, 2, 6),
                   -30.0, 2.0)
@@ -171,29 +159,6 @@ TEST(DeHummer, BelievesTheMeasuredFrequencyOnlyNearTheChosenMains) {
   };
   EXPECT_EQ(at(59.95), at(std::nullopt));
   EXPECT_NE(at(50.05), at(std::nullopt));
-}
-
-TEST(NoiseReduction, TakesPausesDownAndLeavesSpeech) {
-  const auto speaks = [](double time) { return std::fmod(time, 1.5) < 0.5; };
-  const AudioBlock in = Make(48000, 1, 3.0, [&, noise = Noise(0.003)](double time, int) {
-    double voice = 0.0;
-    for (int partial = 1; partial <= 20; ++partial) {
-      voice += 0.1 / partial * std::sin(2 * std::numbers::pi * 120.0 * partial * time);
-    }
-    return noise(time, 0) + (speaks(time) ? voice : 0.0);
-  });
-  const std::unique_ptr<AudioSource> source = OpenerOf(Between(in, 0.6, 1.2))();
-  const std::optional<NoiseProfile> profile = MeasureNoiseProfile(*source, std::nullopt);
-  ASSERT_TRUE(profile);
-  for (const double reduction : {12.0, 24.0}) {
-    const AudioBlock out =
-        Through(kAdaptiveNoiseReductionID, {{noisereduction::kReduction, reduction}}, in,
-                {{}, {}, profile});
-    EXPECT_LT(RmsInDb(Between(out, 0.8, 1.4)) - RmsInDb(Between(in, 0.8, 1.4)), 1 - reduction);
-    EXPECT_NEAR(RmsInDb(Between(out, 1.55, 1.95)) - RmsInDb(Between(in, 1.55, 1.95)), 0.0, 0.5);
-  }
-  EXPECT_TRUE(HaveSameSamples(Through(kAdaptiveNoiseReductionID, {}, in), in))
-      << "nothing measured";
 }
 
 TEST(DeEsser, TurnsItsBandDownAboveTheThresholdUpToTheLimit) {
@@ -361,12 +326,6 @@ TEST(StudioReverb, DryAndWetAreEquallyLoudAtEqualShares) {
       EXPECT_NEAR(RmsInDb(Between(out, 1.5, 2.5)), RmsInDb(in), 4.0);
     }
   }
-}
-
-TEST(StudioReverb, ThePreDelayComesBeforeEverythingWet) {
-  const AudioBlock out = ReverbOfAnImpulse(48000, 2, {{studioreverb::kPreDelay, 100}});
-  EXPECT_LT(Peak(Between(out, 0.0, 0.099)), 1e-15);
-  EXPECT_GT(Peak(out), 0.0);
 }
 
 }  // namespace

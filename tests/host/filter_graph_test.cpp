@@ -33,6 +33,27 @@ TEST(FilterGraph, TheCutIntoBlocksDoesNotChangeTheSamples) {
   }
 }
 
+TEST(FilterGraph, BranchesWaitForOneAnotherAndDelaysAreTakenOff) {
+  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.5));
+  const auto late = [](std::int64_t frames) {
+    return FilterSpec{"adelay", {{"delays", std::to_string(frames) + "S"}, {"all", "1"}}, frames};
+  };
+  const FilterSpec half = {"volume", {{"volume", "0.5"}}};
+  const FilterSpec inner = {"", {}, 0, 0, {{half, late(700)}, {late(31), half}}};
+  const FilterSpec sum = {"", {}, 0, 0, {{half}, {inner, late(300), half}}};
+  EXPECT_EQ(DelayOf({late(5), sum}), 1005);
+  EXPECT_LT(DifferenceInDb(RunFilters(signal, {late(5), sum}), signal), -130.0);
+}
+
+TEST(FilterGraph, TheTailFollowsBehindTheInput) {
+  const AudioBlock signal = Make(44100, 1, 0.1, [](double, int) { return 0.5; });
+  const FilterSpec echo = {"adelay", {{"delays", "3000S"}, {"all", "1"}}, 0, 3000};
+  const AudioBlock out = RunFilters(signal, {echo});
+  ASSERT_EQ(out.FrameCount(), signal.FrameCount() + 3000);
+  EXPECT_EQ(out.Channel(0)[2999], 0.0f);
+  EXPECT_EQ(out.Channel(0)[signal.FrameCount() + 2999], 0.5f);
+}
+
 TEST(FilterGraph, RefusesUnknownFiltersAndOptionsAndBlocksOfAnotherFormat) {
   const AudioFormat stereo{44100, 2, 0};
   EXPECT_THROW(FilterGraph(stereo, {{"nosuchfilter", {}}}), AudioError);

@@ -49,12 +49,6 @@ Chain Effect(const std::u16string& id, std::vector<float> parameters) {
   return EffectFilters(id, parameters, {{44100, 1}});
 }
 
-TEST(LiveChain, WithoutAChangeItIsTheGraph) {
-  const AudioBlock in = Make(44100, 2, 0.5, Noise(0.5));
-  const Chain filters = EffectFilters(teskaudiofilters::kStudioReverbID, {}, {in.Format()});
-  EXPECT_TRUE(HaveSameSamples(RunLive(in, filters, {}), RunFilters(in, filters)));
-}
-
 TEST(LiveChain, GoingOverToAChainThatSoundsTheSameIsNotHeard) {
   // As different in delay and build as they come: at its place each sample stays.
   const AudioBlock in = Make(44100, 1, 0.6, Noise(0.5));
