@@ -14,8 +14,8 @@
 namespace orvelhost {
 namespace {
 
-constexpr int kRate = 2048;                  // holds the harmonics, and makes whole powers of two
-constexpr std::size_t kSegment = 2 * kRate;  // tells tones 1 Hz apart
+constexpr int kRate = 2048;  // holds the harmonics, and makes whole powers of two
+constexpr std::size_t kSegment = std::size_t{2} * kRate;  // tells tones 1 Hz apart
 constexpr std::size_t kHop = kRate / 2;
 constexpr std::size_t kTransform = 2 * kSegment;
 constexpr double kBinWidth = static_cast<double>(kRate) / kTransform;  // Hz

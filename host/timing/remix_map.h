@@ -17,7 +17,7 @@ struct RemixJoin {
   float cost;  ///< how differently the bars on either side sound; 0 when they are the same
 };
 
-/// What of a clip of music a remix can be made from. Takes some 500 bytes a bar.
+/// What of a clip of music a remix can be made from. Takes less than a kilobyte a bar.
 struct RemixMap {
   AudioFormat format;
   std::int64_t frameCount = 0;
