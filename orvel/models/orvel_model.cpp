@@ -138,7 +138,7 @@ void OrvelModel::ActionExecutionScopeChanged(bool begin, bool sendSignals) {
 
 // A clip or a section model of a host that throws hinders none of the others.
 void OrvelModel::UpdateMixTypeClipModels(const MixTypeClipModels& clips) {
-  const MixTypeClipModels taken = clips;  // the host's list may change while its clips are told
+  MixTypeClipModels coming = clips;  // the host's list may change while its clips are told
   const auto update = ++clipUpdate_;
   FirstException failure;
   while (!mixTypeClipModels_.empty()) {
@@ -148,7 +148,8 @@ void OrvelModel::UpdateMixTypeClipModels(const MixTypeClipModels& clips) {
     if (update != clipUpdate_) return failure.Rethrow();
   }
   clipModelConnections_.clear();
-  for (const auto& clip : taken) {
+  for (; !coming.empty(); coming.pop_front()) {
+    const auto& clip = coming.front();
     if (!clip) continue;
     failure.Catch([&] {
       clipModelConnections_.emplace_back(
