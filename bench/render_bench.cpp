@@ -103,7 +103,7 @@ std::vector<FilterSpec> FiltersOf(const Host& host, const std::filesystem::path&
                                   const std::vector<std::string>& texts) {
   std::vector<Setting> settings;
   std::string error;
-  if (!ParseSettings(texts, "dialog", settings, error)) {
+  if (!ParseSettings(texts, SettableSections("dialog"), settings, error)) {
     throw std::runtime_error(error);
   }
   const boost::intrusive_ptr<Clip> clip(new Clip("recording", {48000, 2, 3}));

@@ -1,130 +1,105 @@
 #include "apps/orvel/catalogue_commands.h"
 
 #include <iostream>
-#include <optional>
-#include <string>
-#include <string_view>
 
+#include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
 #include "host/catalogue/mode_catalogue.h"
+#include "host/catalogue/preset_store.h"
 #include "host/catalogue/preset_table.h"
 #include "host/catalogue/section_table.h"
 
 namespace orvelcli {
 namespace {
 
-using orvelhost::ModeCatalogue;
 using teskcore::serialization::AppendToArray;
-using teskcore::serialization::GetJSONUTF8String;
 using teskcore::serialization::JSONArray;
 using teskcore::serialization::JSONValue;
 
-struct Command {
-  const char* name;
-  const char* usage;
-  bool needsMode;
-};
-
-constexpr Command kSections = {
-    "orvel sections",
-    "Usage: orvel sections MODE [--json]\n"
-    "\n"
-    "Lists the sections of an adjustments mode with their parameters: the range and the value at\n"
-    "first, and what becomes of each effect parameter at the parameter's least, middle and\n"
-    "greatest value, all in physical units.\n",
-    true};
-constexpr Command kPresets = {
-    "orvel presets",
-    "Usage: orvel presets [MODE] [--json]\n"
-    "\n"
-    "Lists the presets that come with the library, of all modes or of one, with the values that\n"
-    "they set.\n",
-    false};
-
-struct Arguments {
-  std::string mode;
-  bool json = false;
-};
-
-int FailUsage(const Command& command, const std::string& cause) {
-  std::cerr << command.name << ": " << cause << "\n";
-  return kExit_Usage;
+int ListModes(const Command& /*command*/, const CommandLine& line) {
+  if (!line.Words().empty()) throw UsageError("unexpected '" + line.Words().front() + "'");
+  const orvelhost::Host host;
+  if (line.AsJSON()) {
+    PrintJSON(orvelhost::ModesAsJSON());
+  } else {
+    std::cout << orvelhost::ModesAsText();
+  }
+  return kExit_Success;
 }
 
-std::string ListModes(const ModeCatalogue& catalogue) {
-  std::string list;
-  for (const auto& mode : catalogue.modes) list += (list.empty() ? "" : ", ") + mode.modeID;
-  return list;
-}
-
-/// None when the command is over; `exitCode` says how.
-std::optional<Arguments> Parse(const Command& command, int argc, char** argv,
-                               const ModeCatalogue& catalogue, int& exitCode) {
-  Arguments arguments;
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view argument = argv[i];
-    if (argument == "--help" || argument == "-h") {
-      std::cout << command.usage << "\nModes: " << ListModes(catalogue) << "\n";
-      exitCode = kExit_Success;
-      return std::nullopt;
-    }
-    if (argument == "--json") {
-      arguments.json = true;
-    } else if (argument.starts_with('-') || !arguments.mode.empty()) {
-      exitCode = FailUsage(command, "unexpected '" + std::string(argument) + "'; see --help");
-      return std::nullopt;
-    } else {
-      arguments.mode = argument;
-    }
-  }
-  if (arguments.mode.empty() && command.needsMode) {
-    exitCode = FailUsage(command, "give a mode: " + ListModes(catalogue));
-    return std::nullopt;
-  }
-  if (!arguments.mode.empty() && catalogue.FindMode(arguments.mode) == nullptr) {
-    exitCode = FailUsage(command,
-                         "there is no mode '" + arguments.mode + "', only " + ListModes(catalogue));
-    return std::nullopt;
-  }
-  return arguments;
-}
-
-}  // namespace
-
-int RunSections(int argc, char** argv) {
-  const ModeCatalogue catalogue = orvelhost::ReadModeCatalogue();
-  int exitCode = kExit_Success;
-  const auto arguments = Parse(kSections, argc, argv, catalogue, exitCode);
-  if (!arguments) return exitCode;
+int ListSections(const Command& command, const CommandLine& line) {
+  if (line.Words().size() > 1) throw UsageError("unexpected '" + line.Words()[1] + "'");
+  const orvelhost::Host host;
+  if (line.Words().empty()) throw UsageError("give a mode: " + orvelhost::ListModes());
+  const std::string mode = CheckMode(line.Words().front());
+  const orvelhost::PresetStore store(host);
+  PrintNotes(command, line, host);
+  const std::string name = line.Value("template");
   JSONValue list = JSONArray();
-  for (const auto& definition : catalogue.GetSections(*catalogue.FindMode(arguments->mode))) {
+  for (const auto& definition : orvelhost::MakeSections(
+           name.empty() ? store.GetFactoryTemplate(mode) : store.FindTemplate({name, mode, {}}))) {
     const auto table = orvelhost::MakeSectionTable(definition);
-    if (arguments->json) {
+    if (line.AsJSON()) {
       AppendToArray(list, orvelhost::ToJSON(table));
     } else {
       std::cout << orvelhost::ToText(table) << "\n";
     }
   }
-  if (arguments->json) std::cout << GetJSONUTF8String(list, true) << "\n";
+  if (line.AsJSON()) PrintJSON(list);
   return kExit_Success;
 }
 
-int RunPresets(int argc, char** argv) {
-  const ModeCatalogue catalogue = orvelhost::ReadModeCatalogue();
-  int exitCode = kExit_Success;
-  const auto arguments = Parse(kPresets, argc, argv, catalogue, exitCode);
-  if (!arguments) return exitCode;
+int ListTemplates(const Command& command, const CommandLine& line) {
+  if (line.Words().size() > 1) throw UsageError("unexpected '" + line.Words()[1] + "'");
+  const orvelhost::Host host;
+  const std::string mode = CheckMode(line.Words().empty() ? "" : line.Words().front());
+  const orvelhost::PresetStore store(host);
+  PrintNotes(command, line, host);
   JSONValue list = JSONArray();
-  for (const auto& preset : catalogue.presets) {
-    if (!arguments->mode.empty() && preset.PresetData.ModeID != arguments->mode) continue;
-    if (arguments->json) {
-      AppendToArray(list, orvelhost::ToJSON(preset, catalogue));
+  for (const auto& configuration : store.GetTemplates(mode)) {
+    if (line.AsJSON()) {
+      AppendToArray(list, orvelhost::ToJSON(configuration, store));
     } else {
-      std::cout << orvelhost::ToText(preset, catalogue) << "\n";
+      std::cout << orvelhost::ToText(configuration, store);
     }
   }
-  if (arguments->json) std::cout << GetJSONUTF8String(list, true) << "\n";
+  if (line.AsJSON()) PrintJSON(list);
   return kExit_Success;
 }
+
+const Command kModes = {"orvel modes",
+                        "Usage: orvel modes [--json]\n"
+                        "\n"
+                        "Lists the adjustments modes, each with its name and its sections.\n",
+                        {},
+                        &ListModes};
+
+const Command kSections = {
+    "orvel sections",
+    "Usage: orvel sections MODE [--template NAME] [--json]\n"
+    "\n"
+    "Lists the sections of an adjustments mode with their parameters: the range and the value at\n"
+    "first, and what becomes of each effect parameter at the parameter's least, middle and\n"
+    "greatest value, all in physical units.\n"
+    "\n"
+    "  --template NAME   under this template, not under the one that comes with the library\n"
+    "  -j, --json        a JSON array\n",
+    {{"template", 0, true}},
+    &ListSections};
+
+const Command kTemplates = {
+    "orvel templates",
+    "Usage: orvel templates [MODE] [--json]\n"
+    "\n"
+    "Lists the templates in your preset folder, of all modes or of one: what configures a mode's\n"
+    "sections. In JSON each has the settings of its sections.\n",
+    {},
+    &ListTemplates};
+
+}  // namespace
+
+int RunModes(int argc, char** argv) { return RunCommand(kModes, argc, argv); }
+int RunSections(int argc, char** argv) { return RunCommand(kSections, argc, argv); }
+int RunTemplates(int argc, char** argv) { return RunCommand(kTemplates, argc, argv); }
 
 }  // namespace orvelcli

@@ -2,9 +2,10 @@
 
 namespace orvelcli {
 
-/// `orvel sections MODE` and `orvel presets [MODE]`; `argv` begins with the command's name. They
-/// return the exit code.
+/// `orvel modes`, `orvel sections MODE` and `orvel templates [MODE]`; `argv` begins with the
+/// command's name. They return an ExitCode.
+int RunModes(int argc, char** argv);
 int RunSections(int argc, char** argv);
-int RunPresets(int argc, char** argv);
+int RunTemplates(int argc, char** argv);
 
 }  // namespace orvelcli

@@ -1,50 +1,69 @@
-#include <cstring>
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "apps/orvel/analyze_command.h"
 #include "apps/orvel/catalogue_commands.h"
+#include "apps/orvel/command_line.h"
 #include "apps/orvel/exit_code.h"
+#include "apps/orvel/global_options.h"
+#include "apps/orvel/preset_commands.h"
 #include "apps/orvel/render_command.h"
 
 namespace {
 
-constexpr const char* kUsage =
-    "Usage: orvel COMMAND ...\n"
-    "\n"
-    "  analyze     measures loudness, peaks, noise and hum of audio files\n"
-    "  render      applies a preset or single sections to an audio file\n"
-    "  sections    lists a mode's sections, and what each control does to the effects\n"
-    "  presets     lists the presets that come with the library\n"
-    "  --help      prints this; orvel COMMAND --help tells about a command\n"
-    "  --version   prints the version\n";
+struct Verb {
+  std::string_view name;
+  std::string_view summary;
+  int (*run)(int argc, char** argv);
+};
+
+// clang-format off
+constexpr Verb kVerbs[] = {
+  // name         summary                                                                  run
+  { "analyze",    "measures loudness, peaks, noise and hum of audio files",                &orvelcli::RunAnalyze   },
+  { "render",     "applies a preset or single sections to an audio file",                  &orvelcli::RunRender    },
+  { "modes",      "lists the adjustments modes",                                           &orvelcli::RunModes     },
+  { "sections",   "lists a mode's sections, and what each control does to the effects",    &orvelcli::RunSections  },
+  { "presets",    "lists, saves, removes, exports and imports presets",                    &orvelcli::RunPresets   },
+  { "templates",  "lists the templates, which configure a mode's sections",                &orvelcli::RunTemplates },
+};
+// clang-format on
+
+void PrintUsage(std::ostream& stream) {
+  stream << "Usage: orvel COMMAND ...\n\n";
+  for (const Verb& verb : kVerbs) {
+    stream << "  " << verb.name << std::string(12 - verb.name.size(), ' ') << verb.summary << "\n";
+  }
+  stream << "  --help      prints this; orvel COMMAND --help tells about a command\n"
+            "  --version   prints the version\n"
+            "\n"
+            "Every command takes these, too:\n"
+            "\n"
+            "  --prefs DIR   keeps presets, templates and translations there, not in the folder\n"
+            "                orvel of the platform's configuration folder\n"
+            "  --log FILE    adds what the program did to this file; otherwise nothing is logged\n";
+}
 
 int Run(int argc, char** argv) {
-  const char* command = argc > 1 ? argv[1] : "";
-  if (std::strcmp(command, "analyze") == 0) {
-    return orvelcli::RunAnalyze(argc - 1, argv + 1);
-  }
-  if (std::strcmp(command, "render") == 0) {
-    return orvelcli::RunRender(argc - 1, argv + 1);
-  }
-  if (std::strcmp(command, "sections") == 0) {
-    return orvelcli::RunSections(argc - 1, argv + 1);
-  }
-  if (std::strcmp(command, "presets") == 0) {
-    return orvelcli::RunPresets(argc - 1, argv + 1);
-  }
-  if (std::strcmp(command, "--help") == 0 || std::strcmp(command, "-h") == 0) {
-    std::cout << kUsage;
+  const std::string_view name = argc > 1 ? argv[1] : "";
+  const auto* verb = std::ranges::find(kVerbs, name, &Verb::name);
+  if (verb != std::end(kVerbs)) return verb->run(argc - 1, argv + 1);
+  if (name == "--help" || name == "-h") {
+    PrintUsage(std::cout);
     return orvelcli::kExit_Success;
   }
-  if (std::strcmp(command, "--version") == 0) {
+  if (name == "--version") {
     std::cout << "orvel " << ORVEL_VERSION << "\n";
     return orvelcli::kExit_Success;
   }
   if (argc > 1) {
-    std::cerr << "orvel: unknown command '" << command << "'; see orvel --help\n";
+    std::cerr << "orvel: unknown command '" << name << "'; see orvel --help\n";
   } else {
-    std::cerr << kUsage;
+    PrintUsage(std::cerr);
   }
   return orvelcli::kExit_Usage;
 }
@@ -53,7 +72,11 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
-    return Run(argc, argv);
+    std::vector<char*> arguments = orvelcli::TakeGlobalOptions(argc, argv);
+    return Run(static_cast<int>(arguments.size()) - 1, arguments.data());
+  } catch (const orvelcli::UsageError& error) {
+    std::cerr << "orvel: " << error.what() << "; see orvel --help\n";
+    return orvelcli::kExit_Usage;
   } catch (const std::exception& error) {
     std::cerr << "orvel: " << error.what() << "\n";
     return orvelcli::kExit_Failed;

@@ -8,10 +8,12 @@
 
 #include <getopt.h>
 
+#include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
+#include "host/catalogue/preset_store.h"
 #include "host/effects/filter_check.h"
 #include "host/render/renderer.h"
 #include "host/render/report_text.h"
@@ -22,7 +24,7 @@ namespace orvelcli {
 namespace {
 
 constexpr const char* kUsage =
-    "Usage: orvel render IN -o OUT [--mode MODE [--preset PRESET]]\n"
+    "Usage: orvel render IN -o OUT [--mode MODE [--template NAME] [--preset PRESET]]\n"
     "                    [--set SECTION.PARAMETER=VALUE]...\n"
     "\n"
     "Reads the audio of IN (WAV, FLAC, MP3, Ogg, a video and more), applies the preset and the\n"
@@ -34,6 +36,8 @@ constexpr const char* kUsage =
     "                     that can be set, with their curves, reverbs and targets; without it all\n"
     "                     sections are there, as they are built, without curves and reverbs\n"
     "  -p, --preset NAME  a preset of the mode, by its name or its guid; see orvel presets MODE\n"
+    "      --template NAME\n"
+    "                     the mode as this template configures it; see orvel templates MODE\n"
     "  -s, --set NAME=N   sets a value in its unit, and switches its control on unless the\n"
     "                     control's switch is set, too\n"
     "  -f, --force        replaces OUT when it exists\n"
@@ -48,6 +52,7 @@ struct Arguments {
   std::vector<std::string> settings;
   std::vector<std::string> modes;
   std::vector<std::string> presets;
+  std::vector<std::string> templates;
   bool force = false;
   bool quiet = false;
   bool help = false;
@@ -61,10 +66,15 @@ int FailUsage(const std::string& cause) {
 /// None, after saying why, when an option is unknown or lacks its value.
 std::optional<Arguments> ParseArguments(int argc, char** argv) {
   static const option kOptions[] = {
-      {"output", required_argument, nullptr, 'o'}, {"set", required_argument, nullptr, 's'},
-      {"mode", required_argument, nullptr, 'm'},   {"preset", required_argument, nullptr, 'p'},
-      {"force", no_argument, nullptr, 'f'},        {"quiet", no_argument, nullptr, 'q'},
-      {"help", no_argument, nullptr, 'h'},         {nullptr, 0, nullptr, 0},
+      {"output", required_argument, nullptr, 'o'},
+      {"set", required_argument, nullptr, 's'},
+      {"mode", required_argument, nullptr, 'm'},
+      {"preset", required_argument, nullptr, 'p'},
+      {"force", no_argument, nullptr, 'f'},
+      {"quiet", no_argument, nullptr, 'q'},
+      {"help", no_argument, nullptr, 'h'},
+      {"template", required_argument, nullptr, 't'},
+      {nullptr, 0, nullptr, 0},
   };
   Arguments arguments;
   opterr = 0;
@@ -86,6 +96,9 @@ std::optional<Arguments> ParseArguments(int argc, char** argv) {
       case 'p':
         arguments.presets.emplace_back(optarg);
         break;
+      case 't':
+        arguments.templates.emplace_back(optarg);
+        break;
       case 'f':
         arguments.force = true;
         break;
@@ -106,14 +119,14 @@ std::optional<Arguments> ParseArguments(int argc, char** argv) {
   }
 }
 
-int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
+int Run(const Arguments& arguments, const orvelhost::Host& host,
+        orvelhost::RenderRequest& request) {
   NoteInterrupts();
   orvelhost::RenderReport report;
   for (const std::string& fault : orvelhost::CheckFilters()) {
     std::cerr << "orvel render: warning: " << fault << "\n";
   }
   try {
-    const orvelhost::Host host;
     ProgressBar bar;
     request.progress = [&bar](double done) {
       bar.Show(done);
@@ -133,25 +146,35 @@ int Run(const Arguments& arguments, orvelhost::RenderRequest& request) {
   return kExit_Success;
 }
 
-/// The mode, the preset and the settings that are asked for; false with `error` when one is wrong.
-bool ChooseLook(const Arguments& arguments, orvelhost::RenderRequest& request, std::string& error) {
-  if (arguments.modes.size() > 1 || arguments.presets.size() > 1) {
-    error = "give one mode and one preset at the most";
-    return false;
+/// Takes up the mode, its template, the preset and the settings that are asked for. Raises
+/// UsageError and PresetError when one is wrong.
+void ChooseLook(const Arguments& arguments, const orvelhost::Host& host,
+                orvelhost::RenderRequest& request) {
+  if (arguments.modes.size() > 1 || arguments.presets.size() > 1 ||
+      arguments.templates.size() > 1) {
+    throw UsageError("give one mode, one template and one preset at the most");
   }
-  if (arguments.modes.empty()) {
-    if (!arguments.presets.empty()) {
-      error = "a preset needs its mode; give --mode";
-      return false;
-    }
-  } else if (request.mode = arguments.modes.front(); !orvelhost::CheckMode(request.mode, error)) {
-    return false;
+  if (!arguments.modes.empty()) {
+    request.mode = CheckMode(arguments.modes.front());
+  } else if (!arguments.presets.empty() || !arguments.templates.empty()) {
+    throw UsageError("a preset or a template needs its mode; give --mode");
   }
-  if (!arguments.presets.empty() && !orvelhost::FindPreset(arguments.presets.front(), request.mode,
-                                                           request.preset.emplace(), error)) {
-    return false;
+  const auto* manager = orvel::ConfigurationManager::Get();
+  if (!arguments.templates.empty()) {
+    const auto configuration =
+        orvelhost::PresetStore(host).FindTemplate({arguments.templates.front(), request.mode, {}});
+    manager->GetConfigPresetHandler(request.mode)->Select(configuration.Guid);
   }
-  return orvelhost::ParseSettings(arguments.settings, request.mode, request.settings, error);
+  if (!arguments.presets.empty()) {
+    request.preset = orvelhost::PresetStore(host).FindPreset(
+        {arguments.presets.front(), request.mode,
+         manager->GetCurrentConfigGuidForMode(request.mode)});
+  }
+  std::string error;
+  if (!orvelhost::ParseSettings(arguments.settings, orvelhost::SettableSections(request.mode),
+                                request.settings, error)) {
+    throw UsageError(error);
+  }
 }
 
 }  // namespace
@@ -161,10 +184,17 @@ int RunRender(int argc, char** argv) {
   if (!arguments) {
     return kExit_Usage;
   }
+  const orvelhost::Host host;
+  orvelhost::RenderRequest request;
+  try {
+    ChooseLook(*arguments, host, request);
+  } catch (const UsageError& error) {
+    return FailUsage(error.what());
+  } catch (const orvelhost::PresetError& error) {
+    return FailUsage(error.what());
+  }
   if (arguments->help) {
-    std::cout << kUsage
-              << orvelhost::DescribeSettings(arguments->modes.empty() ? ""
-                                                                      : arguments->modes.front());
+    std::cout << kUsage << orvelhost::DescribeSettings(request.mode);
     return kExit_Success;
   }
   if (arguments->inputs.size() != 1) {
@@ -174,19 +204,14 @@ int RunRender(int argc, char** argv) {
   if (arguments->outputs.size() != 1) {
     return FailUsage("give one output with -o, not " + std::to_string(arguments->outputs.size()));
   }
-  orvelhost::RenderRequest request;
   request.input = arguments->inputs.front();
   request.output = arguments->outputs.front();
   request.replaceOutput = arguments->force;
   request.measureLevels = !arguments->quiet;
-  std::string error;
-  if (!ChooseLook(*arguments, request, error)) {
-    return FailUsage(error);
-  }
   if (const std::string fault = orvelhost::FindOutputFault(request); !fault.empty()) {
     return FailUsage(fault);
   }
-  return Run(*arguments, request);
+  return Run(*arguments, host, request);
 }
 
 }  // namespace orvelcli

@@ -1,58 +1,110 @@
 #include "host/catalogue/mode_catalogue.h"
 
-#include <algorithm>
+#include <cstdio>
+#include <string_view>
 
 namespace orvelhost {
 namespace {
 
+using teskcore::serialization::AddToObject;
+using teskcore::serialization::AppendToArray;
+using teskcore::serialization::JSONArray;
+using teskcore::serialization::JSONValue;
+
 constexpr std::string_view kModelPrefix = "model_";
 
-std::string ReadResource(const std::u16string& name) {
-  std::vector<unsigned char> bytes;
-  orvel::GetBinaryFromModule(orvel::GetLibraryModule(), name, u"json", bytes);
-  return {bytes.begin(), bytes.end()};
+std::vector<std::string> GetSectionNames(const std::string& modeID) {
+  std::vector<orvel::SectionDescriptor> sections;
+  orvel::ModeDescriptorCache::Get()->GetSectionDescriptors(modeID, sections);
+  std::vector<std::string> names;
+  for (const auto& section : sections) names.push_back(ShortSectionName(section.modelID));
+  return names;
 }
 
-}  // namespace
-
-const orvel::AdjustmentsModeDescriptor* ModeCatalogue::FindMode(const std::string& modeID) const {
-  const auto found = std::ranges::find(modes, modeID, &orvel::AdjustmentsModeDescriptor::modeID);
-  return found == modes.end() ? nullptr : &*found;
-}
-
-orvel::PropList ModeCatalogue::GetConfiguration(const std::string& modeID,
-                                                const std::string& modelID) const {
-  for (const auto& preset : templates) {
-    const auto found = preset.PresetData.Models.find(modelID);
-    if (preset.PresetData.ModeID == modeID && found != preset.PresetData.Models.end()) {
-      return found->second;
-    }
-  }
-  return {};
-}
-
-std::vector<orvel::SectionDefinition> ModeCatalogue::GetSections(
-    const orvel::AdjustmentsModeDescriptor& mode) const {
+template <typename GetConfiguration>
+std::vector<orvel::SectionDefinition> MakeSections(const std::string& modeID,
+                                                   const GetConfiguration& getConfiguration) {
+  std::vector<orvel::SectionDescriptor> descriptors;
+  orvel::ModeDescriptorCache::Get()->GetSectionDescriptors(modeID, descriptors);
   std::vector<orvel::SectionDefinition> sections;
-  for (const auto& section : mode.sections) {
+  for (const auto& descriptor : descriptors) {
     orvel::SectionDefinition definition;
-    const auto configuration = GetConfiguration(mode.modeID, section.modelID);
-    if (orvel::factory::CreateSectionModelDefinition(section.modelID, configuration, definition)) {
+    if (orvel::factory::CreateSectionModelDefinition(
+            descriptor.modelID, getConfiguration(descriptor.modelID), definition)) {
       sections.push_back(definition);
     }
   }
   return sections;
 }
 
-ModeCatalogue ReadModeCatalogue() {
-  ModeCatalogue catalogue;
-  catalogue.modes = orvel::GetDefaultAdjustmentsModeDescriptors();
-  orvel::ReadPresets(ReadResource(u"OrvelConfigPresets"), catalogue.templates);
-  orvel::ReadPresets(ReadResource(u"OrvelPresets"), catalogue.presets);
-  return catalogue;
+void AppendToList(std::string& list, const std::string& entry) {
+  list += (list.empty() ? "" : ", ") + entry;
+}
+
+}  // namespace
+
+std::vector<orvel::AdjustmentModeInfo> GetModes() {
+  return orvel::ModeDescriptorCache::Get()->GetAdjustmentsModeInfos();
+}
+
+bool IsMode(const std::string& modeID) {
+  return orvel::ModeDescriptorCache::Get()->IsValidMode(modeID);
+}
+
+std::string ListModes() {
+  std::string list;
+  for (const auto& mode : GetModes()) AppendToList(list, mode.modeID);
+  return list;
+}
+
+std::vector<orvel::SectionDefinition> MakeSections(const std::string& modeID) {
+  return MakeSections(modeID, [&modeID](const std::string& modelID) {
+    return orvel::GetModelConfiguration(modeID, modelID);
+  });
+}
+
+std::vector<orvel::SectionDefinition> MakeSections(const orvel::ConfigPreset& configuration) {
+  const auto& models = configuration.PresetData.Models;
+  return MakeSections(configuration.PresetData.ModeID, [&models](const std::string& modelID) {
+    const auto found = models.find(modelID);
+    return found == models.end() ? orvel::PropList() : found->second;
+  });
+}
+
+std::string ModesAsText() {
+  std::string text;
+  for (const auto& mode : GetModes()) {
+    std::string sections;
+    for (const auto& name : GetSectionNames(mode.modeID)) AppendToList(sections, name);
+    char start[64];
+    std::snprintf(start, sizeof start, "%-10s %-12s ", mode.modeID.c_str(),
+                  orvel::UTF16to8(mode.localizedDisplayName).c_str());
+    text += start + sections + "\n";
+  }
+  return text;
+}
+
+JSONValue ModesAsJSON() {
+  JSONValue modes = JSONArray();
+  for (const auto& mode : GetModes()) {
+    JSONValue sections = JSONArray();
+    for (const auto& name : GetSectionNames(mode.modeID)) AppendToArray(sections, JSONValue(name));
+    JSONValue entry;
+    AddToObject(entry, "mode", JSONValue(mode.modeID));
+    AddToObject(entry, "name", JSONValue(orvel::UTF16to8(mode.localizedDisplayName)));
+    AddToObject(entry, "sections", sections);
+    AppendToArray(modes, entry);
+  }
+  return modes;
 }
 
 std::string ShownName(const std::string& name) { return orvel::UTF16to8(orvel::ZString(name)); }
+
+std::string EnglishName(const std::string& name) {
+  const std::size_t equals = name.find('=');
+  if (!name.starts_with("$$$/") || equals == std::string::npos) return name;
+  return ShownName("$$$/" + name.substr(equals));  // no translation has an empty path
+}
 
 std::string ShortSectionName(const std::string& modelID) {
   return modelID.starts_with(kModelPrefix) ? modelID.substr(kModelPrefix.size()) : modelID;

@@ -7,30 +7,25 @@
 
 namespace orvelhost {
 
-/// What the library ships: its adjustments modes, with the template and the user presets of each.
-struct ModeCatalogue {
-  std::vector<orvel::AdjustmentsModeDescriptor> modes;
-  std::vector<orvel::ConfigPreset> templates;
-  std::vector<orvel::UserPreset> presets;
+/// The adjustments modes of the running library, as people meet them.
+std::vector<orvel::AdjustmentModeInfo> GetModes();
+bool IsMode(const std::string& modeID);
 
-  /// Null when there is no such mode.
-  const orvel::AdjustmentsModeDescriptor* FindMode(const std::string& modeID) const;
+/// The ids, separated by ", ".
+std::string ListModes();
 
-  /// The configuration of a section in a mode's template; empty when the template says nothing
-  /// about it.
-  orvel::PropList GetConfiguration(const std::string& modeID, const std::string& modelID) const;
+/// The definitions of a mode's sections, in the mode's order: as the mode is configured now, and
+/// under one of its templates.
+std::vector<orvel::SectionDefinition> MakeSections(const std::string& modeID);
+std::vector<orvel::SectionDefinition> MakeSections(const orvel::ConfigPreset& configuration);
 
-  /// The definitions of a mode's sections, built from its template, in the mode's order.
-  std::vector<orvel::SectionDefinition> GetSections(
-      const orvel::AdjustmentsModeDescriptor& mode) const;
-};
+/// For people, a line each, and as JSON: the id, the name and the sections of every mode.
+std::string ModesAsText();
+teskcore::serialization::JSONValue ModesAsJSON();
 
-/// Reads it from the library's resources. Raises what the library's readers raise, which would mean
-/// that the library was built with a broken document.
-ModeCatalogue ReadModeCatalogue();
-
-/// A name that may be a localisation key, as a person reads it.
+/// A name that may be a localisation key, as a person reads it, and in English.
 std::string ShownName(const std::string& name);
+std::string EnglishName(const std::string& name);
 
 /// The model id as commands name it, without "model_".
 std::string ShortSectionName(const std::string& modelID);

@@ -1,25 +1,30 @@
 #include "host/catalogue/preset_table.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 #include <vector>
+
+#include "host/catalogue/mode_catalogue.h"
 
 namespace orvelhost {
 namespace {
 
 using teskcore::serialization::AddToObject;
+using teskcore::serialization::JSONConvert;
 using teskcore::serialization::JSONObject;
 using teskcore::serialization::JSONValue;
 
-// The parameters of a section's stored value list with their values; fewer when the list is short.
-std::vector<std::pair<std::string, float>> NameValues(const ModeCatalogue& catalogue,
-                                                      const std::string& modeID,
+/// The parameters of a section's stored value list with their values; fewer when the list is short.
+std::vector<std::pair<std::string, float>> NameValues(const orvel::ConfigPreset& configuration,
                                                       const std::string& modelID,
                                                       const std::vector<float>& values) {
-  std::vector<std::pair<std::string, float>> named;
+  const auto& models = configuration.PresetData.Models;
+  const auto found = models.find(modelID);
   orvel::SectionDefinition definition;
-  orvel::factory::CreateSectionModelDefinition(modelID, catalogue.GetConfiguration(modeID, modelID),
-                                               definition);
+  orvel::factory::CreateSectionModelDefinition(
+      modelID, found == models.end() ? orvel::PropList() : found->second, definition);
+  std::vector<std::pair<std::string, float>> named;
   for (const auto& param : definition.GetParamDefinitions()) {
     if (param.HasFlag(orvel::kParamFlag_NotStored)) continue;
     if (named.size() == values.size()) break;
@@ -28,16 +33,21 @@ std::vector<std::pair<std::string, float>> NameValues(const ModeCatalogue& catal
   return named;
 }
 
+std::int64_t CountPresets(const orvel::ConfigPreset& configuration, const PresetStore& store) {
+  return std::ranges::count(
+      store.GetPresets(configuration.PresetData.ModeID), configuration.Guid,
+      [](const orvel::UserPreset& preset) { return preset.PresetData.Config; });
+}
+
 }  // namespace
 
-std::string ToText(const orvel::UserPreset& preset, const ModeCatalogue& catalogue) {
+std::string ToText(const orvel::UserPreset& preset, const PresetStore& store) {
+  const orvel::ConfigPreset configuration = store.GetTemplate(preset);
   std::ostringstream text;
-  text << ShownName(preset.Name) << "  (" << preset.PresetData.ModeID << ", "
-       << preset.Guid.AsUTF8String() << ")\n";
+  text << store.Describe(preset) << "\n";
   for (const auto& [modelID, values] : preset.PresetData.Models) {
     text << "  " << ShortSectionName(modelID) << ":";
-    for (const auto& [name, value] :
-         NameValues(catalogue, preset.PresetData.ModeID, modelID, values)) {
+    for (const auto& [name, value] : NameValues(configuration, modelID, values)) {
       text << ' ' << name << '=' << value;
     }
     text << '\n';
@@ -45,12 +55,12 @@ std::string ToText(const orvel::UserPreset& preset, const ModeCatalogue& catalog
   return text.str();
 }
 
-JSONValue ToJSON(const orvel::UserPreset& preset, const ModeCatalogue& catalogue) {
+JSONValue ToJSON(const orvel::UserPreset& preset, const PresetStore& store) {
+  const orvel::ConfigPreset configuration = store.GetTemplate(preset);
   JSONValue sections = JSONObject();
   for (const auto& [modelID, values] : preset.PresetData.Models) {
     JSONValue section = JSONObject();
-    for (const auto& [name, value] :
-         NameValues(catalogue, preset.PresetData.ModeID, modelID, values)) {
+    for (const auto& [name, value] : NameValues(configuration, modelID, values)) {
       AddToObject(section, name, JSONValue(static_cast<double>(value)));
     }
     AddToObject(sections, ShortSectionName(modelID), section);
@@ -59,6 +69,35 @@ JSONValue ToJSON(const orvel::UserPreset& preset, const ModeCatalogue& catalogue
   AddToObject(object, "name", JSONValue(ShownName(preset.Name)));
   AddToObject(object, "guid", JSONValue(preset.Guid.AsUTF8String()));
   AddToObject(object, "mode", JSONValue(preset.PresetData.ModeID));
+  AddToObject(object, "template", JSONValue(ShownName(configuration.Name)));
+  AddToObject(object, "template_guid", JSONValue(configuration.Guid.AsUTF8String()));
+  AddToObject(object, "factory", JSONValue(store.IsFactory(preset)));
+  AddToObject(object, "sections", sections);
+  return object;
+}
+
+std::string ToText(const orvel::ConfigPreset& configuration, const PresetStore& store) {
+  const std::int64_t count = CountPresets(configuration, store);
+  std::ostringstream text;
+  text << ShownName(configuration.Name) << "  (" << configuration.PresetData.ModeID
+       << (store.IsFactory(configuration) ? ", comes with the library, " : ", ")
+       << configuration.Guid.AsUTF8String() << "): " << count
+       << (count == 1 ? " preset\n" : " presets\n");
+  return text.str();
+}
+
+JSONValue ToJSON(const orvel::ConfigPreset& configuration, const PresetStore& store) {
+  JSONValue sections = JSONObject();
+  for (const auto& [modelID, settings] : configuration.PresetData.Models) {
+    AddToObject(sections, ShortSectionName(modelID),
+                JSONConvert<orvel::PropList>::ToJSON(settings));
+  }
+  JSONValue object;
+  AddToObject(object, "name", JSONValue(ShownName(configuration.Name)));
+  AddToObject(object, "guid", JSONValue(configuration.Guid.AsUTF8String()));
+  AddToObject(object, "mode", JSONValue(configuration.PresetData.ModeID));
+  AddToObject(object, "factory", JSONValue(store.IsFactory(configuration)));
+  AddToObject(object, "presets", JSONValue(CountPresets(configuration, store)));
   AddToObject(object, "sections", sections);
   return object;
 }

@@ -197,10 +197,11 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
 
   const boost::intrusive_ptr<Clip> clip(
       new Clip(request.input.filename().string(), report.inputFormat));
-  clip->SetAdjustmentsMode(request.mode);
+  if (!request.mode.empty()) {
+    clip->SetAdjustmentsMode(request.mode);
+  }
   bool isMeasured = false;
   clip->SetMeasurer([&] { isMeasured = true; });
-  host.GetSession()->Select({clip});
   const auto models = ApplySettings(request.preset, request.settings, request.mode, host, clip);
   const bool isFitted = clip->Chain().Loudness().has_value();
 

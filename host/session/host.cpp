@@ -2,10 +2,12 @@
 
 #include "host/effects/effect_factory.h"
 #include "host/session/clip_section_model.h"
+#include "host/session/translations.h"
 
 namespace orvelhost {
 
 Host::Host() {
+  LoadTranslations(folder_ / "translations.json");
   InstallEffects();
   InstallSectionModels();
   orvel::Initialize(session_, nullptr, orvel::GetDefaultAdjustmentsModeDescriptors());
@@ -15,6 +17,8 @@ Host::~Host() {
   orvel::Terminate();
   UninstallSectionModels();
   UninstallEffects();
+  orvel::Localizer::Get().SetLookup({});
+  orvel::Dir::SetPrefDir(orvel::Dir());
 }
 
 }  // namespace orvelhost

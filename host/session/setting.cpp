@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <sstream>
@@ -31,11 +30,6 @@ constexpr std::array<const char*, 8> kModelIDs = {
     "model_volume",   "model_duration",    "model_pan",     "model_stereowidth",
 };
 // clang-format on
-
-const ModeCatalogue& Catalogue() {
-  static const ModeCatalogue catalogue = ReadModeCatalogue();
-  return catalogue;
-}
 
 /// The others follow from the clip, or set something off once.
 bool IsSettable(const orvel::ParamDefinition& param) {
@@ -157,18 +151,11 @@ std::vector<Setting> ImpliedSwitches(const std::vector<Setting>& settings,
   return implied;
 }
 
-std::string LowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::tolower(letter));
-  });
-  return text;
-}
-
 }  // namespace
 
 std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode) {
-  if (const orvel::AdjustmentsModeDescriptor* descriptor = Catalogue().FindMode(mode)) {
-    return Catalogue().GetSections(*descriptor);
+  if (!mode.empty()) {
+    return MakeSections(mode);
   }
   std::vector<orvel::SectionDefinition> sections;
   for (const char* modelID : kModelIDs) {
@@ -178,35 +165,9 @@ std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode) 
   return sections;
 }
 
-bool CheckMode(const std::string& mode, std::string& error) {
-  if (Catalogue().FindMode(mode) != nullptr) {
-    return true;
-  }
-  std::string modes;
-  for (const orvel::AdjustmentsModeDescriptor& descriptor : Catalogue().modes) {
-    modes += (modes.empty() ? "" : ", ") + descriptor.modeID;
-  }
-  error = "there is no mode '" + mode + "'; the modes are " + modes;
-  return false;
-}
-
-bool FindPreset(const std::string& nameOrGuid, const std::string& mode, orvel::UserPreset& preset,
-                std::string& error) {
-  const std::string wanted = LowerCase(nameOrGuid);
-  for (const orvel::UserPreset& candidate : Catalogue().presets) {
-    if (candidate.PresetData.ModeID == mode && (LowerCase(ShownName(candidate.Name)) == wanted ||
-                                                candidate.Guid.AsUTF8String() == wanted)) {
-      preset = candidate;
-      return true;
-    }
-  }
-  error = "mode " + mode + " has no preset '" + nameOrGuid + "'; see orvel presets " + mode;
-  return false;
-}
-
-bool ParseSettings(const std::vector<std::string>& texts, const std::string& mode,
+bool ParseSettings(const std::vector<std::string>& texts,
+                   const std::vector<orvel::SectionDefinition>& sections,
                    std::vector<Setting>& settings, std::string& error) {
-  const std::vector<orvel::SectionDefinition> sections = SettableSections(mode);
   std::vector<Setting> parsed;
   for (const std::string& text : texts) {
     Setting setting;

@@ -17,18 +17,10 @@ struct Setting {
   friend bool operator==(const Setting&, const Setting&) = default;
 };
 
-/// The sections that can be set, by model id: those of an adjustments mode in its order, or all of
-/// them when `mode` is empty, then as the library builds them without a configuration.
+/// The sections that can be set: those of an adjustments mode in its order, as it is configured
+/// now; or all of them when `mode` is empty, then as the library builds them without a
+/// configuration.
 std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode);
-
-/// Whether there is such an adjustments mode; `error` otherwise is one line that names those there
-/// are.
-bool CheckMode(const std::string& mode, std::string& error);
-
-/// The shipped user preset of a mode with this guid, or with this name in either case of letters.
-/// False when the mode has no such preset; `error` then is one line that says so.
-bool FindPreset(const std::string& nameOrGuid, const std::string& mode, orvel::UserPreset& preset,
-                std::string& error);
 
 /// Reads settings written as "section.Parameter=value": the section's model id without "model_",
 /// the parameter's name in the section's table, a number in its unit. A value that a control maps
@@ -38,7 +30,8 @@ bool FindPreset(const std::string& nameOrGuid, const std::string& mode, orvel::U
 /// False when a text does not read so, a name is unknown, a value is outside its range or no value
 /// of its switch, or a parameter is set twice; `error` then is one line that says which and why,
 /// and `settings` stays as it was.
-bool ParseSettings(const std::vector<std::string>& texts, const std::string& mode,
+bool ParseSettings(const std::vector<std::string>& texts,
+                   const std::vector<orvel::SectionDefinition>& sections,
                    std::vector<Setting>& settings, std::string& error);
 
 /// A line for each parameter that can be set: its name, range, unit and default.

@@ -1,10 +1,10 @@
+#include "tests/host/support/cli.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
@@ -16,36 +16,16 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-struct Outcome {
-  int exitCode;
-  std::string output;
-  std::string errors;
-};
-
-class CliTest : public ::testing::Test {
+class RenderCliTest : public CliTest {
  protected:
-  CliTest() {
+  RenderCliTest() {
     WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Sine(0.25)));
     WriteBytes(folder_ / "old.wav", "as it was");
     WriteBytes(folder_ / "text.txt", "no audio\n");
   }
-
-  /// Runs the program in the folder; `arguments` goes through the shell.
-  Outcome Run(const std::string& arguments) {
-    const std::string command = "cd '" + (folder_ / "").string() + "' && '" ORVEL_CLI "' " +
-                                arguments + " >.output 2>.errors </dev/null";
-    const int status = std::system(command.c_str());  // NOLINT(cert-env33-c)
-    const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-                          ReadBytes(folder_ / ".output"), ReadBytes(folder_ / ".errors")};
-    std::filesystem::remove(folder_ / ".output");
-    std::filesystem::remove(folder_ / ".errors");
-    return outcome;
-  }
-
-  TemporaryFolder folder_;
 };
 
-TEST_F(CliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
+TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
   const struct {
     const char* arguments;
     int exitCode;
@@ -98,7 +78,7 @@ TEST_F(CliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
   }
 }
 
-TEST_F(CliTest, RendersAndPrintsWhatChanged) {
+TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
   const Outcome outcome = Run("render in.wav --output=old.wav --force --set volume.Volume=-6");
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_THAT(outcome.errors, IsEmpty());
@@ -114,7 +94,7 @@ TEST_F(CliTest, RendersAndPrintsWhatChanged) {
   EXPECT_EQ(Run("render take:12.wav -o out.wav").exitCode, 0) << "a colon makes no protocol";
 }
 
-TEST_F(CliTest, AnalyzesEachFileThatCanBeRead) {
+TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
   using teskcore::serialization::GetVariantInObject;
   using teskcore::serialization::JSONObject;
   using teskcore::serialization::JSONParse;
@@ -147,7 +127,7 @@ TEST_F(CliTest, AnalyzesEachFileThatCanBeRead) {
   EXPECT_THAT(text.output, ::testing::ContainsRegex("Hum +50.10 Hz"));
 }
 
-TEST_F(CliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
+TEST_F(RenderCliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
   using teskcore::serialization::GetVariantInObject;
   using teskcore::serialization::JSONArray;
   using teskcore::serialization::JSONParse;
@@ -171,7 +151,7 @@ TEST_F(CliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
   EXPECT_EQ(boost::any_cast<const JSONArray&>(*presets).size(), 35u);
 }
 
-TEST_F(CliTest, TellsAboutItself) {
+TEST_F(RenderCliTest, TellsAboutItself) {
   EXPECT_THAT(Run("--help").output, HasSubstr("render"));
   EXPECT_THAT(Run("render --help").output, HasSubstr("volume.Volume"));
   EXPECT_EQ(Run("--version").exitCode, 0);

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/catalogue/mode_catalogue.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/session/host.h"
 
@@ -44,7 +43,7 @@ class ClipSectionModelTest : public ::testing::Test {
   }
 
   static orvel::PropList DialogConfiguration(const std::string& modelID) {
-    return ReadModeCatalogue().GetConfiguration("dialog", modelID);
+    return orvel::GetModelConfiguration("dialog", modelID);
   }
 
   static float Physical(const ModelPtr& model, int paramID) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host/audio/audio_error.h"
+#include "host/catalogue/preset_store.h"
 #include "tests/host/support/audio.h"
 #include "tests/host/support/music.h"
 
@@ -26,7 +27,8 @@ class RendererTest : public ::testing::Test {
     request_.output = folder_ / output;
     request_.replaceOutput = true;
     std::string error;
-    EXPECT_TRUE(ParseSettings(settings, request_.mode, request_.settings, error)) << error;
+    EXPECT_TRUE(ParseSettings(settings, SettableSections(request_.mode), request_.settings, error))
+        << error;
     return Render(host_, request_);
   }
 
@@ -119,16 +121,11 @@ TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItC
 
 TEST_F(RendererTest, APresetGivesTheSectionsOfItsModeAndSettingsAreStronger) {
   request_.mode = "sfx";
-  orvel::UserPreset preset;
-  std::string error;
-  ASSERT_TRUE(FindPreset("from the LEFT", "sfx", preset, error)) << error;
-  request_.preset = preset;
+  request_.preset = PresetStore(host_).FindPreset({"from the LEFT", "sfx", {}});
   WriteFile(folder_ / "in.wav", Make(44100, 2, 0.2, Noise(0.4)));
   EXPECT_EQ(Peak(Difference(Rendered({}), Rendered({"pan.Pan=-5"}))), 0.0);
   const AudioBlock right = Rendered({"pan.Pan=5"});
   EXPECT_TRUE(std::ranges::all_of(right.Channel(0), [](float sample) { return sample == 0.0f; }));
-  EXPECT_FALSE(FindPreset("no such", "sfx", preset, error));
-  EXPECT_THAT(error, HasSubstr("orvel presets sfx"));
 }
 
 TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/orvel/command_line.h"
+#include "host/session/host.h"
+#include "orvel/orvel.h"
+
+namespace orvelcli {
+
+/// A command of the program.
+struct Command {
+  const char* name;   ///< as it is called: "orvel presets save"
+  const char* usage;  ///< what --help prints
+  std::vector<OptionSyntax> options;
+  /// Returns an ExitCode. May raise UsageError, and any other exception for what it failed at.
+  int (*run)(const Command& command, const CommandLine& line);
+};
+
+/// Runs it on its arguments, which begin with its name; tells what went wrong. Returns an ExitCode.
+int RunCommand(const Command& command, int argc, char** argv);
+
+/// Tells on the error stream what the library found amiss in the preset folder.
+void PrintNotes(const Command& command, const CommandLine& line, const orvelhost::Host& host);
+
+void PrintJSON(const teskcore::serialization::JSONValue& value);
+
+/// The mode that was given, checked; empty when `modeID` is. Raises UsageError.
+std::string CheckMode(const std::string& modeID);
+
+}  // namespace orvelcli

@@ -1,0 +1,54 @@
+#include "apps/orvel/command_line.h"
+
+#include <getopt.h>
+
+namespace orvelcli {
+namespace {
+
+constexpr OptionSyntax kCommonOptions[] = {
+    {"help", 'h', false}, {"json", 'j', false}, {"quiet", 'q', false}};
+
+constexpr int kFirstUnlettered = 256;
+
+}  // namespace
+
+CommandLine::CommandLine(const std::vector<OptionSyntax>& options, int argc, char** argv) {
+  std::vector<OptionSyntax> known(std::begin(kCommonOptions), std::end(kCommonOptions));
+  known.insert(known.end(), options.begin(), options.end());
+  std::string letters = ":";
+  std::vector<option> longOptions;
+  std::map<int, const char*> names;
+  for (const OptionSyntax& syntax : known) {
+    const int code = syntax.letter != 0 ? syntax.letter
+                                        : kFirstUnlettered + static_cast<int>(longOptions.size());
+    names[code] = syntax.name;
+    longOptions.push_back(
+        {syntax.name, syntax.takesValue ? required_argument : no_argument, nullptr, code});
+    if (syntax.letter != 0)
+      letters += std::string(1, syntax.letter) + (syntax.takesValue ? ":" : "");
+  }
+  longOptions.push_back({nullptr, 0, nullptr, 0});
+  opterr = 0;
+  optind = 0;  // begin anew
+  for (int code;
+       (code = getopt_long(argc, argv, letters.c_str(), longOptions.data(), nullptr)) != -1;) {
+    const std::string given = argv[optind - 1];
+    if (code == ':') throw UsageError("the option " + given + " needs a value");
+    if (!names.contains(code)) throw UsageError("unknown or misused option '" + given + "'");
+    values_[names[code]].emplace_back(optarg != nullptr ? optarg : "");
+  }
+  words_.assign(argv + optind, argv + argc);
+}
+
+std::vector<std::string> CommandLine::Values(const std::string& option) const {
+  const auto found = values_.find(option);
+  return found == values_.end() ? std::vector<std::string>() : found->second;
+}
+
+std::string CommandLine::Value(const std::string& option) const {
+  const auto values = Values(option);
+  if (values.size() > 1) throw UsageError("--" + option + " is given twice");
+  return values.empty() ? "" : values.front();
+}
+
+}  // namespace orvelcli
