@@ -23,7 +23,15 @@ int Clip::GetAdjustmentsMode(std::string& modeID) {
   return 0;
 }
 
-int Clip::SetAdjustmentsMode(const std::string& modeID) { return Set(modeID_, modeID); }
+int Clip::SetAdjustmentsMode(const std::string& modeID) {
+  const auto* modes = orvel::ModeDescriptorCache::Get();
+  orvel::ClipType type = type_;
+  if (modeID != modeID_ && modes != nullptr &&
+      modes->GetClipTypeFromAdjustmentsMode(modeID, type)) {
+    type_ = type;
+  }
+  return Set(modeID_, modeID);
+}
 
 int Clip::GetUserPresetGuid(orvel::Guid& guid) {
   guid = presetGuid_;

@@ -23,6 +23,7 @@ class Clip : public orvel::MixTypeClipModelInterface {
   int GetClipType(orvel::ClipType& type) override;
   int SetClipType(orvel::ClipType type) override;
   int GetAdjustmentsMode(std::string& modeID) override;
+  /// The clip also gets the clip type that goes with the mode, if one does.
   int SetAdjustmentsMode(const std::string& modeID) override;
   int GetUserPresetGuid(orvel::Guid& guid) override;
   int SetUserPresetGuid(const orvel::Guid& guid) override;
@@ -65,6 +66,9 @@ class Clip : public orvel::MixTypeClipModelInterface {
   /// The normalized values of a section by parameter id, empty until its first model fills them.
   /// They stay with the clip, while section models come and go with the selection.
   std::vector<float>& SectionValues(const std::string& modelID) { return sectionValues_[modelID]; }
+  const std::map<std::string, std::vector<float>>& AllSectionValues() const {
+    return sectionValues_;
+  }
 
  private:
   template <typename T>
@@ -73,7 +77,7 @@ class Clip : public orvel::MixTypeClipModelInterface {
   std::string name_;
   AudioFormat format_;
   orvel::ClipType type_ = orvel::type_not_set;
-  std::string modeID_;
+  std::string modeID_ = orvel::kAdjustmentsModeUnknown;
   orvel::Guid presetGuid_;
   EffectChain chain_;
   std::map<std::string, std::vector<float>> sectionValues_;

@@ -10,11 +10,12 @@ Host::Host() {
   LoadTranslations(folder_ / "translations.json");
   InstallEffects();
   InstallSectionModels();
-  orvel::Initialize(session_, nullptr, orvel::GetDefaultAdjustmentsModeDescriptors());
+  orvel::Initialize(session_, undoStack_, orvel::GetDefaultAdjustmentsModeDescriptors());
 }
 
 Host::~Host() {
   orvel::Terminate();
+  orvel::SetOrvelActionExecutor(nullptr);
   UninstallSectionModels();
   UninstallEffects();
   orvel::Localizer::Get().SetLookup({});

@@ -7,6 +7,7 @@
 #include "host/session/activity_log.h"
 #include "host/session/preferences.h"
 #include "host/session/session.h"
+#include "host/session/undo_stack.h"
 
 namespace orvelhost {
 
@@ -23,12 +24,14 @@ class Host {
   Host& operator=(const Host&) = delete;
 
   const boost::intrusive_ptr<Session>& GetSession() const { return session_; }
+  const boost::intrusive_ptr<UndoStack>& GetUndoStack() const { return undoStack_; }
   ActivityLog& GetLog() const { return log_; }
 
  private:
   std::filesystem::path folder_ = UsePreferencesFolder();
   mutable ActivityLog log_{GetPreferences().logFile};
   boost::intrusive_ptr<Session> session_{new Session};
+  boost::intrusive_ptr<UndoStack> undoStack_{new UndoStack};
 };
 
 }  // namespace orvelhost

@@ -1,10 +1,86 @@
 #include "host/session/session.h"
 
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "host/audio/audio_reader.h"
+
 namespace orvelhost {
+namespace {
+
+ClipRecord MakeRecord(const SessionClip& held) {
+  ClipRecord record;
+  record.source = held.source;
+  record.format = held.clip->Format();
+  held.clip->GetClipType(record.type);
+  held.clip->GetAdjustmentsMode(record.modeID);
+  held.clip->GetUserPresetGuid(record.preset);
+  record.sections = held.clip->AllSectionValues();
+  return record;
+}
+
+SessionClip MakeClip(const ClipRecord& record) {
+  const boost::intrusive_ptr<Clip> clip(new Clip(record.source.filename().string(), record.format));
+  clip->SetAdjustmentsMode(record.modeID);
+  clip->SetClipType(record.type);
+  clip->SetUserPresetGuid(record.preset);
+  for (const auto& [modelID, values] : record.sections) clip->SectionValues(modelID) = values;
+  return {clip, record.source};
+}
+
+}  // namespace
+
+void Session::AddClips(const std::vector<std::filesystem::path>& files) {
+  std::vector<SessionClip> added;
+  for (const auto& file : files) {
+    const AudioReader reader(file);
+    const auto source = std::filesystem::absolute(file).lexically_normal();
+    added.push_back({new Clip(source.filename().string(), reader.Format()), source});
+  }
+  std::ranges::move(added, std::back_inserter(clips_));
+}
+
+std::vector<std::size_t> Session::FindMissingFiles() const {
+  std::vector<std::size_t> missing;
+  for (std::size_t i = 0; i < clips_.size(); ++i) {
+    std::error_code error;
+    if (!std::filesystem::exists(clips_[i].source, error)) missing.push_back(i);
+  }
+  return missing;
+}
 
 void Session::Select(const orvel::MixTypeClipModels& clips) {
   selected_ = clips;
   selectionChanged_(selected_);
+}
+
+void Session::Select(const std::vector<std::size_t>& indices) {
+  orvel::MixTypeClipModels clips;
+  for (const std::size_t index : indices) clips.push_back(clips_.at(index).clip);
+  Select(clips);
+}
+
+SessionDocument Session::GetDocument() const {
+  SessionDocument document;
+  for (std::size_t i = 0; i < clips_.size(); ++i) {
+    document.clips.push_back(MakeRecord(clips_[i]));
+    if (std::ranges::find(selected_, clips_[i].clip) != selected_.end()) {
+      document.selected.push_back(i);
+    }
+  }
+  document.configurations = configurations_;
+  return document;
+}
+
+void Session::SetDocument(const SessionDocument& document) {
+  documentChanged_(false, true);
+  Select(orvel::MixTypeClipModels());
+  clips_.clear();
+  for (const ClipRecord& record : document.clips) clips_.push_back(MakeClip(record));
+  configurations_ = document.configurations;
+  documentChanged_(true, false);
+  Select(document.selected);
 }
 
 boost::signals2::connection Session::RegisterForClipSelectionChanges(
@@ -15,6 +91,21 @@ boost::signals2::connection Session::RegisterForClipSelectionChanges(
 boost::signals2::connection Session::RegisterForSessionChanges(
     const SessionSignal::slot_type& slot) {
   return sessionChanged_.connect(slot);
+}
+
+boost::signals2::connection Session::RegisterForDocumentChanges(
+    const DocumentSignal::slot_type& slot) {
+  return documentChanged_.connect(slot);
+}
+
+bool Session::GetConfigurationPresets(std::vector<orvel::ConfigPreset>& presets) {
+  presets = configurations_;
+  return true;
+}
+
+bool Session::SetConfigurationPresets(const std::vector<orvel::ConfigPreset>& presets) {
+  configurations_ = presets;
+  return true;
 }
 
 }  // namespace orvelhost
