@@ -12,6 +12,7 @@
 #include "apps/orvel/global_options.h"
 #include "apps/orvel/preset_commands.h"
 #include "apps/orvel/render_command.h"
+#include "apps/orvel/session_command.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ constexpr Verb kVerbs[] = {
   { "sections",   "lists a mode's sections, and what each control does to the effects",    &orvelcli::RunSections  },
   { "presets",    "lists, saves, removes, exports and imports presets",                    &orvelcli::RunPresets   },
   { "templates",  "lists the templates, which configure a mode's sections",                &orvelcli::RunTemplates },
+  { "session",    "works on a session of clips, by commands",                              &orvelcli::RunSession   },
 };
 // clang-format on
 

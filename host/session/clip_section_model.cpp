@@ -21,16 +21,29 @@ float MapToEffect(orvel::ParameterMapping mapping, float normalized,
   return std::clamp(mapping.FromNormalized(normalized), 0.0f, 1.0f);
 }
 
+/// One model of each clip, and several of them as one.
 void CreateSectionModel(const std::string& mode, const orvel::SectionDefinition& definition,
                         const boost::intrusive_ptr<orvel::SessionHandlerInterface>& /*session*/,
                         const orvel::MixTypeClipModels& clips, bool /*followsSelection*/,
                         boost::intrusive_ptr<orvel::SectionModelInterface>& model) {
-  const boost::intrusive_ptr<Clip> clip(clips.size() == 1 ? dynamic_cast<Clip*>(clips.front().get())
-                                                          : nullptr);
-  if (clip && !definition.GetModelID().empty()) {
-    const boost::intrusive_ptr<ClipSectionModel> made(new ClipSectionModel(mode, definition, clip));
-    made->RequestMeasurement();
-    model = made;
+  if (definition.GetModelID().empty()) {
+    return;
+  }
+  std::vector<boost::intrusive_ptr<ClipSectionModel>> models;
+  for (const auto& one : clips) {
+    if (const boost::intrusive_ptr<Clip> clip(dynamic_cast<Clip*>(one.get())); clip) {
+      models.emplace_back(new ClipSectionModel(mode, definition, clip));
+      models.back()->RequestMeasurement();
+    }
+  }
+  if (models.size() == 1) {
+    model = models.front();
+  } else if (!models.empty()) {
+    const boost::intrusive_ptr<orvel::SectionMultiModel> all(new orvel::SectionMultiModel(mode));
+    for (const auto& one : models) {
+      all->AddModel(one);
+    }
+    model = all;
   }
 }
 

@@ -61,14 +61,18 @@ void Session::Select(const std::vector<std::size_t>& indices) {
   Select(clips);
 }
 
+std::vector<std::size_t> Session::GetSelection() const {
+  std::vector<std::size_t> selection;
+  for (std::size_t i = 0; i < clips_.size(); ++i) {
+    if (std::ranges::find(selected_, clips_[i].clip) != selected_.end()) selection.push_back(i);
+  }
+  return selection;
+}
+
 SessionDocument Session::GetDocument() const {
   SessionDocument document;
-  for (std::size_t i = 0; i < clips_.size(); ++i) {
-    document.clips.push_back(MakeRecord(clips_[i]));
-    if (std::ranges::find(selected_, clips_[i].clip) != selected_.end()) {
-      document.selected.push_back(i);
-    }
-  }
+  for (const SessionClip& held : clips_) document.clips.push_back(MakeRecord(held));
+  document.selected = GetSelection();
   document.configurations = configurations_;
   return document;
 }

@@ -35,6 +35,9 @@ class Session : public orvel::SessionHandlerInterface {
   /// The same for clips of the session, by their indices, which must be valid.
   void Select(const std::vector<std::size_t>& indices);
 
+  /// The selected clips of the session, as indices in ascending order.
+  std::vector<std::size_t> GetSelection() const;
+
   /// The session as a value, and another one in its place: that the document closes is told before,
   /// and that there is another one after.
   SessionDocument GetDocument() const;

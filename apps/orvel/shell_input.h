@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvelcli {
+
+/// The lines of the standard input: from a terminal with a prompt, a history and completion, from
+/// anything else as they come. One at a time.
+class ShellInput {
+ public:
+  /// The words that may stand where the last of `words`, which may be empty, begins.
+  using Completer = std::function<std::vector<std::string>(const std::vector<std::string>& words)>;
+
+  explicit ShellInput(const Completer& completer);
+  ~ShellInput();
+  ShellInput(const ShellInput&) = delete;
+  ShellInput& operator=(const ShellInput&) = delete;
+
+  bool IsTerminal() const { return isTerminal_; }
+
+  /// False at the end.
+  bool Read(std::string& line);
+
+ private:
+  bool isTerminal_;
+};
+
+}  // namespace orvelcli
