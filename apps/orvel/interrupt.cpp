@@ -16,6 +16,11 @@ void NoteInterrupts() {
   std::signal(SIGTERM, &Interrupt);
 }
 
+InterruptScope::~InterruptScope() {
+  std::signal(SIGINT, SIG_DFL);
+  std::signal(SIGTERM, SIG_DFL);
+}
+
 bool WasInterrupted() { return interrupted != 0; }
 
 }  // namespace orvelcli

@@ -7,4 +7,13 @@ void NoteInterrupts();
 
 bool WasInterrupted();
 
+/// Notes interrupts while it lives; before and after it they end the program.
+class InterruptScope {
+ public:
+  InterruptScope() { NoteInterrupts(); }
+  ~InterruptScope();
+  InterruptScope(const InterruptScope&) = delete;
+  InterruptScope& operator=(const InterruptScope&) = delete;
+};
+
 }  // namespace orvelcli

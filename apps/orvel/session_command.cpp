@@ -8,6 +8,7 @@
 
 #include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
+#include "apps/orvel/interrupt.h"
 #include "apps/orvel/session_shell.h"
 #include "apps/orvel/shell_input.h"
 #include "apps/orvel/shell_words.h"
@@ -48,8 +49,12 @@ void PrintError(const CommandLine& line, const std::string& error) {
 bool Answered(SessionShell& shell, const CommandLine& line, const std::vector<std::string>& words) {
   try {
     const Answer answer = shell.Run(words);
-    if (!answer.json.empty()) PrintAnswer(line, answer);
-    return true;
+    if (answer.hasFailed && !line.AsJSON()) {
+      PrintError(line, answer.text);
+    } else if (!answer.json.empty()) {
+      PrintAnswer(line, answer);
+    }
+    return !answer.hasFailed;
   } catch (const std::exception& error) {
     PrintError(line, error.what());
     return false;
@@ -72,7 +77,7 @@ int RunShell(const Command& command, const CommandLine& line) {
   ShellInput input([&shell](const auto& words) { return shell.Complete(words); });
   bool isWarned = false;
   std::string text;
-  while (!shell.IsOver() && input.Read(text)) {
+  while (!shell.IsOver() && !WasInterrupted() && input.Read(text)) {
     std::vector<std::string> words;
     if (!SplitWords(text, words)) {
       PrintError(line, "a quote does not end");
@@ -85,6 +90,7 @@ int RunShell(const Command& command, const CommandLine& line) {
       allDone &= Answered(shell, line, words);
     }
   }
+  if (WasInterrupted()) return kExit_Interrupted;
   return allDone ? kExit_Success : kExit_Failed;
 }
 

@@ -7,7 +7,9 @@
 #include <sstream>
 #include <system_error>
 
+#include "apps/orvel/interrupt.h"
 #include "host/catalogue/mode_catalogue.h"
+#include "host/session/session_renderer.h"
 
 namespace orvelcli {
 
@@ -285,6 +287,35 @@ struct ShellCommands {
     return answer;
   }
 
+  static Answer Render(SessionShell& shell, const Words& words) {
+    const InterruptScope interrupts;
+    JSONValue list = JSONArray();
+    Words done;
+    Words faults;
+    for (const auto& one : orvelhost::RenderSession(shell.host_, words.front(),
+                                                    [](double) { return !WasInterrupted(); })) {
+      JSONValue entry;
+      AddToObject(entry, "clip", Count(one.number));
+      AddToObject(entry, "file", JSONValue(one.output.string()));
+      if (one.error.empty()) {
+        AddToObject(entry, "notes", ToArray(one.notes));
+        done.push_back(one.output.string());
+      } else {
+        AddToObject(entry, "error", JSONValue(one.error));
+        faults.push_back(one.error);
+      }
+      AppendToArray(list, entry);
+    }
+    Answer answer{done.empty() ? "nothing was rendered" : "rendered " + Join(done),
+                  Object("rendered", list)};
+    if (!faults.empty()) {
+      answer.text += "; " + Join(faults);
+      AddToObject(answer.json, "error", JSONValue(Join(faults)));
+      answer.hasFailed = true;
+    }
+    return answer;
+  }
+
   static Answer Save(SessionShell& shell, const Words& words) {
     const std::filesystem::path file =
         words.empty() ? shell.file_ : std::filesystem::path(words.front());
@@ -353,6 +384,7 @@ constexpr ShellCommand kCommands[] = {
   { "undo",          "",                        0,    0,     &ShellCommands::Undo,         "takes the last step back" },
   { "redo",          "",                        0,    0,     &ShellCommands::Redo,         "takes it again" },
   { "history",       "",                        0,    0,     &ShellCommands::History,      "lists the steps" },
+  { "render",        "DIR",                     1,    1,     &ShellCommands::Render,       "renders every clip to a WAV in a folder" },
   { "save",          "[FILE]",                  0,    1,     &ShellCommands::Save,         "saves the session" },
   { "open",          "FILE",                    1,    1,     &ShellCommands::Open,         "opens another session" },
   { "help",          "",                        0,    0,     &ShellCommands::Help,         "lists these commands" },

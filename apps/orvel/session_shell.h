@@ -13,13 +13,14 @@ namespace orvelcli {
 struct Answer {
   std::string text;
   teskcore::serialization::JSONValue json;
+  bool hasFailed = false;  ///< in part; `json` has an "error"
 };
 
 /// The commands of `orvel session`.
 class SessionShell {
  public:
   /// The host must outlive it.
-  explicit SessionShell(const orvelhost::Host& host) : editor_(host) {}
+  explicit SessionShell(const orvelhost::Host& host) : host_(host), editor_(host) {}
 
   /// Carries out one command, given by its words; none is answered by nothing. Raises
   /// std::runtime_error for one that cannot be carried out; all is as it was then.
@@ -37,6 +38,7 @@ class SessionShell {
  private:
   friend struct ShellCommands;
 
+  const orvelhost::Host& host_;
   orvelhost::SessionEditor editor_;
   std::filesystem::path file_;
   bool isOver_ = false;

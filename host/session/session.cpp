@@ -1,9 +1,12 @@
 #include "host/session/session.h"
 
 #include <algorithm>
+#include <optional>
 #include <system_error>
 #include <utility>
 
+#include "host/analysis/audio_source.h"
+#include "host/audio/audio_error.h"
 #include "host/audio/audio_reader.h"
 
 namespace orvelhost {
@@ -20,13 +23,30 @@ ClipRecord MakeRecord(const SessionClip& held) {
   return record;
 }
 
+/// A clip that is measured when a section needs it, before that goes on: all that is shown of it
+/// then is so.
+SessionClip MakeClip(const std::filesystem::path& source, const AudioFormat& format) {
+  const boost::intrusive_ptr<Clip> clip(new Clip(source.filename().string(), format));
+  clip->SetMeasurer([clip = clip.get(), source] {
+    std::optional<ClipMeasurement> measurement;
+    try {
+      measurement = MeasureClip(OpenerOf(source), clip->WantsRemix());
+    } catch (const AudioError&) {
+      // The file is gone or damaged: the clip is one that is not measured.
+    }
+    clip->SetMeasurement(measurement);
+  });
+  return {clip, source};
+}
+
 SessionClip MakeClip(const ClipRecord& record) {
-  const boost::intrusive_ptr<Clip> clip(new Clip(record.source.filename().string(), record.format));
+  SessionClip held = MakeClip(record.source, record.format);
+  const auto& clip = held.clip;
   clip->SetAdjustmentsMode(record.modeID);
   clip->SetClipType(record.type);
   clip->SetUserPresetGuid(record.preset);
   for (const auto& [modelID, values] : record.sections) clip->SectionValues(modelID) = values;
-  return {clip, record.source};
+  return held;
 }
 
 }  // namespace
@@ -35,8 +55,7 @@ void Session::AddClips(const std::vector<std::filesystem::path>& files) {
   std::vector<SessionClip> added;
   for (const auto& file : files) {
     const AudioReader reader(file);
-    const auto source = std::filesystem::absolute(file).lexically_normal();
-    added.push_back({new Clip(source.filename().string(), reader.Format()), source});
+    added.push_back(MakeClip(std::filesystem::absolute(file).lexically_normal(), reader.Format()));
   }
   std::ranges::move(added, std::back_inserter(clips_));
 }

@@ -136,6 +136,39 @@ TEST_F(SessionCommandTest, ThePresetShownIsTheOneThatTheValuesAre) {
   for (const auto& [line, start] : expected) EXPECT_THAT(answers.at(line), StartsWith(start));
 }
 
+TEST_F(SessionCommandTest, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
+  std::filesystem::create_directories(folder_ / "more");
+  std::filesystem::copy(folder_ / "c.wav", folder_ / "more/c.wav");
+  const std::string work =
+      "add 'a b.wav' c.wav more/c.wav\n"
+      "select 1\nmode sfx\nset volume.EnableVolume 1\nset volume.Volume -6\n"
+      "select 2\nmode sfx\npreset 'from the left'\n";
+  EXPECT_EQ(LastAnswer(work + "render out"), "rendered out/a b.wav, out/c.wav, out/c 2.wav");
+  EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "out/a b.wav")) - RmsInDb(ReadFile(folder_ / "a b.wav")),
+              -6.0, 0.1);
+  const AudioBlock left = ReadFile(folder_ / "out/c.wav");
+  EXPECT_TRUE(std::ranges::all_of(left.Channel(1), [](float sample) { return sample == 0.0f; }));
+  EXPECT_TRUE(HaveSameSamples(ReadFile(folder_ / "out/c 2.wav"), ReadFile(folder_ / "c.wav")));
+
+  std::filesystem::remove(folder_ / "out/c.wav");
+  WriteBytes(folder_ / "out/a b.wav", "as it was");
+  const auto answers = Answers(work + "save day.orvelsession\nrender out\nclips", 1);
+  EXPECT_THAT(answers[answers.size() - 2],
+              ::testing::AllOf(StartsWith("error: rendered out/c.wav; "),
+                               HasSubstr("'out/a b.wav' exists"), HasSubstr("'out/c 2.wav'")));
+  EXPECT_THAT(answers.back(), HasSubstr("2 c.wav (sfx, selected)"));
+  EXPECT_EQ(ReadBytes(folder_ / "out/a b.wav"), "as it was");
+
+  std::filesystem::remove(folder_ / "c.wav");
+  EXPECT_THAT(LastAnswer("render again", 1, "day.orvelsession --json"),
+              HasSubstr(R"("file":"again/c 2.wav","notes")"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "again"),
+                          std::filesystem::directory_iterator()),
+            2);
+  EXPECT_THAT(LastAnswer("render more/c.wav/x", 1, "day.orvelsession"),
+              HasSubstr("'more/c.wav/x'"));
+}
+
 TEST_F(SessionCommandTest, InJsonEachAnswerIsAnObject) {
   const auto answers = Answers(std::string(kTwoDialogs) +
                                    "select 1\n"
