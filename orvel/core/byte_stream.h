@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 
 #include "orvel/core/export.h"
@@ -17,6 +15,9 @@ enum StreamFlags : std::uint32_t { kStreamRead = 1 };
 class ORVEL_EXPORT IPlatformByteStream {
  public:
   explicit IPlatformByteStream(const File& file, std::uint32_t flags = kStreamRead);
+  ~IPlatformByteStream();
+  IPlatformByteStream(const IPlatformByteStream&) = delete;
+  IPlatformByteStream& operator=(const IPlatformByteStream&) = delete;
 
   /// In bytes.
   std::uint64_t Length() const;
@@ -26,11 +27,8 @@ class ORVEL_EXPORT IPlatformByteStream {
   std::uint32_t ReadBlock(void* buffer, std::uint32_t count);
 
  private:
-  struct Close {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
   std::string path_;
-  std::unique_ptr<std::FILE, Close> stream_;
+  int descriptor_;
 };
 
 /// The whole content of `file`. Raises `file_exception`; a file of 4 GiB or more raises

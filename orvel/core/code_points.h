@@ -34,17 +34,17 @@ inline bool IsSurrogate(UChar32 character) { return U_IS_SURROGATE(character); }
 
 /// `character` must be valid.
 inline void AppendCodePoint(std::string& text, UChar32 character) {
-  std::uint8_t bytes[U8_MAX_LENGTH];
+  char bytes[U8_MAX_LENGTH];
   std::size_t length = 0;
   U8_APPEND_UNSAFE(bytes, length, character);
-  text.append(bytes, bytes + length);
+  text.append(bytes, length);
 }
 
 inline void AppendCodePoint(std::u16string& text, UChar32 character) {
   char16_t units[U16_MAX_LENGTH];
   std::size_t length = 0;
   U16_APPEND_UNSAFE(units, length, character);
-  text.append(units, units + length);
+  text.append(units, length);
 }
 
 #pragma GCC diagnostic pop

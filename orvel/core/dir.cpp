@@ -67,8 +67,7 @@ Dir::Dir(const std::u16string& path) : path_(path) {
   while (path_.size() > 1 && path_.back() == u'/') path_.pop_back();
 }
 
-Dir::Dir(const Dir& parent, const std::u16string& name)
-    : path_(FromNative(ToNative(parent.FullPath()) / ToNative(name))) {
+Dir::Dir(const Dir& parent, const std::u16string& name) : path_(JoinPath(parent.FullPath(), name)) {
   if (!IsPathElement(name)) Fail(ToNative(path_), "is not the name of a folder");
 }
 
@@ -81,7 +80,7 @@ void Dir::SetPrefDir(const Dir& folder) { HostPrefDir() = folder; }
 
 Dir Dir::Parent() const { return Dir(FromNative(ToNative(path_).parent_path())); }
 
-std::u16string Dir::GetName() const { return FromNative(ToNative(path_).filename()); }
+std::u16string Dir::GetName() const { return FileNameOf(path_); }
 
 bool Dir::Exists() const {
   std::error_code error;

@@ -1,6 +1,7 @@
 #include "orvel/core/file.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
 
@@ -22,11 +23,15 @@ namespace {
 }  // namespace
 
 File::File(const Dir& folder, const std::u16string& name)
-    : path_(FromNative(ToNative(folder.FullPath()) / ToNative(name))) {
+    : path_(JoinPath(folder.FullPath(), name)) {
   if (!IsPathElement(name)) Fail(ToNative(path_), "is not the name of a file");
 }
 
-std::u16string File::GetTitle() const { return FromNative(ToNative(path_).stem()); }
+std::u16string File::GetTitle() const {
+  const std::u16string name = FileNameOf(path_);
+  const std::size_t dot = name.rfind(u'.');
+  return dot == 0 || name == u".." ? name : name.substr(0, dot);
+}
 
 std::u16string File::GetExtension(bool withDot) const {
   const std::u16string extension = FromNative(ToNative(path_).extension());

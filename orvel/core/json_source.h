@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -99,6 +100,17 @@ class JSONStreamSource {
 /// exact, with a value that stands alone.
 std::string WrapJSONText(std::string_view text);
 
+/// Calls `read` with a parser: for a text of usual length with one that is kept by the thread, since
+/// its buffers cost more than the reading. `read` must not read another text meanwhile.
+template <typename Read>
+bool WithParser(std::size_t length, Read read) {
+  constexpr std::size_t kUsualLength = 65536;
+  thread_local simdjson::ondemand::parser kept(kUsualLength + 2 + simdjson::SIMDJSON_PADDING);
+  if (length <= kUsualLength) return read(kept);
+  simdjson::ondemand::parser parser;
+  return read(parser);
+}
+
 /// Hands `text` as a `JSONStreamSource` to `read`. False when it is not well-formed, and when
 /// `read` throws: a tree then tells which of the two, and what is wrong. What `read` did until then
 /// is of no use.
@@ -106,14 +118,15 @@ template <typename Read>
 bool ReadJSONStream(std::string_view text, Read read) {
   std::string wrapped = WrapJSONText(text);
   try {
-    simdjson::ondemand::parser parser;
-    simdjson::ondemand::document document = parser.iterate(wrapped);
-    int elements = 0;
-    for (JSONStreamSource::Value element : simdjson::ondemand::array(document.get_array())) {
-      if (++elements > 1) return false;
-      read(JSONStreamSource(element, 0));
-    }
-    return elements == 1 && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+    return WithParser(text.size(), [&wrapped, &read](simdjson::ondemand::parser& parser) {
+      simdjson::ondemand::document document = parser.iterate(wrapped);
+      int elements = 0;
+      for (JSONStreamSource::Value element : simdjson::ondemand::array(document.get_array())) {
+        if (++elements > 1) return false;
+        read(JSONStreamSource(element, 0));
+      }
+      return elements == 1 && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+    });
   } catch (const std::exception&) {
     return false;
   }

@@ -18,7 +18,12 @@ bool IsEscapedByte(UChar32 unit) { return unit >= kByteBase + 0x80 && unit <= kB
 
 std::filesystem::path ToNative(const std::u16string& path) {
   std::string bytes;
+  bytes.reserve(path.size());
   for (std::size_t i = 0; i < path.size();) {
+    if (path[i] < 0x80) {  // what most of a path is made of
+      bytes += static_cast<char>(path[i++]);
+      continue;
+    }
     const UChar32 character = utility::NextCodePoint(path, i);
     if (!utility::IsSurrogate(character)) {
       utility::AppendCodePoint(bytes, character);
@@ -34,7 +39,12 @@ std::filesystem::path ToNative(const std::u16string& path) {
 std::u16string FromNative(const std::filesystem::path& path) {
   const std::string& bytes = path.native();
   std::u16string text;
+  text.reserve(bytes.size());
   for (std::size_t i = 0; i < bytes.size();) {
+    if (static_cast<unsigned char>(bytes[i]) < 0x80) {
+      text += static_cast<char16_t>(bytes[i++]);
+      continue;
+    }
     const std::size_t start = i;
     const UChar32 character = utility::NextCodePoint(bytes, i);
     if (character >= 0) {
@@ -46,6 +56,15 @@ std::u16string FromNative(const std::filesystem::path& path) {
     }
   }
   return text;
+}
+
+std::u16string JoinPath(const std::u16string& folder, const std::u16string& name) {
+  if (folder.empty() || name.starts_with(u'/')) return name;
+  return folder.ends_with(u'/') ? folder + name : folder + u'/' + name;
+}
+
+std::u16string FileNameOf(const std::u16string& path) {
+  return path.substr(path.rfind(u'/') + 1);  // without a slash all of it: npos + 1 is 0
 }
 
 bool IsPathElement(const std::u16string& name) {

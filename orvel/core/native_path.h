@@ -11,6 +11,11 @@ namespace teskcore::filesupport {
 std::filesystem::path ToNative(const std::u16string& path);
 std::u16string FromNative(const std::filesystem::path& path);
 
+/// The path of `name` in `folder`, and the last part of a path: as `std::filesystem::path` gives
+/// them, without a conversion there and back for each of the files of a folder.
+std::u16string JoinPath(const std::u16string& folder, const std::u16string& name);
+std::u16string FileNameOf(const std::u16string& path);
+
 /// Whether `name` names something in a folder and leads nowhere else: it is neither empty nor "."
 /// nor "..", and holds no slash and no NUL.
 bool IsPathElement(const std::u16string& name);

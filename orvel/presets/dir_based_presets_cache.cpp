@@ -22,16 +22,14 @@ bool IsPresetFileName(const std::u16string& name) {
 
 // By title, so that "Voice" comes before "Voice copy", which then is the one that is taken for the
 // copy: a blank sorts before the extension's dot.
-std::vector<File> ListPresetFiles(const Dir& folder) {
-  std::vector<File> files(folder.BeginFiles(IsPresetFileName), folder.EndFiles());
+std::vector<std::pair<std::u16string, File>> ListPresetFiles(const Dir& folder) {
   std::vector<std::pair<std::u16string, File>> byTitle;
-  byTitle.reserve(files.size());
-  for (auto& file : files) byTitle.emplace_back(file.GetTitle(), std::move(file));
+  for (auto at = folder.BeginFiles(IsPresetFileName); at != folder.EndFiles(); ++at) {
+    byTitle.emplace_back(at->GetTitle(), *at);
+  }
   std::sort(byTitle.begin(), byTitle.end(),
             [](const auto& left, const auto& right) { return left.first < right.first; });
-  files.clear();
-  for (auto& [title, file] : byTitle) files.push_back(std::move(file));
-  return files;
+  return byTitle;
 }
 
 }  // namespace
@@ -45,14 +43,14 @@ void DirBasedPresetsCache<T>::Load() {
   entries_.clear();
   titles_.clear();
   try {
-    for (const auto& file : ListPresetFiles(folder_)) LoadFile(file);
+    for (const auto& [title, file] : ListPresetFiles(folder_)) LoadFile(title, file);
   } catch (const std::exception& error) {
     TracePresets(std::string("Skipping preset folder: ") + error.what());
   }
 }
 
 template <typename T>
-void DirBasedPresetsCache<T>::LoadFile(const File& file) {
+void DirBasedPresetsCache<T>::LoadFile(const Title& title, const File& file) {
   Preset<T> preset;
   if (!ReadPresetFile(file, preset)) return;
   bool changed = adopt_(preset);
@@ -64,7 +62,7 @@ void DirBasedPresetsCache<T>::LoadFile(const File& file) {
   }
   // A repair that cannot be written holds in memory all the same.
   if (changed) WritePresetFile(file, preset);
-  Insert(file.GetTitle(), std::move(preset));
+  Insert(title, std::move(preset));
 }
 
 template <typename T>

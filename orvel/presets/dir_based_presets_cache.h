@@ -59,7 +59,7 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   using Entries = std::map<Title, Preset<T>>;
 
   File FileOf(const Title& title) const;
-  void LoadFile(const File& file);
+  void LoadFile(const Title& title, const File& file);
   Title ChooseTitle(const Title& title, const Preset<T>& preset) const;
   bool Move(const Title& from, const Title& to);
   bool Put(const Title& title, const Preset<T>& preset);
