@@ -11,9 +11,8 @@
 #include <unistd.h>
 
 #include "orvel/core/dir.h"
-#include "orvel/core/guid.h"
 #include "orvel/core/native_path.h"
-#include "orvel/core/text.h"
+#include "orvel/core/temp_name.h"
 
 namespace teskcore::filesupport {
 namespace fs = std::filesystem;
@@ -73,16 +72,10 @@ std::optional<mode_t> PermissionsOf(const fs::path& path) {
   return status.st_mode & 0777;
 }
 
-// Short and of its own extension, whatever the target's name: no listing of saved files takes it
-// for one of them.
-std::u16string TempName() {
-  return u".save-" + utility::UTF8to16(utility::Guid::CreateUnique().AsUTF8String()) + u".tmp";
-}
-
 }  // namespace
 
 SafeSave::SafeSave(const File& target)
-    : target_(FollowLinks(target)), temp_(target_.Parent(), TempName()) {
+    : target_(FollowLinks(target)), temp_(target_.Parent(), MakeTempName()) {
   // Until it takes the permissions of a target, nobody else may read what that one may hide.
   const bool replaces = PermissionsOf(ToNative(target_.FullPath())).has_value();
   const Descriptor created(ToNative(temp_.FullPath()), O_WRONLY | O_CREAT | O_EXCL,
@@ -101,11 +94,13 @@ void SafeSave::Commit() {
   // Only now: a target that may not be written would not let its new content be written either.
   if (const auto permissions = PermissionsOf(target)) written.SetPermissions(*permissions);
   written.Flush();
+  const fs::path parent = target.parent_path();
+  // Before the target is touched: a folder may let one write and not read.
+  const Descriptor folder(parent.empty() ? fs::path(".") : parent, O_RDONLY | O_DIRECTORY);
   std::error_code error;
   fs::rename(temp, target, error);
   if (error) Fail(target, error.value());
-  const fs::path folder = target.parent_path();
-  Descriptor(folder.empty() ? fs::path(".") : folder, O_RDONLY | O_DIRECTORY).Flush();
+  folder.Flush();
 }
 
 }  // namespace teskcore::filesupport

@@ -13,6 +13,9 @@
 #include "orvel/presets/preset_json.h"
 
 namespace orvel {
+namespace fs = std::filesystem;
+using teskcore::filesupport::ToNative;
+
 namespace {
 
 constexpr int kTraceLevel = 2;
@@ -77,9 +80,8 @@ bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
 }
 
 bool MovePresetFile(const File& from, const File& to) {
-  using teskcore::filesupport::ToNative;
   std::error_code error;
-  std::filesystem::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
+  fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
   if (!error) return true;
   TracePresets("Error moving preset file: " + ShownPath(from.FullPath()) + ": " + error.message());
   return false;
@@ -89,7 +91,10 @@ bool DeletePresetFile(const File& file) {
   try {
     file.Delete();
   } catch (const std::exception& error) {
-    if (!file.Exists()) return true;
+    // Only what is known to be gone is gone: in a folder that cannot be searched nothing shows.
+    std::error_code unknown;
+    const auto status = fs::symlink_status(ToNative(file.FullPath()), unknown);
+    if (status.type() == fs::file_type::not_found || fs::is_directory(status)) return true;
     TracePresets("Error deleting preset file: " + ShownPath(file.FullPath()) + ": " + error.what());
     return false;
   }

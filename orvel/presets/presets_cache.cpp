@@ -1,8 +1,6 @@
 #include "orvel/presets/presets_cache.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -17,6 +15,7 @@
 #include "orvel/core/byte_stream.h"
 #include "orvel/core/file_utils.h"
 #include "orvel/core/native_path.h"
+#include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
 #include "orvel/presets/preset_file.h"
@@ -25,6 +24,9 @@
 
 namespace orvel {
 namespace fs = std::filesystem;
+using teskcore::filesupport::IsAbandonedTempName;
+using teskcore::filesupport::IsOtherProcess;
+using teskcore::filesupport::MakeTempName;
 using teskcore::filesupport::ToNative;
 
 namespace {
@@ -37,6 +39,9 @@ constexpr char16_t kFactoryFolderName[] = u"Default";
 // which folder, and the number of the process that made it. A copy that a person made of the folder
 // has another name, so the mark in it means nothing.
 constexpr char16_t kTemporaryMarkName[] = u".temporary";
+
+// The configuration preset of a mode folder whose name folder gets another name.
+constexpr char16_t kRenamedName[] = u".renamed";
 
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
 
@@ -106,6 +111,15 @@ void DeleteModeFolder(const Dir& folder) {
   DeleteIfEmpty(folder.Parent());
 }
 
+bool MoveFolder(const Dir& from, const Dir& to) {
+  std::error_code error;
+  fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
+  if (!error) return true;
+  TracePresets("Error moving preset folder: " + ShownPath(from.FullPath()) + ": " +
+               error.message());
+  return false;
+}
+
 bool CreateFolder(const Dir& folder) {
   try {
     folder.Create();
@@ -133,20 +147,16 @@ bool WriteTemporaryMark(const Dir& folder, const Guid& guid) {
 }
 
 // Whether the folder is that of a temporary preset; `process` gets the number in the mark.
-bool IsMarkedTemporary(const Dir& folder, const Guid& guid, pid_t& process) {
+bool IsMarkedTemporary(const Dir& folder, const Guid& guid, long& process) {
   try {
     const std::string text = ReadWholeFile(File(folder, kTemporaryMarkName));
     const std::string expected = MarkText(folder, guid);
     if (!text.starts_with(expected)) return false;
-    process = static_cast<pid_t>(std::strtol(text.c_str() + expected.size(), nullptr, 10));
+    process = std::strtol(text.c_str() + expected.size(), nullptr, 10);
     return true;
   } catch (const std::exception&) {
     return false;
   }
-}
-
-bool IsAnotherRunningProcess(pid_t process) {
-  return process > 0 && process != getpid() && (kill(process, 0) == 0 || errno == EPERM);
 }
 
 bool HoldsUserPresets(const Dir& folder) {
@@ -154,6 +164,34 @@ bool HoldsUserPresets(const Dir& folder) {
     return name.ends_with(kPresetFileExtension) && name != kConfigFileName;
   };
   return folder.BeginFiles(isPreset) != folder.EndFiles();
+}
+
+// What a crash left of a temporary configuration preset. With user presets under it, it stays as an
+// ordinary one: they are somebody's work. False when there is no such thing here.
+bool ClearAbandonedTemporary(const Dir& folder) {
+  const File mark(folder, kTemporaryMarkName);
+  if (!mark.Exists()) return false;
+  const File file(folder, kConfigFileName);
+  Preset<ConfigPresetData> preset;
+  long process = 0;
+  const bool isWhole = file.Exists() && ReadPresetFile(file, preset);
+  if (isWhole && IsMarkedTemporary(folder, preset.Guid, process)) {
+    if (IsOtherProcess(process)) return false;
+    if (!HoldsUserPresets(folder)) DeletePresetFile(file);
+  }
+  return DeletePresetFile(mark);
+}
+
+// False when no renaming was cut short here.
+bool FinishRenaming(const Dir& folder) {
+  const File renamed(folder, kRenamedName);
+  if (!renamed.Exists()) return false;
+  Preset<ConfigPresetData> preset;
+  std::u16string title;
+  const bool isMoved = ReadPresetFile(renamed, preset) && MakePresetFileTitle(preset.Name, title) &&
+                       title == folder.Parent().GetName();
+  return isMoved ? MovePresetFile(renamed, File(folder, kConfigFileName))
+                 : DeletePresetFile(renamed);
 }
 
 // The order of `Reload`.
@@ -170,7 +208,7 @@ PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
   for (const auto& preset : ReadFactoryUserPresets(module_)) factoryNames_.insert(preset.Name);
   if (!usesFolder_) return;
   SeedFactoryFolder();
-  ClearAbandonedTemporaries();
+  ClearRemainsOfCrashes();
   Reload();
 }
 
@@ -180,7 +218,7 @@ void PresetsCache::SeedFactoryFolder() const {
   const Dir target(root_, kFactoryFolderName);
   if (target.Exists()) return;
   const Dir base = root_.Parent();
-  const Dir seed(base, u".Orvel-" + UTF8to16(Guid::CreateUnique().AsUTF8String()));
+  const Dir seed(base, MakeTempName());
   const auto fill = [this, &seed] {
     const auto userPresets = ReadFactoryUserPresets(module_);
     for (const auto& config : ReadFactoryConfigs(module_)) {
@@ -205,24 +243,22 @@ void PresetsCache::SeedFactoryFolder() const {
   fs::remove_all(ToNative(seed.FullPath()), error);
 }
 
-// What a crash left of a temporary configuration preset. With user presets under it, it stays as an
-// ordinary one: they are somebody's work.
-void PresetsCache::ClearAbandonedTemporaries() const {
+void PresetsCache::ClearRemainsOfCrashes() const {
+  ForEachSubfolder(root_.Parent(), [](const Dir& folder) {
+    std::error_code error;
+    if (!IsAbandonedTempName(folder.GetName()) || IsLink(folder)) return;
+    fs::remove_all(ToNative(folder.FullPath()), error);
+  });
   ForEachSubfolder(root_, [](const Dir& nameFolder) {
     if (IsLink(nameFolder)) return;
     ForEachSubfolder(nameFolder, [](const Dir& folder) {
-      const File mark(folder, kTemporaryMarkName);
-      if (IsLink(folder) || !mark.Exists()) return;
-      const File file(folder, kConfigFileName);
-      Preset<ConfigPresetData> preset;
-      pid_t process = 0;
-      const bool isWhole = file.Exists() && ReadPresetFile(file, preset);
-      if (isWhole && IsMarkedTemporary(folder, preset.Guid, process)) {
-        if (IsAnotherRunningProcess(process)) return;
-        if (!HoldsUserPresets(folder)) DeletePresetFile(file);
+      if (IsLink(folder)) return;
+      bool isAny = FinishRenaming(folder);
+      isAny |= ClearAbandonedTemporary(folder);
+      for (auto at = folder.BeginFiles(IsAbandonedTempName); at != folder.EndFiles(); ++at) {
+        isAny |= DeletePresetFile(*at);
       }
-      DeletePresetFile(mark);
-      DeleteModeFolder(folder);
+      if (isAny) DeleteModeFolder(folder);
     });
   });
 }
@@ -233,7 +269,7 @@ void PresetsCache::Reload() {
   entries_.clear();
   if (usesFolder_ && root_.Exists()) LoadFolders();
   std::erase_if(temporaries_, [this](const Guid& guid) {
-    pid_t process = 0;
+    long process = 0;
     const ConfigEntry* entry = Find(guid);
     return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid, process);
   });
@@ -352,25 +388,24 @@ bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
   return true;
 }
 
-// The folder takes the new name in one step. When that is all that comes to pass, the file's name
-// is mended at the next reload.
+// The new record waits beside the old one while the folder takes the new name, which is the step
+// that counts: what a crash cuts short before it is undone at the next start, and completed after
+// it.
 bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset) {
   std::u16string title;
   if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
   if (IsNameTaken(preset.Name, preset.PresetData.ModeID)) return false;
   const Dir from = entry.file.Parent();
   const Dir to(Dir(root_, title), from.GetName());
-  if (File(to, kConfigFileName).Exists() || !CreateFolder(to.Parent())) return false;
-  const auto move = [](const Dir& source, const Dir& target) {
-    std::error_code error;
-    fs::rename(ToNative(source.FullPath()), ToNative(target.FullPath()), error);
-    if (error) TracePresets("Error renaming preset folder: " + error.message());
-    return !error;
-  };
-  const bool isMoved = move(from, to);
   const File file(to, kConfigFileName);
-  if (!isMoved || !WritePresetFile(file, preset)) {
-    if (isMoved) move(to, from);
+  if (file.Exists() || !WritePresetFile(File(from, kRenamedName), preset)) return false;
+  bool isRenamed = false;
+  if (CreateFolder(to.Parent()) && MoveFolder(from, to)) {
+    isRenamed = MovePresetFile(File(to, kRenamedName), file);
+    if (!isRenamed) MoveFolder(to, from);
+  }
+  if (!isRenamed) {
+    DeletePresetFile(File(from, kRenamedName));
     DeleteIfEmpty(to.Parent());
     return false;
   }
@@ -457,17 +492,22 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
     TracePresets("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
     return false;
   }
-  const bool isLink = IsLink(folder);
-  if (isLink ? !DeleteFolder(folder) : !DeletePresetFile(file)) return false;
-  const auto group = entry->group;
-  entries_.erase(entry);
   bool isClean = true;
-  if (!isLink) {
+  if (IsLink(folder)) {
+    if (!DeleteFolder(folder)) return false;
+  } else {
+    // The configuration's file goes last: what is cut short leaves a template with fewer presets,
+    // not presets that nobody lists.
+    const auto group = entry->group;
     std::vector<Preset<UserPresetData>> presets;
     group->GetPresets().AppendTo(presets);
-    for (const auto& preset : presets) isClean &= group->presets_.Remove(preset.Guid);
-    isClean &= DeletePresetFile(File(folder, kTemporaryMarkName));
+    for (const auto& preset : presets) {
+      if (!group->presets_.Remove(preset.Guid)) return false;
+    }
+    if (!DeletePresetFile(file)) return false;
+    isClean = DeletePresetFile(File(folder, kTemporaryMarkName));
   }
+  entries_.erase(entry);
   DeleteModeFolder(folder);
   configPresetChanged_(guid, successor);
   return isClean;

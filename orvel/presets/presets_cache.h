@@ -146,7 +146,7 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   using Entries = std::vector<ConfigEntry>;
 
   void SeedFactoryFolder() const;
-  void ClearAbandonedTemporaries() const;
+  void ClearRemainsOfCrashes() const;
   void LoadFolders();
   void LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory, Entries& entries);
   const ConfigEntry* Find(const Guid& guid) const;

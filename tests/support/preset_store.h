@@ -75,7 +75,7 @@ class PresetStore : public ::testing::Test {
     namespace fs = std::filesystem;
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::recursive_directory_iterator(Root())) {
-      const std::string name = fs::relative(entry.path(), Root()).string();
+      const std::string name = entry.path().lexically_relative(Root()).string();
       if (entry.is_symlink()) {
         files[name] = "-> " + fs::read_symlink(entry.path()).string();
       } else if (entry.is_regular_file()) {
