@@ -100,8 +100,8 @@ class JSONStreamSource {
 /// exact, with a value that stands alone.
 std::string WrapJSONText(std::string_view text);
 
-/// Calls `read` with a parser: for a text of usual length with one that is kept by the thread, since
-/// its buffers cost more than the reading. `read` must not read another text meanwhile.
+/// Calls `read` with a parser: for a text of usual length with one that is kept by the thread,
+/// since its buffers cost more than the reading. `read` must not read another text meanwhile.
 template <typename Read>
 bool WithParser(std::size_t length, Read read) {
   constexpr std::size_t kUsualLength = 65536;
