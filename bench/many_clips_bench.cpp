@@ -228,7 +228,7 @@ void MakeReady(benchmark::State& state) {
       });
   orvel::MixTypeClipModels clips;
   for (int i = 0; i < state.range(0); ++i) {
-    const boost::intrusive_ptr<orvelhost::Clip> clip(new orvelhost::Clip("clip", 2));
+    const boost::intrusive_ptr<orvelhost::Clip> clip(new orvelhost::Clip("clip", {48000, 2}));
     clip->SetAdjustmentsMode("dialog");
     clips.push_back(clip);
   }
