@@ -214,18 +214,7 @@ void ChangeUndoRedo(benchmark::State& state) {
 
 #if ORVEL_BENCH_HAS_HOST
 void MakeReady(benchmark::State& state) {
-  orvel::factory::SetGenericFactoryFunction(
-      [](const std::string& mode, const orvel::SectionDefinition& definition, const auto&,
-         const orvel::MixTypeClipModels& clips, bool,
-         boost::intrusive_ptr<orvel::SectionModelInterface>& model) {
-        const boost::intrusive_ptr<orvel::SectionMultiModel> multi(
-            new orvel::SectionMultiModel(mode));
-        for (const auto& clip : clips) {
-          multi->AddModel(new orvelhost::ClipSectionModel(
-              mode, definition, dynamic_cast<orvelhost::Clip*>(clip.get())));
-        }
-        model = multi;
-      });
+  orvelhost::InstallSectionModels();
   orvel::MixTypeClipModels clips;
   for (int i = 0; i < state.range(0); ++i) {
     const boost::intrusive_ptr<orvelhost::Clip> clip(new orvelhost::Clip("clip", {48000, 2}));
@@ -238,7 +227,7 @@ void MakeReady(benchmark::State& state) {
     teskcore::threads::GetDefaultEventLoop()->Drain();
     benchmark::DoNotOptimize(model->IsReady());
   }
-  orvel::factory::SetGenericFactoryFunction({});
+  orvelhost::UninstallSectionModels();
 }
 #endif
 
