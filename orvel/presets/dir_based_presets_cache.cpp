@@ -61,7 +61,7 @@ void DirBasedPresetsCache<T>::LoadFile(const Title& title, const File& file) {
     changed = true;
   }
   // A repair that cannot be written holds in memory all the same.
-  if (changed) WritePresetFile(file, preset);
+  if (changed) RepairPresetFile(file, preset);
   Insert(title, std::move(preset));
 }
 

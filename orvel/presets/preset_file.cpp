@@ -8,6 +8,7 @@
 #include "orvel/core/file_utils.h"
 #include "orvel/core/native_path.h"
 #include "orvel/core/safe_save.h"
+#include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/core/trace.h"
 #include "orvel/presets/preset_json.h"
@@ -57,6 +58,17 @@ bool Write(const File& file, const Preset<T>& preset) {
   return false;
 }
 
+template <typename T>
+bool Repair(const File& file, const Preset<T>& preset) {
+  std::error_code error;
+  if (!fs::is_symlink(ToNative(file.FullPath()), error)) return Write(file, preset);
+  const File own(file.Parent(), teskcore::filesupport::MakeTempName());
+  if (!Write(own, preset)) return false;
+  if (MovePresetFile(own, file)) return true;
+  DeletePresetFile(own);
+  return false;
+}
+
 }  // namespace
 
 void TracePresets(const std::string& text) {
@@ -77,6 +89,14 @@ bool WritePresetFile(const File& file, const Preset<UserPresetData>& preset) {
 
 bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
   return Write(file, preset);
+}
+
+bool RepairPresetFile(const File& file, const Preset<UserPresetData>& preset) {
+  return Repair(file, preset);
+}
+
+bool RepairPresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
+  return Repair(file, preset);
 }
 
 bool MovePresetFile(const File& from, const File& to) {

@@ -326,7 +326,7 @@ void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entri
     preset.Name = name;
     changed = true;
   }
-  if (changed && !WritePresetFile(file, preset)) return;
+  if (changed && !RepairPresetFile(file, preset)) return;
   entries.push_back({preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
 }
 
@@ -492,8 +492,9 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
     TracePresets("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
     return false;
   }
+  const bool isLink = IsLink(folder);
   bool isClean = true;
-  if (IsLink(folder)) {
+  if (isLink) {
     if (!DeleteFolder(folder)) return false;
   } else {
     // The configuration's file goes last: what is cut short leaves a template with fewer presets,
@@ -509,6 +510,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
   }
   entries_.erase(entry);
   DeleteModeFolder(folder);
+  if (isLink) Reload();  // what it led to may stand here under another name, too
   configPresetChanged_(guid, successor);
   return isClean;
 }

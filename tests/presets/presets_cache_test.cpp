@@ -244,6 +244,8 @@ TEST_F(PresetsCacheTest, DeletingNeverFollowsALinkOutOfTheFolder) {
   fs::create_directory_symlink(outside / "Behind", Root() / "Behind");
   fs::rename(Root() / "Mode" / "dialog", outside / "dialog");
   fs::create_directory_symlink(outside / "dialog", Root() / "Mode" / "dialog");
+  fs::create_directories(Root() / "Other");
+  fs::create_directory_symlink(outside / "dialog", Root() / "Other" / "dialog");
   const auto cache = Open();
   const auto configs = ConfigsOf(*cache);
   ASSERT_EQ(configs[0].Name, "Behind");
@@ -252,6 +254,7 @@ TEST_F(PresetsCacheTest, DeletingNeverFollowsALinkOutOfTheFolder) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(Root() / "Mode")));
   EXPECT_TRUE(fs::exists(outside / "Behind" / "dialog" / "(Config).orvel"));
   EXPECT_TRUE(fs::exists(outside / "dialog" / "(Config).orvel"));
+  EXPECT_EQ(Describe(*Open()), Describe(*cache)) << "another link leads there";
 }
 
 TEST_F(PresetsCacheTest, ConfigurationPresetsAreCreatedRenamedAndRemoved) {
@@ -437,6 +440,24 @@ TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
   const auto before = Snapshot();
   EXPECT_EQ(Describe(*Open()), Describe(*cache));
   EXPECT_EQ(Snapshot(), before);
+}
+
+TEST_F(PresetsCacheTest, ARepairReachesNoFileBehindALink) {
+  const auto first = Open();
+  ASSERT_TRUE(first->SavePreset(MakeUserPreset("Voice", AddConfig(*first))));
+  AddConfig(*first, "Other");
+  fs::remove(Root() / "Other/dialog/(Config).orvel");
+  for (const std::string name : {"(Config).orvel", "Voice.orvel"}) {
+    fs::create_symlink(Root() / "Mine/dialog" / name, Root() / "Other/dialog" / name);
+  }
+  const auto read = [this] {
+    return Read(Root() / "Mine/dialog/(Config).orvel") + Read(Root() / "Mine/dialog/Voice.orvel");
+  };
+  const std::string before = read();
+  const auto cache = Open();
+  EXPECT_THAT(ConfigsOf(*cache), SizeIs(6));
+  EXPECT_EQ(read(), before);
+  ExpectDiskHolds(*cache);
 }
 
 TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {

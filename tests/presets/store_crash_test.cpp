@@ -139,14 +139,7 @@ Step Choose(Random& random, const Model& model) {
   mine.push_back(kDialogTemplate);
   Step step{.kind = Kind::kSaveUser, .config = one(mine), .value = value};
   std::vector<Guid> users;
-  // Two may bear one name since a crash, and which of them a third replaces is their files' matter.
-  const auto isBorneByTwo = [&] {
-    return std::count_if(model.begin(), model.end(), [&step](const auto& entry) {
-             return entry.second.config == step.config && entry.second.name == kNames[step.name];
-           }) > 1;
-  };
-  do step.name = random() % kNames.size();
-  while (isBorneByTwo());
+  step.name = random() % kNames.size();
   for (const auto& [guid, known] : model) {
     if (known.config == step.config) users.push_back(guid);
   }
@@ -196,6 +189,16 @@ class StoreCrashTest : public PresetStore {
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status)) << "the process gave up by itself";
+  }
+
+  // As a person does whose save was cut short. Two presets may bear the name until then.
+  static void Repeat(const Step& save, PresetsCache& cache) {
+    for (const auto& preset : UsersOf(cache, save.config)) {
+      if (preset.Name == kNames[save.name] && preset.Guid != save.guid) {
+        EXPECT_TRUE(cache.RemovePreset(preset.Guid));
+      }
+    }
+    EXPECT_TRUE(cache.SavePreset(UserOf(save)));
   }
 
   void ExpectNothingIsBroken(PresetsCache& cache) {
@@ -260,6 +263,7 @@ TEST_F(StoreCrashTest, AKilledProcessLosesNothingThatItHadReportedSaved) {
     cache = open();
     ExpectKept(model, begun, ModelOf(*cache));
     ExpectNothingIsBroken(*cache);
+    if (!begun.empty() && begun[0].kind == Kind::kSaveUser) Repeat(begun[0], *cache);
     interrupted += begun.size();
   }
   EXPECT_GT(interrupted, kKills / 4) << "the kills come between the steps";
