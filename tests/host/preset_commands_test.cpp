@@ -100,6 +100,7 @@ TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
       {"import", 2, "give a file"},
       {"import missing.json", 1, "'missing.json'"},
       {"import own", 1, "folder"},
+      {"import /dev/zero", 1, "too long"},
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.arguments);
@@ -116,6 +117,9 @@ TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
                                       HasSubstr("(music, 83579953-5c56-4107-a31a-b5920f46d141)")));
   EXPECT_EQ(Presets("export 83579953-5c56-4107-a31a-b5920f46d141").exitCode, 0);
   EXPECT_EQ(Run("--prefs /dev/null/x presets").exitCode, 1);
+  EXPECT_THAT(Run("presets --prefs=").errors, HasSubstr("--prefs needs a value"));
+  EXPECT_THAT(Run("presets --prefs \"$(printf '\\377')\"").errors, HasSubstr("UTF-8"));
+  EXPECT_THAT(Run("presets --log missing/log").errors, HasSubstr("'missing/log'"));
 }
 
 std::string Document(const std::string& name, const std::string& guidStart, const std::string& mode,
@@ -160,6 +164,10 @@ TEST_F(PresetCommandsTest, AnImportSavesAFileAsAWholeAndNeverReplacesUnasked) {
   EXPECT_EQ(Presets("import in.json --force --quiet").output, "");
   EXPECT_EQ(Files().size(), files.size() + 1) << "the other preset of that name went";
   EXPECT_EQ(Presets("remove cea8de33-1adc-44a9-a6eb-5490f965859b").exitCode, 0);
+
+  std::string shipped = Presets("export 'Podcast Voice'").output;
+  WriteBytes(folder_ / "in.json", shipped.replace(shipped.find("\t1,"), 3, "\t0,"));
+  EXPECT_THAT(Presets("import in.json --force").errors, HasSubstr("with other values"));
 }
 
 TEST_F(PresetCommandsTest, AFileThatCannotBeReadIsToldAndHidesNoOther) {
@@ -207,8 +215,10 @@ TEST_F(PresetCommandsTest, TextsAreTranslatedAndActivityIsLoggedOnlyWhenAsked) {
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);
   EXPECT_THAT(log, AllOf(HasSubstr(R"("kind":"trace")"), HasSubstr("broken.orvel")));
 
-  WriteBytes(folder_ / "own/translations.json", "[]");
-  EXPECT_THAT(Run("--prefs own modes").errors, HasSubstr("translations.json"));
+  for (const char* broken : {"[]", R"({"orvel/ClipTypeNameDialogue": 1})", "{"}) {
+    WriteBytes(folder_ / "own/translations.json", broken);
+    EXPECT_THAT(Run("--prefs own modes").errors, HasSubstr("translations.json"));
+  }
   EXPECT_EQ(Run("--prefs").exitCode, 2);
 }
 

@@ -169,6 +169,20 @@ TEST_F(SessionCommandTest, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
               HasSubstr("'more/c.wav/x'"));
 }
 
+TEST_F(SessionCommandTest, ATerminalCompletesAndUnsavedWorkIsNotLostUnasked) {
+  const Outcome outcome =
+      Run("--version >/dev/null && TERM=xterm script -qec '" ORVEL_CLI
+          " --prefs own session' /dev/null",
+          "add c.wav\nmo\tdial\t\nset volume.Vol\t 1\nquit\nshow volume\nquit\nquit\n");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.output, HasSubstr("\nmode dialog\r"));
+  EXPECT_THAT(outcome.output, HasSubstr("\nvolume.Volume=1\r"));
+  const auto first = outcome.output.find("error: the session is not saved");
+  ASSERT_NE(first, std::string::npos);
+  EXPECT_NE(outcome.output.find("error: the session is not saved", first + 1), std::string::npos)
+      << "another command came between";
+}
+
 TEST_F(SessionCommandTest, InJsonEachAnswerIsAnObject) {
   const auto answers = Answers(std::string(kTwoDialogs) +
                                    "select 1\n"
