@@ -34,8 +34,8 @@ bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset);
 /// Moves a file, replacing what stands at `to`, in one step. False, traced, when it cannot.
 bool MovePresetFile(const File& from, const File& to);
 
-/// Writes what a preset must be at its place. A link is replaced by a file of its own: what it leads
-/// to may have its place elsewhere, and be read there, too.
+/// Writes what a preset must be at its place. A link is replaced by a file of its own: what it
+/// leads to may have its place elsewhere, and be read there, too.
 bool RepairPresetFile(const File& file, const Preset<UserPresetData>& preset);
 bool RepairPresetFile(const File& file, const Preset<ConfigPresetData>& preset);
 
