@@ -24,13 +24,14 @@ _orvel() {
     --log | --output | -o) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
   esac
   if [ "$cword" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'render modes sections presets templates session --help --version' -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W 'analyze render modes sections presets templates session --help --version' -- "$cur")
     return
   fi
   if [[ $cur == -* ]]; then
     local options='--help --quiet --prefs --log'
     case "$verb $action" in
-      render*) options+=' --output --set --force' ;;
+      render*) options+=' --output --mode --template --preset --set --force' ;;
+      analyze*) options='--help --json --prefs --log' ;;
       sections*) options+=' --json --template' ;;
       'presets save') options+=' --json --mode --from --set --template --force' ;;
       'presets remove') options+=' --json --mode --template' ;;
@@ -50,7 +51,7 @@ _orvel() {
         done < <(_orvel_presets "${words[0]}")
       fi
       ;;
-    'presets import' | render* | session*) mapfile -t COMPREPLY < <(compgen -f -- "$cur") ;;
+    'presets import' | analyze* | render* | session*) mapfile -t COMPREPLY < <(compgen -f -- "$cur") ;;
     presets*)
       [ "$cword" -eq 2 ] &&
         mapfile -t COMPREPLY < <(compgen -W "$modes save remove export import" -- "$cur")

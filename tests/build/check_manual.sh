@@ -21,7 +21,7 @@ complete_words() {
 expect() {
   local wanted=$1
   shift
-  complete_words "$@" | grep -qxF -- "$wanted" || fault "orvel $*: '$wanted' is not completed"
+  complete_words "$@" | grep -xF -- "$wanted" >/dev/null || fault "orvel $*: '$wanted' is not completed"
 }
 
 # shellcheck source=/dev/null
