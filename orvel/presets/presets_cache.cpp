@@ -279,18 +279,22 @@ void PresetsCache::Reload() {
 }
 
 // The factory's first: of two with one guid, they keep theirs. A folder that links lead to twice is
-// loaded once.
+// loaded once; one of the root's own at its own place, whose name is what counts.
 void PresetsCache::LoadFolders() {
   Entries factory;
   std::set<fs::path> visited;
+  std::error_code rootError;
+  const fs::path root = fs::canonical(ToNative(root_.FullPath()), rootError);
   const auto load = [&](const Dir& nameFolder) {
     const bool isFactory = nameFolder.GetName() == kFactoryFolderName;
     Entries& entries = isFactory ? factory : entries_;
     ForEachSubfolder(nameFolder, [&](const Dir& folder) {
       std::error_code error;
       const fs::path place = fs::canonical(ToNative(folder.FullPath()), error);
-      if (!error && visited.insert(place).second)
-        LoadModeFolder(folder, isFactory, factory, entries);
+      const fs::path own = root / ToNative(nameFolder.GetName()) / ToNative(folder.GetName());
+      const bool isOfRoot = place.native().starts_with(root.native() + "/");
+      if (error || (isOfRoot && place != own) || !visited.insert(place).second) return;
+      LoadModeFolder(folder, isFactory, factory, entries);
     });
   };
   load(Dir(root_, kFactoryFolderName));
@@ -414,6 +418,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
   Insert(preset, file, false);
   MakeOrdinary(guid);
+  if (IsLink(to)) Reload();  // another link may lead there, too, and come first now
   configPresetChanged_(guid, guid);
   return true;
 }

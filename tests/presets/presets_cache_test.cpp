@@ -250,6 +250,10 @@ TEST_F(PresetsCacheTest, DeletingNeverFollowsALinkOutOfTheFolder) {
   const auto configs = ConfigsOf(*cache);
   ASSERT_EQ(configs[0].Name, "Behind");
   EXPECT_FALSE(cache->RemoveConfigPreset(configs[0].Guid));
+  auto renamed = configs[1];
+  renamed.Name = "Renamed";
+  EXPECT_TRUE(cache->SavePreset(renamed));
+  EXPECT_EQ(Describe(*Open()), Describe(*cache)) << "another link comes first now";
   EXPECT_TRUE(cache->RemoveConfigPreset(configs[1].Guid));
   EXPECT_FALSE(fs::exists(fs::symlink_status(Root() / "Mode")));
   EXPECT_TRUE(fs::exists(outside / "Behind" / "dialog" / "(Config).orvel"));
@@ -431,6 +435,7 @@ TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
   EXPECT_TRUE(cache->GetFactoryConfigPreset("dialog", factory));
   EXPECT_EQ(factory.Guid, kDialogTemplate) << "its copy gets the new guid";
   EXPECT_THAT(ConfigsOf(*cache), SizeIs(9));
+  EXPECT_EQ(ConfigsOf(*cache)[4].Name, "Mine") << "and not that of a link to it";
   ExpectDiskHolds(*cache);
   factory.Name = "Mine now";
   EXPECT_FALSE(cache->SavePreset(factory)) << "the factory's keep their name";
