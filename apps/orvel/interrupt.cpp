@@ -14,11 +14,13 @@ void Interrupt(int /*signal*/) { interrupted = 1; }
 void NoteInterrupts() {
   std::signal(SIGINT, &Interrupt);
   std::signal(SIGTERM, &Interrupt);
+  std::signal(SIGHUP, &Interrupt);
 }
 
 InterruptScope::~InterruptScope() {
   std::signal(SIGINT, SIG_DFL);
   std::signal(SIGTERM, SIG_DFL);
+  std::signal(SIGHUP, SIG_DFL);
 }
 
 bool WasInterrupted() { return interrupted != 0; }

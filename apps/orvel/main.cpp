@@ -75,7 +75,11 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     std::vector<char*> arguments = orvelcli::TakeGlobalOptions(argc, argv);
-    return Run(static_cast<int>(arguments.size()) - 1, arguments.data());
+    const int exitCode = Run(static_cast<int>(arguments.size()) - 1, arguments.data());
+    std::cout.flush();
+    if (std::cout || exitCode != orvelcli::kExit_Success) return exitCode;
+    std::cerr << "orvel: what was to be printed could not be written\n";
+    return orvelcli::kExit_Failed;
   } catch (const orvelcli::UsageError& error) {
     std::cerr << "orvel: " << error.what() << "; see orvel --help\n";
     return orvelcli::kExit_Usage;

@@ -65,7 +65,7 @@ class FilterGraph::Graph {
     last = AppendFilter(
         last,
         {"aformat", {{"sample_fmts", "fltp"}, {"sample_rates", std::to_string(input.sampleRate)}}});
-    sink_ = AppendFilter(last, {"abuffersink", {}}).filter;
+    sink_ = AppendFilter(last, {"abuffersink", {{"all_channel_counts", "1"}}}).filter;
     Check(avfilter_graph_config(graph_.get(), nullptr), "the whole chain");
 
     AVChannelLayout layout{};

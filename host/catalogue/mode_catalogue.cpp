@@ -17,6 +17,7 @@ std::vector<std::string> GetSectionNames(const std::string& modeID) {
   std::vector<orvel::SectionDescriptor> sections;
   orvel::ModeDescriptorCache::Get()->GetSectionDescriptors(modeID, sections);
   std::vector<std::string> names;
+  names.reserve(sections.size());
   for (const auto& section : sections) names.push_back(ShortSectionName(section.modelID));
   return names;
 }

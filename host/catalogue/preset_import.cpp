@@ -42,7 +42,7 @@ bool AreAlike(const UserPreset& left, const UserPreset& right) {
 }
 
 /// Decides about one preset without saving it; `earlier` are those before it in the text.
-ImportedPreset Judge(UserPreset preset, const PresetStore& store, bool replace,
+ImportedPreset Judge(const UserPreset& preset, const PresetStore& store, bool replace,
                      const std::vector<ImportedPreset>& earlier) {
   ImportedPreset judged{preset, ImportOutcome::kRefused, ""};
   const auto& data = judged.preset.PresetData;
@@ -85,8 +85,8 @@ ImportedPreset Judge(UserPreset preset, const PresetStore& store, bool replace,
 std::vector<ImportedPreset> ImportPresets(const std::string& text, const PresetStore& store,
                                           bool replace) {
   std::vector<ImportedPreset> judged;
-  for (auto& preset : ReadAll(text)) {
-    judged.push_back(Judge(std::move(preset), store, replace, judged));
+  for (const auto& preset : ReadAll(text)) {
+    judged.push_back(Judge(preset, store, replace, judged));
   }
   std::vector<std::function<void()>> undo;
   try {

@@ -97,7 +97,8 @@ std::vector<ConfigPreset> PresetStore::GetTemplates(const std::string& modeID) c
       return preset.PresetData.ModeID == mode.modeID;
     });
     SortByName(ofMode);
-    std::ranges::stable_partition(ofMode, [this](const auto& preset) { return IsFactory(preset); });
+    std::stable_partition(ofMode.begin(), ofMode.end(),
+                          [this](const auto& preset) { return IsFactory(preset); });
     std::ranges::move(ofMode, std::back_inserter(sorted));
   }
   return sorted;

@@ -17,7 +17,7 @@ std::vector<FilterSpec> NoiseReduction(EffectValues values, const EffectContext&
   const double floor = std::clamp(context.noise->floor + values[kFloorTuning] + values[kThreshold],
                                   kLowestFloor, kHighestFloor);
   // The filter's windows last three steps of an 80th of a second, and it works two steps behind.
-  const std::int64_t delay = 2 * (context.format.sampleRate / 80);
+  const std::int64_t delay = std::int64_t{2} * (context.format.sampleRate / 80);
   return {{"afftdn",
            {{"noise_reduction", Text(values[kReduction])},
             {"noise_floor", Text(floor)},

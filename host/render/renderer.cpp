@@ -96,6 +96,22 @@ std::string LoudnessNote(const LoudnessMatch& match, double target) {
   return match.status == kAnalysis_NotMeasurable ? "the loudness cannot be measured and stays" : "";
 }
 
+/// Why the clip does not get as long as was asked for; empty when it does.
+std::string DurationNote(const Clip& clip) {
+  const std::optional<DurationRequest>& request = clip.Chain().Duration();
+  if (!request) {
+    return "";
+  }
+  const ClipMeasurement& measurement = *clip.Measurement();
+  const DurationRange range = request->remix ? RemixRange(*measurement.remix)
+                                             : StretchRange(measurement.analysis.Duration());
+  if (request->seconds >= range.least && request->seconds <= range.greatest) {
+    return "";
+  }
+  return "the clip can be made " + Rounded(range.least) + " to " + Rounded(range.greatest) +
+         " seconds long, not " + Rounded(request->seconds) + "; it gets as near to that as it can";
+}
+
 /// Another source, with the levels of all that was read from it.
 class MeteredSource : public AudioSource {
  public:
@@ -211,6 +227,7 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
     clip->SetMeasurement(MeasureClip(opener, clip->WantsRemix(), progress));
   }
   const AudioOpener inTime = InTime(*clip, Quoted(request.input), opener, steps.Next());
+  report.notes.push_back(DurationNote(*clip));
   const EffectContext context = ContextOf(*clip);
   if (const Progress progress = steps.Next(); isFitted) {
     const LoudnessMatch match = FitLoudness(clip->Chain(), context, *inTime(), progress);

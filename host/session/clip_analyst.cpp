@@ -90,7 +90,7 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
         });
       });
     } catch (const Cancelled&) {
-    } catch (const AudioError&) {
+    } catch (const std::exception&) {  // of the file, or for want of memory
     }
     return std::nullopt;
   }

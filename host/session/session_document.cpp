@@ -113,13 +113,16 @@ AudioFormat ReadFormat(const JSONValuePtr& clip, const std::string& where) {
 std::map<std::string, std::vector<float>> ReadSections(const JSONValuePtr& properties,
                                                        const std::string& where) {
   std::map<std::string, std::vector<float>> sections;
-  const std::string key = orvel::kBasicAdjustmentsProperty.AsUTF8String();
+  const std::string& key = orvel::kBasicAdjustmentsProperty.AsUTF8String();
   for (const auto& [modelID, list] : GetMember<JSONObject>(properties, key.c_str(), where)) {
     std::vector<float>& values = sections[modelID];
-    for (const auto& value : Get<JSONArray>(list, where + " has no sound " + modelID)) {
+    std::string fault = where;
+    fault.append(" has no sound ").append(modelID);
+    for (const auto& value : Get<JSONArray>(list, fault)) {
       values.push_back(JSONToFloat(*value));
       if (!(values.back() >= 0.0f && values.back() <= 1.0f)) {
-        Damaged(where + " has a value beyond 0 to 1 in " + modelID);
+        fault = where;
+        Damaged(fault.append(" has a value beyond 0 to 1 in ").append(modelID));
       }
     }
   }

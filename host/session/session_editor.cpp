@@ -403,6 +403,7 @@ void SessionEditor::Drag(const std::string& name, const std::vector<double>& val
     throw EditError(name + " can only be read");
   }
   std::vector<float> places;
+  places.reserve(values.size());
   for (const double value : values) places.push_back(parameter.Normalize(value));
   if (places.empty()) throw EditError("give a value");
   const auto action = orvel::CreateSetModelParamAction(parameter.section, parameter.definition.id,

@@ -77,7 +77,7 @@ std::string ParamNames(const orvel::SectionDefinition& definition) {
 }
 
 bool ParseNumber(std::string_view text, double& number) {
-  if (text.starts_with('+')) {
+  if (text.starts_with('+') && !text.starts_with("+-")) {
     text.remove_prefix(1);
   }
   const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -131,8 +131,9 @@ std::size_t FirstBarBeat(const std::vector<BeatSound>& sounds, int beatsPerBar) 
   const std::size_t period = static_cast<std::size_t>(beatsPerBar);
   std::vector<double> scores(period);
   for (std::size_t beat = 0; beat < sounds.size(); ++beat) {
-    const double phaseCount = static_cast<double>((sounds.size() - beat % period - 1) / period + 1);
-    scores[beat % period] += (changes[beat] + basses[beat] + 0.5 * levels[beat]) / phaseCount;
+    const std::size_t phaseCount = (sounds.size() - beat % period - 1) / period + 1;
+    scores[beat % period] +=
+        (changes[beat] + basses[beat] + 0.5 * levels[beat]) / static_cast<double>(phaseCount);
   }
   return static_cast<std::size_t>(std::ranges::max_element(scores) - scores.begin());
 }
@@ -144,8 +145,8 @@ std::vector<std::vector<RemixJoin>> RateJoins(std::span<const BeatSound> sounds,
   constexpr std::size_t kKept = 64;
   const int barCount = static_cast<int>(barLines.size()) - 1;
   const auto bar = [&](int index) {
-    return sounds.subspan(static_cast<std::size_t>(index * beatsPerBar),
-                          static_cast<std::size_t>(beatsPerBar));
+    const auto beats = static_cast<std::size_t>(beatsPerBar);
+    return sounds.subspan(static_cast<std::size_t>(index) * beats, beats);
   };
   const auto length = [&](int index) {
     const std::size_t line = static_cast<std::size_t>(index);

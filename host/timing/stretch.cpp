@@ -15,6 +15,7 @@ using RubberBand::RubberBandStretcher;
 /// Rows of samples as the library takes them.
 std::vector<const float*> RowsOf(const AudioBlock& block) {
   std::vector<const float*> rows;
+  rows.reserve(static_cast<std::size_t>(block.ChannelCount()));
   for (int channel = 0; channel < block.ChannelCount(); ++channel) {
     rows.push_back(block.Channel(channel).data());
   }
@@ -67,6 +68,7 @@ class StretchedSource : public AudioSource {
     AudioBlock made(format_, count);
     if (available > 0) {
       std::vector<float*> rows;
+      rows.reserve(static_cast<std::size_t>(format_.channelCount));
       for (int channel = 0; channel < format_.channelCount; ++channel) {
         rows.push_back(made.Channel(channel).data());
       }

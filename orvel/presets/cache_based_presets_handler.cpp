@@ -104,6 +104,7 @@ auto CacheBasedPresetsHandler<T, Cache>::GetPresetList() const -> std::vector<Pr
     return teskcore::utility::CompareForDisplay(left.shownName, right.shownName) < 0;
   });
   std::vector<PresetEntry> list;
+  list.reserve(rows.size());
   for (auto& row : rows) list.push_back(std::move(row.entry));
   return list;
 }
@@ -238,8 +239,8 @@ boost::signals2::connection CacheBasedPresetsHandler<T, Cache>::RegisterForState
 template <typename T, typename Cache>
 void CacheBasedPresetsHandler<T, Cache>::SetState(const Preset<T>& selected, const T& data) {
   const boost::intrusive_ptr<CacheBasedPresetsHandler> self(this);  // a slot may let go of it
-  const T next = data;
-  const T previous = std::exchange(working_, next);
+  T previous = data;  // a copy first: it may be what is replaced here
+  std::swap(previous, working_);
   selected_ = Preset<T>(selected);
   dataChanged_(previous);
   stateChanged_();

@@ -9,7 +9,7 @@ namespace orvelhost::testing {
 namespace {
 
 TEST(FilterGraph, WithoutFiltersGivesBackEverySample) {
-  for (const int channelCount : {1, 2, 6, 16}) {
+  for (const int channelCount : {1, 2, 6, 9, 16, 64}) {
     SCOPED_TRACE(channelCount);
     const AudioBlock signal = Make(44100, channelCount, 0.1, Noise(2.0));
     const AudioBlock out = RunFilters(signal, {});

@@ -25,6 +25,26 @@ TEST(LevelMeter, MeasuresLoudnessAsTheStandardsTestSignalsDemand) {
   }
 }
 
+TEST(LevelMeter, ChannelsCountByTheSpeakerThatTheyAreFor) {
+  // The channel masks of front left and right with low frequency effects, and with side left.
+  const auto loudness = [](std::uint64_t speakers, double third) {
+    AudioBlock tone({48000, 3, speakers}, 96000);
+    for (int channel = 0; channel < 3; ++channel) {
+      const auto sine = Sine(channel == 2 ? third : 0.1, 1000.0);
+      double time = 0.0;
+      for (float& sample : tone.Channel(channel)) {
+        sample = static_cast<float>(sine(time, 0));
+        time += 1.0 / 48000;
+      }
+    }
+    return Measure(tone).loudness;
+  };
+  const double fronts = loudness(0x1 | 0x2 | 0x8, 0.0);
+  EXPECT_NEAR(loudness(0x1 | 0x2 | 0x8, 0.9), fronts, 0.01) << "effects are no loudness";
+  // 1.41 times the power of a third of three (ITU-R BS.1770-4).
+  EXPECT_NEAR(loudness(0x1 | 0x2 | 0x200, 0.1), fronts + 10.0 * std::log10(3.41 / 2.0), 0.01);
+}
+
 TEST(LevelMeter, TruePeakFindsWhatLiesBetweenSamples) {
   // A quarter of the rate, sampled at 45 degrees beside the crests.
   const AudioBlock tone = Make(

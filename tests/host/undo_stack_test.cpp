@@ -17,20 +17,20 @@ class AddAction : public orvel::Action {
  public:
   AddAction(int& number, int amount, const std::u16string& name, bool undoable = true,
             bool changesDocument = true)
-      : Action(undoable, changesDocument, name), amount_(amount), number_(number) {}
+      : Action(undoable, changesDocument, name), step(amount), number_(number) {}
 
-  bool DoStillViable() const override { return isViable_; }
+  bool DoStillViable() const override { return isViable; }
 
-  int amount_;
-  bool isViable_ = true;
+  int step;
+  bool isViable = true;
 
  private:
   // Like a control, it goes from where it was at first.
   void RedoSelf() override {
     if (!began_) start_ = number_;
     began_ = true;
-    if (amount_ == 0) throw std::runtime_error("no amount");
-    number_ = start_ + amount_;
+    if (step == 0) throw std::runtime_error("no amount");
+    number_ = start_ + step;
   }
   void UndoSelf() override { number_ = start_; }
 
@@ -83,7 +83,7 @@ TEST_F(UndoStackTest, ADragIsOneStep) {
   Add(1);
   const auto drag = Add(2);
   for (const int amount : {3, 4, 5}) {
-    drag->amount_ = amount;
+    drag->step = amount;
     EXPECT_TRUE(stack_->Execute(drag));
   }
   EXPECT_EQ(number_, 6);
@@ -134,11 +134,11 @@ TEST_F(UndoStackTest, StepsThatCanNoLongerBeAppliedAreDropped) {
   const auto dead = Add(2);
   Add(3);
   stack_->Undo();
-  dead->isViable_ = false;
+  dead->isViable = false;
   EXPECT_TRUE(stack_->Undo());
   EXPECT_EQ(number_, 0);
   EXPECT_THAT(stack_->GetStepNames(), ElementsAre("Add", "Add"));
-  dead->isViable_ = true;
+  dead->isViable = true;
   EXPECT_TRUE(stack_->Redo());
   EXPECT_EQ(number_, 1);
 }
@@ -167,7 +167,7 @@ TEST_F(UndoStackTest, TheDocumentComesCleanAgainOnTheWayBackToWhatWasSaved) {
   stack_->MarkSaved();
   const auto dragged = Add(6);
   stack_->MarkSaved();
-  dragged->amount_ = 7;
+  dragged->step = 7;
   stack_->Execute(dragged);
   stack_->Undo();
   stack_->Redo();
