@@ -70,19 +70,38 @@ class Steps {
   std::size_t next_ = 0;
 };
 
-/// Measures the sound behind the shaping effects and sets the gain that it needs.
-LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context, AudioSource& source,
-                          const Progress& progress) {
+/// Measures the sound behind the shaping effects, made louder by `gain` (dB).
+Levels MeasureShaped(const EffectChain& chain, const EffectContext& context, AudioSource& source,
+                     double gain, const Progress& progress) {
   FilteredSource shaped(source, ShapingFilters(chain, context));
   ProgressingReader reader(shaped, progress);
   LevelMeter meter(shaped.Format());
+  const auto factor = static_cast<float>(std::pow(10.0, gain / 20.0));
   AudioBlock block;
   while (reader.Read(block)) {
+    for (int channel = 0; gain != 0.0 && channel < block.ChannelCount(); ++channel) {
+      for (float& sample : block.Channel(channel)) sample *= factor;
+    }
     meter.Add(block);
   }
-  const Levels levels = meter.Measure();
+  return meter.Measure();
+}
+
+/// Measures the sound behind the shaping effects and sets the gain that it needs. Quiet sound is
+/// measured once more as loud as it will be: what lies below the meter's gate of -70 LUFS before
+/// the gain may count behind it.
+LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context,
+                          const AudioOpener& opener, const Progress& progress) {
+  constexpr double kQuiet = -50.0;  // LUFS
   const LoudnessTarget target = *chain.Loudness();
-  const LoudnessMatch match = MatchLoudness(levels.loudness, levels.truePeak, target);
+  const Levels levels = MeasureShaped(chain, context, *opener(), 0.0, progress);
+  LoudnessMatch match = MatchLoudness(levels.loudness, levels.truePeak, target);
+  if (levels.loudness < kQuiet && std::isfinite(levels.truePeak)) {
+    const bool isGated = match.status == kAnalysis_NotMeasurable;
+    const double gain = isGated ? target.ceiling - levels.truePeak : match.gain;
+    const Levels louder = MeasureShaped(chain, context, *opener(), gain, progress);
+    match = MatchLoudness(louder.loudness - gain, levels.truePeak, target);
+  }
   chain.SetLoudness(target, match.gain);
   return match;
 }
@@ -230,7 +249,7 @@ RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
   report.notes.push_back(DurationNote(*clip));
   const EffectContext context = ContextOf(*clip);
   if (const Progress progress = steps.Next(); isFitted) {
-    const LoudnessMatch match = FitLoudness(clip->Chain(), context, *inTime(), progress);
+    const LoudnessMatch match = FitLoudness(clip->Chain(), context, inTime, progress);
     report.notes.push_back(LoudnessNote(match, clip->Chain().Loudness()->target));
   }
   report.notes.push_back(HumNote(clip->Chain(), context));

@@ -109,6 +109,14 @@ TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItC
   const RenderReport reached = RenderWith(settings);
   EXPECT_NEAR(reached.after.loudness, -23.0, 0.1);
   EXPECT_THAT(reached.notes, IsEmpty());
+  // Quiet sound whose quieter half lies under the meter's gate until the gain is on.
+  for (const double amplitude : {0.0004, 0.00005}) {
+    WriteFile(folder_ / "in.wav",
+              Make(48000, 2, 4.0, [noise = Noise(amplitude)](double time, int channel) {
+                return noise(time, channel) * (time < 2.0 ? 1.0 : 0.4);
+              }));
+    EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1"}).after.loudness, -23.0, 0.1);
+  }
   // One peak near full scale leaves no room.
   WriteFile(folder_ / "in.wav",
             Make(48000, 2, 3.0, [noise = Noise(0.02)](double time, int channel) {
