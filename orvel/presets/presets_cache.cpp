@@ -1,32 +1,26 @@
 #include "orvel/presets/presets_cache.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <exception>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <tuple>
 #include <utility>
 
-#include <unistd.h>
-
 #include "orvel/configuration/configuration_manager.h"
-#include "orvel/core/byte_stream.h"
 #include "orvel/core/file_utils.h"
 #include "orvel/core/native_path.h"
 #include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
+#include "orvel/presets/factory_presets.h"
 #include "orvel/presets/preset_file.h"
-#include "orvel/presets/preset_json.h"
+#include "orvel/presets/preset_folder.h"
 #include "orvel/presets/presets_base_dir.h"
+#include "orvel/presets/temporary_mark.h"
 
 namespace orvel {
 namespace fs = std::filesystem;
 using teskcore::filesupport::IsAbandonedTempName;
-using teskcore::filesupport::IsOtherProcess;
-using teskcore::filesupport::MakeTempName;
 using teskcore::filesupport::ToNative;
 
 namespace {
@@ -35,152 +29,10 @@ constexpr char16_t kRootName[] = u"Orvel";
 constexpr char kReservedName[] = "Default";
 constexpr char16_t kFactoryFolderName[] = u"Default";
 
-// Stands in the mode folder of a temporary configuration preset, and tells which one it marks, in
-// which folder, and the number of the process that made it. A copy that a person made of the folder
-// has another name, so the mark in it means nothing.
-constexpr char16_t kTemporaryMarkName[] = u".temporary";
-
 // The configuration preset of a mode folder whose name folder gets another name.
 constexpr char16_t kRenamedName[] = u".renamed";
 
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
-
-template <typename T>
-std::vector<Preset<T>> ReadFactoryDocument(ModuleHandle module, const std::u16string& name) {
-  std::vector<Preset<T>> presets;
-  std::vector<unsigned char> text;
-  if (GetBinaryFromModule(module, name, u"json", text)) {
-    try {
-      ReadPresets(std::string(text.begin(), text.end()), presets);
-    } catch (const std::exception& error) {
-      TracePresets("Skipping the factory's " + UTF16to8(name) + ": " + error.what());
-    }
-  }
-  return presets;
-}
-
-std::vector<Preset<ConfigPresetData>> ReadFactoryConfigs(ModuleHandle module) {
-  return ReadFactoryDocument<ConfigPresetData>(module, u"OrvelConfigPresets");
-}
-
-std::vector<Preset<UserPresetData>> ReadFactoryUserPresets(ModuleHandle module) {
-  return ReadFactoryDocument<UserPresetData>(module, u"OrvelPresets");
-}
-
-// A mode id may come from a document of unknown origin.
-bool IsFolderName(const std::string& modeID) {
-  constexpr std::string_view kUnsafe("/\\\0", 3);
-  constexpr std::size_t kMaxLength = 200;
-  return !modeID.empty() && modeID.size() <= kMaxLength && modeID != "." && modeID != ".." &&
-         modeID.find_first_of(kUnsafe) == std::string::npos && UTF16to8(UTF8to16(modeID)) == modeID;
-}
-
-// Calls `visit` for each sub-folder. One that cannot be listed has none.
-template <typename Visit>
-void ForEachSubfolder(const Dir& folder, Visit visit) {
-  try {
-    for (auto at = folder.BeginSubdirs(); at != folder.EndSubdirs(); ++at) visit(*at);
-  } catch (const dir_exception& error) {
-    TracePresets(std::string("Skipping preset folder: ") + error.what());
-  }
-}
-
-bool IsLink(const Dir& folder) {
-  std::error_code error;
-  return fs::is_symlink(ToNative(folder.FullPath()), error);
-}
-
-bool DeleteFolder(const Dir& folder) {
-  try {
-    folder.Delete();
-    return true;
-  } catch (const dir_exception& error) {
-    TracePresets(std::string("Keeping preset folder: ") + error.what());
-    return false;
-  }
-}
-
-void DeleteIfEmpty(const Dir& folder) {
-  std::error_code error;
-  if (fs::is_empty(ToNative(folder.FullPath()), error) && !error) DeleteFolder(folder);
-}
-
-// Deletes a mode folder and then the folder of its name, as far as they are empty.
-void DeleteModeFolder(const Dir& folder) {
-  DeleteIfEmpty(folder);
-  DeleteIfEmpty(folder.Parent());
-}
-
-bool MoveFolder(const Dir& from, const Dir& to) {
-  std::error_code error;
-  fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
-  if (!error) return true;
-  TracePresets("Error moving preset folder: " + ShownPath(from.FullPath()) + ": " +
-               error.message());
-  return false;
-}
-
-bool CreateFolder(const Dir& folder) {
-  try {
-    folder.Create();
-    return true;
-  } catch (const dir_exception& error) {
-    TracePresets(std::string("Error creating preset folder: ") + error.what());
-    return false;
-  }
-}
-
-std::string MarkText(const Dir& folder, const Guid& guid) {
-  return guid.AsUTF8String() + "\n" + UTF16to8(folder.Parent().GetName()) + "/" +
-         UTF16to8(folder.GetName()) + "\n";
-}
-
-bool WriteTemporaryMark(const Dir& folder, const Guid& guid) {
-  try {
-    FileUtils::SimpleWriteStringToFile(File(folder, kTemporaryMarkName).FullPath(),
-                                       MarkText(folder, guid) + std::to_string(getpid()));
-    return true;
-  } catch (const file_exception& error) {
-    TracePresets(error.what());
-    return false;
-  }
-}
-
-// Whether the folder is that of a temporary preset; `process` gets the number in the mark.
-bool IsMarkedTemporary(const Dir& folder, const Guid& guid, long& process) {
-  try {
-    const std::string text = ReadWholeFile(File(folder, kTemporaryMarkName));
-    const std::string expected = MarkText(folder, guid);
-    if (!text.starts_with(expected)) return false;
-    process = std::strtol(text.c_str() + expected.size(), nullptr, 10);
-    return true;
-  } catch (const std::exception&) {
-    return false;
-  }
-}
-
-bool HoldsUserPresets(const Dir& folder) {
-  const auto isPreset = [](const std::u16string& name) {
-    return name.ends_with(kPresetFileExtension) && name != kConfigFileName;
-  };
-  return folder.BeginFiles(isPreset) != folder.EndFiles();
-}
-
-// What a crash left of a temporary configuration preset. With user presets under it, it stays as an
-// ordinary one: they are somebody's work. False when there is no such thing here.
-bool ClearAbandonedTemporary(const Dir& folder) {
-  const File mark(folder, kTemporaryMarkName);
-  if (!mark.Exists()) return false;
-  const File file(folder, kConfigFileName);
-  Preset<ConfigPresetData> preset;
-  long process = 0;
-  const bool isWhole = file.Exists() && ReadPresetFile(file, preset);
-  if (isWhole && IsMarkedTemporary(folder, preset.Guid, process)) {
-    if (IsOtherProcess(process)) return false;
-    if (!HoldsUserPresets(folder)) DeletePresetFile(file);
-  }
-  return DeletePresetFile(mark);
-}
 
 // False when no renaming was cut short here.
 bool FinishRenaming(const Dir& folder) {
@@ -203,44 +55,13 @@ auto PlaceOf(const File& file) {
 }  // namespace
 
 PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
-    : module_(module), usesFolder_(usesFolder), root_(RootFolder()) {
-  for (const auto& preset : ReadFactoryConfigs(module_)) factoryNames_.insert(preset.Name);
-  for (const auto& preset : ReadFactoryUserPresets(module_)) factoryNames_.insert(preset.Name);
+    : usesFolder_(usesFolder), root_(RootFolder()) {
+  for (const auto& preset : ReadFactoryConfigs(module)) factoryNames_.insert(preset.Name);
+  for (const auto& preset : ReadFactoryUserPresets(module)) factoryNames_.insert(preset.Name);
   if (!usesFolder_) return;
-  SeedFactoryFolder();
+  SeedFactoryFolder(module, Dir(root_, kFactoryFolderName));
   ClearRemainsOfCrashes();
   Reload();
-}
-
-// The folder is filled under another name, beside the root, and gets its own when it is whole: a
-// factory folder that a crash cut short would never be completed.
-void PresetsCache::SeedFactoryFolder() const {
-  const Dir target(root_, kFactoryFolderName);
-  if (target.Exists()) return;
-  const Dir base = root_.Parent();
-  const Dir seed(base, MakeTempName());
-  const auto fill = [this, &seed] {
-    const auto userPresets = ReadFactoryUserPresets(module_);
-    for (const auto& config : ReadFactoryConfigs(module_)) {
-      const Dir folder(seed, UTF8to16(config.PresetData.ModeID));
-      if (!CreateFolder(folder)) return false;
-      if (!WritePresetFile(File(folder, kConfigFileName), config)) return false;
-      for (const auto& preset : userPresets) {
-        std::u16string title;
-        if (preset.PresetData.Config != config.Guid) continue;
-        if (!MakePresetFileTitle(preset.Name, title)) return false;
-        if (!WritePresetFile(File(folder, title + kPresetFileExtension), preset)) return false;
-      }
-    }
-    return true;
-  };
-  std::error_code error;
-  if (CreateFolder(root_) && CreateFolder(seed) && fill()) {
-    fs::rename(ToNative(seed.FullPath()), ToNative(target.FullPath()), error);
-    // Another process may have been faster.
-    if (error && !target.Exists()) TracePresets("No factory presets: " + error.message());
-  }
-  fs::remove_all(ToNative(seed.FullPath()), error);
 }
 
 void PresetsCache::ClearRemainsOfCrashes() const {
@@ -269,9 +90,8 @@ void PresetsCache::Reload() {
   entries_.clear();
   if (usesFolder_ && root_.Exists()) LoadFolders();
   std::erase_if(temporaries_, [this](const Guid& guid) {
-    long process = 0;
     const ConfigEntry* entry = Find(guid);
-    return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid, process);
+    return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid);
   });
   for (const auto& guid : before) {
     if (Find(guid) == nullptr) configPresetChanged_(guid, Guid());
@@ -434,7 +254,7 @@ bool PresetsCache::IsNameTaken(const std::string& name, const std::string& modeI
 
 void PresetsCache::MakeOrdinary(const Guid& guid) {
   if (temporaries_.erase(guid) == 0) return;
-  DeletePresetFile(File(Find(guid)->file.Parent(), kTemporaryMarkName));
+  DeleteTemporaryMark(Find(guid)->file.Parent());
 }
 
 bool PresetsCache::CreateConfigPreset(const Preset<ConfigPresetData>& preset) {
@@ -456,11 +276,10 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   const File file(folder, kConfigFileName);
   if (file.Exists() || !CreateFolder(folder)) return false;
   // The mark comes first, so that no crash makes a document's template look like a person's own.
-  const File mark(folder, kTemporaryMarkName);
   const bool isMarked =
-      isTemporary ? WriteTemporaryMark(folder, preset.Guid) : DeletePresetFile(mark);
+      isTemporary ? WriteTemporaryMark(folder, preset.Guid) : DeleteTemporaryMark(folder);
   if (!isMarked || !WritePresetFile(file, preset)) {
-    DeletePresetFile(mark);
+    DeleteTemporaryMark(folder);
     DeleteModeFolder(folder);
     return false;
   }
@@ -511,7 +330,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
       if (!group->presets_.Remove(preset.Guid)) return false;
     }
     if (!DeletePresetFile(file)) return false;
-    isClean = DeletePresetFile(File(folder, kTemporaryMarkName));
+    isClean = DeleteTemporaryMark(folder);
   }
   entries_.erase(entry);
   DeleteModeFolder(folder);

@@ -145,7 +145,6 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   };
   using Entries = std::vector<ConfigEntry>;
 
-  void SeedFactoryFolder() const;
   void ClearRemainsOfCrashes() const;
   void LoadFolders();
   void LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory, Entries& entries);
@@ -160,7 +159,6 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset);
   bool Remove(Guid guid, Guid successor);  // copies: they may come from what it removes
 
-  ModuleHandle module_;
   bool usesFolder_;
   Dir root_;
   Entries entries_;
