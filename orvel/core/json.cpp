@@ -32,6 +32,7 @@ bool KeepAs(const JSONValue& value, JSONValue& kept) {
 
 // What C++ makes of a literal is often a near relative of a type that JSON has.
 JSONValuePtr Hold(const JSONValue& value) {
+  if (const auto* pointer = boost::any_cast<JSONValuePtr>(&value)) return *pointer;
   if (HoldsOneOf<JSONObject, JSONArray, std::string, double, std::int64_t, std::uint64_t, bool,
                  NullType>(value)) {
     return boost::make_shared<JSONValue>(value);
@@ -65,7 +66,7 @@ void AppendToArray(JSONValue& array, const JSONValuePtr& value) {
 }
 
 JSONValuePtr GetVariantInObject(const JSONValue& object, const std::string& key) {
-  const auto* members = boost::any_cast<JSONObject>(&object);
+  const auto* members = boost::any_cast<JSONObject>(FollowPointers(&object));
   if (members == nullptr) return nullptr;
   const auto found = members->find(key);
   return found == members->end() ? nullptr : found->second;

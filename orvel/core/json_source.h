@@ -18,10 +18,17 @@ namespace teskcore::serialization {
 // own, to be read or skipped; and the scalars. What is of another kind than asked for raises
 // `BadCast` from a tree, and some exception or other from a stream.
 
+/// The value itself where `value` holds a pointer to one, as a pointer handed over for a value
+/// does, since `boost::any` takes anything; null for a null pointer.
+inline const JSONValue* FollowPointers(const JSONValue* value) {
+  while (const auto* pointer = boost::any_cast<JSONValuePtr>(value)) value = pointer->get();
+  return value;
+}
+
 /// Reads a value tree; null stands for a value that is missing in a tree built by hand.
 class JSONTreeSource {
  public:
-  explicit JSONTreeSource(const JSONValue* value) : value_(value) {}
+  explicit JSONTreeSource(const JSONValue* value) : value_(FollowPointers(value)) {}
 
   bool IsObject() const { return value_ != nullptr && value_->type() == typeid(JSONObject); }
 

@@ -35,6 +35,8 @@ void Write(const JSONValue& value, JSONTextSink& sink) {
     sink.Bool(*flag);
   } else if (boost::any_cast<NullType>(&value) != nullptr) {
     sink.Null();
+  } else if (const auto* pointer = boost::any_cast<JSONValuePtr>(&value)) {
+    Write(*pointer, sink);
   } else {
     sink.Fail();
   }

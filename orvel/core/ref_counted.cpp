@@ -2,11 +2,12 @@
 
 namespace teskcore::utility {
 
+RefCountedInterface::~RefCountedInterface() = default;
 RefCountedObject::~RefCountedObject() = default;
 
-void RefCountedObject::AddRef() const { owners_.fetch_add(1, std::memory_order_relaxed); }
+void RefCountedInterface::AddRef() const { owners_.fetch_add(1, std::memory_order_relaxed); }
 
-void RefCountedObject::Release() const {
+void RefCountedInterface::Release() const {
   if (owners_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
 }
 

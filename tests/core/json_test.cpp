@@ -164,6 +164,12 @@ TEST(Json, TreesAreBuiltOnlyOfTheirKind) {
   EXPECT_EQ(GetVariantInObject(object, "other"), nullptr);
   EXPECT_EQ(GetVariantInObject(JSONValue(1.0), "key"), nullptr);
   EXPECT_EQ(JSONToFloat(*GetVariantInObject(object, "key")), 1.0f);
+  // A pointer that is taken for a value, as boost::any takes anything.
+  const JSONValue pointer = boost::make_shared<JSONValue>(object);
+  EXPECT_EQ(JSONToFloat(GetVariantInObject(pointer, "key")), 1.0f);
+  AppendToArray(array = JSONArray(), pointer);
+  EXPECT_EQ(GetJSONUTF8String(array, false), "[{\"key\":1}]");
+  EXPECT_EQ(GetJSONUTF8String(pointer, false), "{\"key\":1}");
 }
 
 }  // namespace
