@@ -21,8 +21,8 @@ class ORVEL_EXPORT RefCountedInterface {
 
  protected:
   RefCountedInterface() = default;
-  RefCountedInterface(const RefCountedInterface&) {}
-  RefCountedInterface& operator=(const RefCountedInterface&) { return *this; }
+  RefCountedInterface(const RefCountedInterface&) = default;
+  RefCountedInterface& operator=(const RefCountedInterface&) = default;
   virtual ~RefCountedInterface();
 
   /// For a constructor or a destructor that hands the object to code which may own it for a while:
@@ -30,7 +30,7 @@ class ORVEL_EXPORT RefCountedInterface {
   class SelfHold {
    public:
     explicit SelfHold(const RefCountedInterface& object) : object_(object) { object_.AddRef(); }
-    ~SelfHold() { object_.owners_.fetch_sub(1, std::memory_order_relaxed); }
+    ~SelfHold() { object_.owners_.count.fetch_sub(1, std::memory_order_relaxed); }
     SelfHold(const SelfHold&) = delete;
     SelfHold& operator=(const SelfHold&) = delete;
 
@@ -39,7 +39,15 @@ class ORVEL_EXPORT RefCountedInterface {
   };
 
  private:
-  mutable std::atomic<std::uint32_t> owners_{0};
+  struct Owners {
+    Owners() = default;
+    Owners(const Owners&) {}
+    Owners& operator=(const Owners&) { return *this; }
+
+    std::atomic<std::uint32_t> count{0};
+  };
+
+  mutable Owners owners_;
 };
 
 /// An object that goes with its last owner.
