@@ -109,7 +109,7 @@ std::vector<FilterSpec> FiltersOf(const Host& host, const std::filesystem::path&
   const boost::intrusive_ptr<Clip> clip(new Clip("recording", {48000, 2, 3}));
   clip->SetMeasurer([&] { clip->SetMeasurement(MeasureClip(OpenerOf(input), false)); });
   const auto models = ApplySettings(std::nullopt, settings, "dialog", host, clip);
-  return ChainFilters(clip->Chain(), ContextOf(*clip));
+  return ChainFilters(clip->Chain(), ContextOf(clip->Format(), clip->Measurement()));
 }
 
 struct Times {

@@ -12,7 +12,8 @@ int RunCommand(const Command& command, int argc, char** argv) {
   try {
     const CommandLine line(command.options, argc, argv);
     if (line.Has("help")) {
-      std::cout << command.usage;
+      const std::string more = command.describe == nullptr ? "" : command.describe(line);
+      std::cout << command.usage << more;
       return kExit_Success;
     }
     return command.run(command, line);

@@ -16,6 +16,8 @@ struct Command {
   std::vector<OptionSyntax> options;
   /// Returns an ExitCode. May raise UsageError, and any other exception for what it failed at.
   int (*run)(const Command& command, const CommandLine& line);
+  /// What --help prints behind the usage. May be null; may raise UsageError.
+  std::string (*describe)(const CommandLine& line) = nullptr;
 };
 
 /// Runs it on its arguments, which begin with its name; tells what went wrong. Returns an ExitCode.

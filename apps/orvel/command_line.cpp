@@ -8,7 +8,7 @@ namespace {
 constexpr OptionSyntax kCommonOptions[] = {
     {"help", 'h', false}, {"json", 'j', false}, {"quiet", 'q', false}};
 
-constexpr int kFirstUnlettered = 256;
+constexpr int kFirstLong = 256;  // beyond all letters
 
 }  // namespace
 
@@ -17,24 +17,28 @@ CommandLine::CommandLine(const std::vector<OptionSyntax>& options, int argc, cha
   known.insert(known.end(), options.begin(), options.end());
   std::string letters = ":";
   std::vector<option> longOptions;
-  std::map<int, const char*> names;
+  std::map<int, const char*> names;  // by letter, and by the code of a long option
   for (const OptionSyntax& syntax : known) {
-    const int code = syntax.letter != 0 ? syntax.letter
-                                        : kFirstUnlettered + static_cast<int>(longOptions.size());
+    const int code = kFirstLong + static_cast<int>(longOptions.size());
     names[code] = syntax.name;
     longOptions.push_back(
         {syntax.name, syntax.takesValue ? required_argument : no_argument, nullptr, code});
-    if (syntax.letter != 0)
+    if (syntax.letter != 0) {
+      names[syntax.letter] = syntax.name;
       letters += std::string(1, syntax.letter) + (syntax.takesValue ? ":" : "");
+    }
   }
   longOptions.push_back({nullptr, 0, nullptr, 0});
   opterr = 0;
   optind = 0;  // begin anew
   for (int code;
        (code = getopt_long(argc, argv, letters.c_str(), longOptions.data(), nullptr)) != -1;) {
-    const std::string given = argv[optind - 1];
+    // A letter may stand in the middle of a word of several.
+    const bool isLetter = optopt != 0 && optopt < kFirstLong;
+    const std::string given =
+        isLetter ? std::string("-") + static_cast<char>(optopt) : std::string(argv[optind - 1]);
     if (code == ':') throw UsageError("the option " + given + " needs a value");
-    if (!names.contains(code)) throw UsageError("unknown or misused option '" + given + "'");
+    if (code == '?') throw UsageError("unknown or misused option '" + given + "'");
     values_[names[code]].emplace_back(optarg != nullptr ? optarg : "");
   }
   words_.assign(argv + optind, argv + argc);

@@ -1,28 +1,32 @@
 #include "apps/orvel/interrupt.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace orvelcli {
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);  // a signal may come at any time
 
-void Interrupt(int /*signal*/) { interrupted = 1; }
+void Interrupt(int /*signal*/) { interrupted = true; }
+
+constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kFailing[] = {SIGXFSZ, SIGPIPE};  // the write that they come of fails, too
 
 }  // namespace
 
 void NoteInterrupts() {
-  std::signal(SIGINT, &Interrupt);
-  std::signal(SIGTERM, &Interrupt);
-  std::signal(SIGHUP, &Interrupt);
+  interrupted = false;
+  for (const int signal : kEnding) std::signal(signal, &Interrupt);
+  for (const int signal : kFailing) std::signal(signal, SIG_IGN);
 }
 
 InterruptScope::~InterruptScope() {
-  std::signal(SIGINT, SIG_DFL);
-  std::signal(SIGTERM, SIG_DFL);
-  std::signal(SIGHUP, SIG_DFL);
+  for (const int signal : kEnding) std::signal(signal, SIG_DFL);
+  for (const int signal : kFailing) std::signal(signal, SIG_DFL);
 }
 
-bool WasInterrupted() { return interrupted != 0; }
+bool WasInterrupted() { return interrupted; }
 
 }  // namespace orvelcli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace orvelcli {
 
 /// A bar on the terminal behind the error stream; shows nothing when that is no terminal.
@@ -7,16 +9,22 @@ class ProgressBar {
  public:
   ProgressBar();
   /// Wipes the bar away.
-  ~ProgressBar();
+  ~ProgressBar() { Wipe(); }
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  /// `done` is 0..1, or -1 when it is not known how much there is.
-  void Show(double done);
+  bool IsVisible() const { return visible_; }
+
+  /// `done` is 0..1, or -1 when it is not known how much there is; `text`, one line, stands behind
+  /// the bar, as far as the terminal is wide.
+  void Show(double done, const std::string& text = "");
+
+  /// Makes way for something else; the next Show brings the bar back.
+  void Wipe();
 
  private:
   bool visible_;
-  int shown_ = -1;
+  std::string shown_;
 };
 
 }  // namespace orvelcli

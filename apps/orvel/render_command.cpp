@@ -1,37 +1,326 @@
 #include "apps/orvel/render_command.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <charconv>
 #include <iostream>
-#include <optional>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <vector>
-
-#include <getopt.h>
 
 #include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
+#include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_store.h"
 #include "host/effects/filter_check.h"
-#include "host/render/renderer.h"
+#include "host/render/render_batch.h"
+#include "host/render/render_list.h"
+#include "host/render/render_record.h"
 #include "host/render/report_text.h"
 #include "host/session/host.h"
 #include "host/session/setting.h"
+#include "host/session/text_file.h"
 
 namespace orvelcli {
 namespace {
 
-constexpr const char* kUsage =
-    "Usage: orvel render IN -o OUT [--mode MODE [--template NAME] [--preset PRESET]]\n"
-    "                    [--set SECTION.PARAMETER=VALUE]...\n"
+using orvelhost::Quoted;
+using orvelhost::RenderOutcome;
+using orvelhost::RenderRequest;
+using teskcore::serialization::AddToObject;
+using teskcore::serialization::AppendToArray;
+using teskcore::serialization::G_NullType;
+using teskcore::serialization::JSONArray;
+using teskcore::serialization::JSONValue;
+
+JSONValue NameAndGuid(const std::string& name, const orvel::Guid& guid) {
+  JSONValue object;
+  AddToObject(object, "name", JSONValue(orvelhost::EnglishName(name)));
+  AddToObject(object, "guid", JSONValue(guid.AsUTF8String()));
+  return object;
+}
+
+/// Takes up the mode, its template, the preset and the settings that are asked for; `asked` tells
+/// them in the report. Raises UsageError when one is wrong.
+orvelhost::Look ChooseLook(const CommandLine& line, const orvelhost::Host& host, JSONValue& asked) {
+  orvelhost::Look look;
+  look.mode = CheckMode(line.Value("mode"));
+  const std::string preset = line.Value("preset");
+  const std::string configuration = line.Value("template");
+  if (look.mode.empty() && (line.Has("preset") || line.Has("template"))) {
+    throw UsageError("a preset or a template needs its mode; give --mode");
+  }
+  AddToObject(asked, "mode", look.mode.empty() ? JSONValue(G_NullType) : JSONValue(look.mode));
+  JSONValue templateUsed = G_NullType;
+  JSONValue presetUsed = G_NullType;
+  try {
+    if (!look.mode.empty()) {
+      const orvelhost::PresetStore store(host);
+      const auto* manager = orvel::ConfigurationManager::Get();
+      if (line.Has("template")) {
+        manager->GetConfigPresetHandler(look.mode)->Select(
+            store.FindTemplate({configuration, look.mode, {}}).Guid);
+      }
+      const orvel::Guid current = manager->GetCurrentConfigGuidForMode(look.mode);
+      for (const auto& one : store.GetTemplates(look.mode)) {
+        if (one.Guid == current) templateUsed = NameAndGuid(one.Name, one.Guid);
+      }
+      if (line.Has("preset")) {
+        look.preset = store.FindPreset({preset, look.mode, current});
+        presetUsed = NameAndGuid(look.preset->Name, look.preset->Guid);
+      }
+    }
+  } catch (const orvelhost::PresetError& error) {
+    throw UsageError(error.what());
+  }
+  std::string error;
+  const auto settings = line.Values("set");
+  if (!orvelhost::ParseSettings(settings, orvelhost::SettableSections(look.mode), look.settings,
+                                error)) {
+    throw UsageError(error);
+  }
+  AddToObject(asked, "template", templateUsed);
+  AddToObject(asked, "preset", presetUsed);
+  JSONValue texts = JSONArray();
+  for (const std::string& setting : settings) AppendToArray(texts, JSONValue(setting));
+  AddToObject(asked, "settings", texts);
+  return look;
+}
+
+int ReadJobCount(const CommandLine& line) {
+  constexpr int kMost = 256;
+  const std::string text = line.Value("jobs");
+  if (!line.Has("jobs")) {
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMost);
+  }
+  int count = 0;
+  const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (status != std::errc() || end != text.data() + text.size() || count < 1 || count > kMost) {
+    throw UsageError("--jobs takes 1 to 256, not '" + text + "'");
+  }
+  return count;
+}
+
+/// Where the report goes; empty when none is asked for. Raises UsageError when it would replace
+/// something.
+std::filesystem::path ReportFile(const CommandLine& line, const orvelhost::RenderList& list) {
+  const std::filesystem::path file = line.Value("report");
+  if (!line.Has("report")) return file;
+  std::error_code error;
+  for (const auto& task : list.tasks) {
+    if (std::filesystem::equivalent(file, task.input, error) || file == task.output) {
+      throw UsageError("the report would replace " + Quoted(file));
+    }
+  }
+  if (!line.Has("force") && std::filesystem::exists(file, error)) {
+    throw UsageError(Quoted(file) + " exists already");
+  }
+  return file;
+}
+
+/// A folder for the outputs that is taken away again when nothing came into it.
+class OutputFolder {
+ public:
+  /// Raises AudioError when it cannot be made. An empty name is no folder.
+  explicit OutputFolder(const std::filesystem::path& folder) : folder_(folder) {
+    std::error_code error;
+    if (!folder.empty()) isNew_ = std::filesystem::create_directories(folder, error);
+    if (error) {
+      throw orvelhost::AudioError("cannot make the folder " + Quoted(folder) + ": " +
+                                  error.message());
+    }
+  }
+  ~OutputFolder() {
+    std::error_code error;  // it is not empty
+    if (isNew_) std::filesystem::remove(folder_, error);
+  }
+  OutputFolder(const OutputFolder&) = delete;
+  OutputFolder& operator=(const OutputFolder&) = delete;
+
+ private:
+  std::filesystem::path folder_;
+  bool isNew_ = false;
+};
+
+/// Tells on the terminal how the renders come on, and what came of each.
+class Teller {
+ public:
+  Teller(const Command& command, const CommandLine& line,
+         const std::vector<RenderRequest>& requests)
+      : command_(command), line_(line), requests_(requests) {}
+
+  /// A message on the error stream.
+  void Tell(const std::string& text) const { std::cerr << command_.name << ": " << text << "\n"; }
+
+  bool ShowProgress(const std::vector<double>& shares) {
+    if (!bar_.IsVisible()) return !WasInterrupted();
+    double sum = 0.0;
+    std::string text;
+    for (std::size_t index = 0; index < shares.size(); ++index) {
+      const double share = shares[index];
+      sum += std::max(0.0, share) / static_cast<double>(shares.size());
+      if (share == 0.0 || share == 1.0) continue;
+      text += (text.empty() ? "" : ", ") + orvelhost::Printable(requests_[index].input.filename()) +
+              (share < 0.0 ? "" : " " + std::to_string(static_cast<int>(share * 100.0)) + "%");
+    }
+    if (shares.size() == 1) {
+      bar_.Show(shares.front());
+    } else {
+      bar_.Show(sum, std::to_string(toldCount_) + " of " + std::to_string(shares.size()) +
+                         (text.empty() ? "" : ": ") + text);
+    }
+    return !WasInterrupted();
+  }
+
+  void Finish(std::size_t index, const RenderOutcome& outcome) {
+    bar_.Wipe();
+    ++toldCount_;
+    const RenderRequest& request = requests_[index];
+    const bool isOneOfMany = requests_.size() > 1;
+    if (outcome.status == RenderOutcome::kFailed) Tell(outcome.error);
+    const std::string name = Quoted(request.input);
+    for (const std::string& note : outcome.report.notes) {
+      if (line_.IsQuiet()) break;
+      const bool isNamed = !isOneOfMany || note.find(name) != std::string::npos;
+      Tell("note: " + (isNamed ? "" : name + ": ") + note);
+    }
+    if (outcome.status != RenderOutcome::kDone || line_.IsQuiet() || line_.AsJSON()) return;
+    if (isOneOfMany || request.isDryRun) {
+      std::cout << orvelhost::Printable(request.input) << " -> "
+                << orvelhost::Printable(request.output) << (request.isDryRun ? ", not written" : "")
+                << "\n";
+    }
+    if (request.isDryRun) std::cout << orvelhost::DescribeChain(outcome.report);
+    std::cout << orvelhost::FormatLevels(outcome.report) << std::flush;
+  }
+
+ private:
+  const Command& command_;
+  const CommandLine& line_;
+  const std::vector<RenderRequest>& requests_;
+  ProgressBar bar_;
+  std::size_t toldCount_ = 0;
+};
+
+JSONValue MakeReport(const std::vector<RenderRequest>& requests,
+                     const std::vector<RenderOutcome>& outcomes, const orvelhost::RenderList& list,
+                     JSONValue asked) {
+  const auto addLines = [&asked](const char* key, const std::vector<std::string>& lines) {
+    JSONValue array = JSONArray();
+    for (const std::string& text : lines) AppendToArray(array, JSONValue(text));
+    AddToObject(asked, key, array);
+  };
+  JSONValue files = JSONArray();
+  for (std::size_t index = 0; index < requests.size(); ++index) {
+    AppendToArray(files, orvelhost::ToJSON(requests[index], outcomes[index]));
+  }
+  AddToObject(asked, "files", files);
+  addLines("skipped", list.skipped);
+  addLines("errors", list.faults);
+  return asked;
+}
+
+std::vector<RenderRequest> MakeRequests(const orvelhost::RenderList& list, const CommandLine& line,
+                                        const orvelhost::Look& look) {
+  RenderRequest request;
+  request.look = look;
+  request.replaceOutput = line.Has("force");
+  request.isDryRun = line.Has("dry-run");
+  if (line.Has("report") || line.AsJSON()) {
+    request.detail = orvelhost::AnalysisDetail::kAll;
+  } else if (line.IsQuiet()) {
+    request.detail = std::nullopt;
+  }
+  std::vector<RenderRequest> requests;
+  for (const auto& task : list.tasks) {
+    request.input = task.input;
+    request.output = task.output;
+    requests.push_back(request);
+  }
+  return requests;
+}
+
+int RenderAll(const Command& command, const CommandLine& line) {
+  const orvelhost::Host host;
+  JSONValue asked;
+  const orvelhost::Look look = ChooseLook(line, host, asked);
+  const int jobCount = ReadJobCount(line);
+  if (line.Words().empty()) throw UsageError("give one input file or more");
+  if (line.Value("output").empty()) throw UsageError("give one output with -o");
+  orvelhost::RenderList list;
+  std::string error;
+  if (!orvelhost::ListRenders({line.Words().begin(), line.Words().end()}, line.Value("output"),
+                              list, error)) {
+    throw UsageError(error);
+  }
+  const std::vector<RenderRequest> requests = MakeRequests(list, line, look);
+  if (list.folder.empty()) {
+    const std::string fault = orvelhost::FindOutputFault(requests.front());
+    if (!fault.empty()) throw UsageError(fault);
+  }
+  const std::filesystem::path reportFile = ReportFile(line, list);
+
+  NoteInterrupts();
+  Teller teller(command, line, requests);
+  for (const std::string& fault : orvelhost::CheckFilters()) teller.Tell("warning: " + fault);
+  for (const std::string& skipped : list.skipped) {
+    if (!line.IsQuiet()) teller.Tell("note: " + skipped);
+  }
+  for (const std::string& fault : list.faults) teller.Tell(fault);
+  const bool isDryRun = line.Has("dry-run");
+  const OutputFolder folder(isDryRun ? "" : list.folder);
+  const auto outcomes = orvelhost::RenderBatch(
+      host, requests, jobCount,
+      {[&teller](std::size_t index, const RenderOutcome& one) { teller.Finish(index, one); },
+       [&teller](const std::vector<double>& shares) { return teller.ShowProgress(shares); }});
+
+  AddToObject(asked, "dry_run", JSONValue(isDryRun));
+  const JSONValue report = MakeReport(requests, outcomes, list, asked);
+  if (line.AsJSON()) PrintJSON(report);
+  if (!reportFile.empty() && !isDryRun) {
+    orvelhost::WriteTextFile(reportFile,
+                             teskcore::serialization::GetJSONUTF8String(report, true) + "\n");
+  }
+  const auto count = [&outcomes](RenderOutcome::Status status) {
+    return std::ranges::count(outcomes, status, &RenderOutcome::status);
+  };
+  const auto done = count(RenderOutcome::kDone);
+  if (count(RenderOutcome::kStopped) > 0) {
+    teller.Tell(requests.size() == 1
+                    ? "stopped; " + Quoted(requests.front().output) + " was not written"
+                    : "stopped; " + std::to_string(done) + " of " +
+                          std::to_string(requests.size()) + " files were rendered");
+    return kExit_Interrupted;
+  }
+  return list.faults.empty() && static_cast<std::size_t>(done) == requests.size() ? kExit_Success
+                                                                                  : kExit_Failed;
+}
+
+std::string DescribeSettable(const CommandLine& line) {
+  const orvelhost::Host host;
+  JSONValue asked;
+  return orvelhost::DescribeSettings(ChooseLook(line, host, asked).mode);
+}
+
+const Command kRender = {
+    "orvel render",
+    "Usage: orvel render FILE... -o OUT [--mode MODE [--template NAME] [--preset PRESET]]\n"
+    "                    [--set SECTION.PARAMETER=VALUE]... [--report FILE] [--jobs N]\n"
+    "                    [--dry-run] [--force] [--json] [--quiet]\n"
     "\n"
-    "Reads the audio of IN (WAV, FLAC, MP3, Ogg, a video and more), applies the preset and the\n"
-    "sections that are set, writes OUT (WAV 32 bit float or FLAC 24 bit, by its name) and prints\n"
-    "what was measured before and after.\n"
+    "Reads the audio of each FILE (WAV, FLAC, MP3, Ogg, a video and more), applies the preset and\n"
+    "the sections that are set, writes the result and prints what was measured before and after.\n"
     "\n"
-    "  -o, --output OUT   the file to write\n"
+    "For one FILE, OUT is a file: WAV (32 bit float) or FLAC (24 bit), by its name. For several,\n"
+    "and for a folder, whose audio files are taken and whose folders are not, OUT is a folder,\n"
+    "made when it is not there; in it FLAC stays FLAC and all else becomes WAV, and a name that\n"
+    "comes twice gets a number. A file that fails leaves nothing behind and the others are\n"
+    "rendered; the exit code is then 1.\n"
+    "\n"
+    "  -o, --output OUT   the file or folder to write\n"
     "  -m, --mode MODE    dialog, music, sfx or ambience: what is recorded. It gives the sections\n"
     "                     that can be set, with their curves, reverbs and targets; without it all\n"
     "                     sections are there, as they are built, without curves and reverbs\n"
@@ -40,178 +329,33 @@ constexpr const char* kUsage =
     "                     the mode as this template configures it; see orvel templates MODE\n"
     "  -s, --set NAME=N   sets a value in its unit, and switches its control on unless the\n"
     "                     control's switch is set, too\n"
-    "  -f, --force        replaces OUT when it exists\n"
+    "      --report FILE  writes a JSON file: what was measured of each file before and after, "
+    "and\n"
+    "                     what was done\n"
+    "      --jobs N       renders N files at a time, else as many as there are processors; the\n"
+    "                     same files come out whatever N is\n"
+    "      --dry-run      measures, and prints what would be done; writes nothing, no report "
+    "either\n"
+    "  -f, --force        replaces files that exist\n"
+    "  -j, --json         prints the report\n"
     "  -q, --quiet        prints nothing but errors and warnings\n"
     "  -h, --help         prints this\n"
     "\n"
-    "What can be set:\n";
-
-struct Arguments {
-  std::vector<std::string> inputs;
-  std::vector<std::string> outputs;
-  std::vector<std::string> settings;
-  std::vector<std::string> modes;
-  std::vector<std::string> presets;
-  std::vector<std::string> templates;
-  bool force = false;
-  bool quiet = false;
-  bool help = false;
-};
-
-int FailUsage(const std::string& cause) {
-  std::cerr << "orvel render: " << cause << "\n";
-  return kExit_Usage;
-}
-
-/// None, after saying why, when an option is unknown or lacks its value.
-std::optional<Arguments> ParseArguments(int argc, char** argv) {
-  static const option kOptions[] = {
-      {"output", required_argument, nullptr, 'o'},
-      {"set", required_argument, nullptr, 's'},
-      {"mode", required_argument, nullptr, 'm'},
-      {"preset", required_argument, nullptr, 'p'},
-      {"force", no_argument, nullptr, 'f'},
-      {"quiet", no_argument, nullptr, 'q'},
-      {"help", no_argument, nullptr, 'h'},
-      {"template", required_argument, nullptr, 't'},
-      {nullptr, 0, nullptr, 0},
-  };
-  Arguments arguments;
-  opterr = 0;
-  while (true) {
-    const int letter = getopt_long(argc, argv, ":o:s:m:p:fqh", kOptions, nullptr);
-    switch (letter) {
-      case -1:
-        arguments.inputs.assign(argv + optind, argv + argc);
-        return arguments;
-      case 'o':
-        arguments.outputs.emplace_back(optarg);
-        break;
-      case 's':
-        arguments.settings.emplace_back(optarg);
-        break;
-      case 'm':
-        arguments.modes.emplace_back(optarg);
-        break;
-      case 'p':
-        arguments.presets.emplace_back(optarg);
-        break;
-      case 't':
-        arguments.templates.emplace_back(optarg);
-        break;
-      case 'f':
-        arguments.force = true;
-        break;
-      case 'q':
-        arguments.quiet = true;
-        break;
-      case 'h':
-        arguments.help = true;
-        break;
-      case ':':
-        FailUsage("the option " + std::string(argv[optind - 1]) + " needs a value");
-        return std::nullopt;
-      default:
-        FailUsage("unknown or misused option " + std::string(argv[optind - 1]) +
-                  "; see orvel render --help");
-        return std::nullopt;
-    }
-  }
-}
-
-int Run(const Arguments& arguments, const orvelhost::Host& host,
-        orvelhost::RenderRequest& request) {
-  NoteInterrupts();
-  orvelhost::RenderReport report;
-  for (const std::string& fault : orvelhost::CheckFilters()) {
-    std::cerr << "orvel render: warning: " << fault << "\n";
-  }
-  try {
-    ProgressBar bar;
-    request.progress = [&bar](double done) {
-      bar.Show(done);
-      return !WasInterrupted();
-    };
-    report = orvelhost::Render(host, request);
-  } catch (const orvelhost::AudioError& error) {
-    std::cerr << "orvel render: " << error.what() << "\n";
-    return WasInterrupted() ? kExit_Interrupted : kExit_Failed;
-  }
-  for (const std::string& note : report.notes) {
-    std::cerr << "orvel render: note: " << note << "\n";
-  }
-  if (!arguments.quiet) {
-    std::cout << orvelhost::FormatLevels(report);
-  }
-  return kExit_Success;
-}
-
-/// Takes up the mode, its template, the preset and the settings that are asked for. Raises
-/// UsageError and PresetError when one is wrong.
-void ChooseLook(const Arguments& arguments, const orvelhost::Host& host,
-                orvelhost::RenderRequest& request) {
-  if (arguments.modes.size() > 1 || arguments.presets.size() > 1 ||
-      arguments.templates.size() > 1) {
-    throw UsageError("give one mode, one template and one preset at the most");
-  }
-  if (!arguments.modes.empty()) {
-    request.mode = CheckMode(arguments.modes.front());
-  } else if (!arguments.presets.empty() || !arguments.templates.empty()) {
-    throw UsageError("a preset or a template needs its mode; give --mode");
-  }
-  const auto* manager = orvel::ConfigurationManager::Get();
-  if (!arguments.templates.empty()) {
-    const auto configuration =
-        orvelhost::PresetStore(host).FindTemplate({arguments.templates.front(), request.mode, {}});
-    manager->GetConfigPresetHandler(request.mode)->Select(configuration.Guid);
-  }
-  if (!arguments.presets.empty()) {
-    request.preset = orvelhost::PresetStore(host).FindPreset(
-        {arguments.presets.front(), request.mode,
-         manager->GetCurrentConfigGuidForMode(request.mode)});
-  }
-  std::string error;
-  if (!orvelhost::ParseSettings(arguments.settings, orvelhost::SettableSections(request.mode),
-                                request.settings, error)) {
-    throw UsageError(error);
-  }
-}
+    "What can be set:\n",
+    {{"output", 'o', true},
+     {"mode", 'm', true},
+     {"preset", 'p', true},
+     {"template", 0, true},
+     {"set", 's', true},
+     {"report", 0, true},
+     {"jobs", 0, true},
+     {"dry-run", 0, false},
+     {"force", 'f', false}},
+    &RenderAll,
+    &DescribeSettable};
 
 }  // namespace
 
-int RunRender(int argc, char** argv) {
-  const std::optional<Arguments> arguments = ParseArguments(argc, argv);
-  if (!arguments) {
-    return kExit_Usage;
-  }
-  const orvelhost::Host host;
-  orvelhost::RenderRequest request;
-  try {
-    ChooseLook(*arguments, host, request);
-  } catch (const UsageError& error) {
-    return FailUsage(error.what());
-  } catch (const orvelhost::PresetError& error) {
-    return FailUsage(error.what());
-  }
-  if (arguments->help) {
-    std::cout << kUsage << orvelhost::DescribeSettings(request.mode);
-    return kExit_Success;
-  }
-  if (arguments->inputs.size() != 1) {
-    return FailUsage("give one input file, not " + std::to_string(arguments->inputs.size()) +
-                     "; see orvel render --help");
-  }
-  if (arguments->outputs.size() != 1) {
-    return FailUsage("give one output with -o, not " + std::to_string(arguments->outputs.size()));
-  }
-  request.input = arguments->inputs.front();
-  request.output = arguments->outputs.front();
-  request.replaceOutput = arguments->force;
-  request.measureLevels = !arguments->quiet;
-  if (const std::string fault = orvelhost::FindOutputFault(request); !fault.empty()) {
-    return FailUsage(fault);
-  }
-  return Run(*arguments, host, request);
-}
+int RunRender(int argc, char** argv) { return RunCommand(kRender, argc, argv); }
 
 }  // namespace orvelcli

@@ -2,14 +2,11 @@
 
 #include <ctime>
 #include <fstream>
-#include <system_error>
-#include <tuple>
 #include <vector>
-
-#include <sys/stat.h>
 
 #include "host/audio/audio_error.h"
 #include "host/audio/ffmpeg.h"
+#include "host/audio/file_identity.h"
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wold-style-cast"
@@ -21,9 +18,6 @@ extern "C" {
 
 namespace orvelhost {
 namespace {
-
-/// What of a file's entry in its folder changes with its content.
-using Identity = std::tuple<dev_t, ino_t, off_t, std::int64_t, std::int64_t>;
 
 std::string HashOfBytes(const std::filesystem::path& path) {
   struct FreeState {
@@ -53,14 +47,9 @@ std::string HashOfBytes(const std::filesystem::path& path) {
 
 std::string ContentKey(const std::filesystem::path& path) {
   static std::mutex mutex;
-  static std::map<Identity, std::string> known;
+  static std::map<FileIdentity, std::string> known;
 
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) {
-    throw AudioError("cannot read " + Quoted(path) + ": " + std::generic_category().message(errno));
-  }
-  const Identity identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
-                          status.st_mtim.tv_nsec};
+  const FileIdentity identity = IdentityOf(path);
   {
     const std::lock_guard lock(mutex);
     if (const auto found = known.find(identity); found != known.end()) {
@@ -71,7 +60,7 @@ std::string ContentKey(const std::filesystem::path& path) {
   // Clocks of file systems tick slowly: a file that was written just now may be written again
   // without a sign of it.
   constexpr std::time_t kTick = 2;  // seconds
-  if (std::time(nullptr) - status.st_mtim.tv_sec > kTick) {
+  if (std::time(nullptr) - identity.changeSeconds > kTick) {
     const std::lock_guard lock(mutex);
     known.emplace(identity, hash);
   }

@@ -38,8 +38,8 @@ class BlockSource : public AudioSource {
 
 }  // namespace
 
-AudioOpener OpenerOf(const std::filesystem::path& path) {
-  return [path] { return std::make_unique<FileSource>(path); };
+AudioOpener OpenerOf(const std::filesystem::path& path, const std::filesystem::path& name) {
+  return [path, name] { return std::make_unique<FileSource>(path, name); };
 }
 
 AudioOpener OpenerOf(AudioBlock audio) {

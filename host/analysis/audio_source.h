@@ -32,8 +32,9 @@ using AudioOpener = std::function<std::unique_ptr<AudioSource>()>;
 /// The audio of a media file.
 class FileSource : public AudioSource {
  public:
-  /// Throws AudioError as AudioReader does.
-  explicit FileSource(const std::filesystem::path& path) : reader_(path) {}
+  /// As AudioReader, which throws AudioError.
+  explicit FileSource(const std::filesystem::path& path, const std::filesystem::path& name = {})
+      : reader_(path, name) {}
 
   const AudioFormat& Format() const override { return reader_.Format(); }
   std::int64_t StatedFrameCount() const override { return reader_.StatedFrameCount(); }
@@ -44,7 +45,7 @@ class FileSource : public AudioSource {
   AudioReader reader_;
 };
 
-AudioOpener OpenerOf(const std::filesystem::path& path);
+AudioOpener OpenerOf(const std::filesystem::path& path, const std::filesystem::path& name = {});
 
 /// Of audio that is in memory. The sources share one copy of it.
 AudioOpener OpenerOf(AudioBlock audio);

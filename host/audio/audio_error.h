@@ -13,9 +13,9 @@ class AudioError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A file's name as messages give it.
-inline std::string Quoted(const std::filesystem::path& path) {
-  return std::string("'").append(path.string()).append("'");
-}
+/// A file's name as messages and terminals take it: one line, without the control characters that
+/// it may hold. Quoted adds the quotes around it.
+std::string Printable(const std::filesystem::path& path);
+std::string Quoted(const std::filesystem::path& path);
 
 }  // namespace orvelhost

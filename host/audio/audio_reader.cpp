@@ -37,8 +37,8 @@ std::size_t SilenceImpossibleSamples(AudioBlock& block) {
 
 class AudioReader::Decoder {
  public:
-  explicit Decoder(const std::filesystem::path& path)
-      : path_(path), task_("cannot read " + Quoted(path)) {
+  Decoder(const std::filesystem::path& path, const std::filesystem::path& name)
+      : path_(path), name_(Quoted(name)), task_("cannot read " + name_) {
     ffmpeg::Silence();
     CheckFile();
     OpenContainer();
@@ -82,19 +82,18 @@ class AudioReader::Decoder {
 
   std::vector<std::string> Notes() const {
     std::vector<std::string> notes;
-    const std::string name = Quoted(path_);
     if (damagedPackets_ > 0) {
-      notes.push_back(name + ": " + std::to_string(damagedPackets_) +
+      notes.push_back(name_ + ": " + std::to_string(damagedPackets_) +
                       " damaged stretch(es) could not be decoded and were left out");
     }
     if (silencedSamples_ > 0) {
-      notes.push_back(name + ": " + std::to_string(silencedSamples_) +
+      notes.push_back(name_ + ": " + std::to_string(silencedSamples_) +
                       " sample(s) that are no number or impossibly large were read as silence");
     }
     if (readError_ != 0) {
-      notes.push_back(name + ": reading stopped early: " + ffmpeg::ErrorText(readError_));
+      notes.push_back(name_ + ": reading stopped early: " + ffmpeg::ErrorText(readError_));
     } else if (EndedEarly()) {
-      notes.push_back(name + " ends before its stated length; it may be cut off");
+      notes.push_back(name_ + " ends before its stated length; it may be cut off");
     }
     return notes;
   }
@@ -268,6 +267,7 @@ class AudioReader::Decoder {
   }
 
   std::filesystem::path path_;
+  std::string name_;
   std::string task_;
   ffmpeg::DemuxerPtr container_;
   AVStream* stream_ = nullptr;
@@ -289,8 +289,8 @@ class AudioReader::Decoder {
   int readError_ = 0;
 };
 
-AudioReader::AudioReader(const std::filesystem::path& path)
-    : decoder_(std::make_unique<Decoder>(path)) {}
+AudioReader::AudioReader(const std::filesystem::path& path, const std::filesystem::path& name)
+    : decoder_(std::make_unique<Decoder>(path, name.empty() ? path : name)) {}
 AudioReader::~AudioReader() = default;
 AudioReader::AudioReader(AudioReader&&) noexcept = default;
 AudioReader& AudioReader::operator=(AudioReader&&) noexcept = default;

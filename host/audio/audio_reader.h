@@ -19,8 +19,8 @@ namespace orvelhost {
 class AudioReader {
  public:
   /// Opens the file and decodes its beginning. Throws AudioError when the file cannot be read, has
-  /// no audio, or none of its audio can be decoded.
-  explicit AudioReader(const std::filesystem::path& path);
+  /// no audio, or none of its audio can be decoded. Messages call it `name`, where that is given.
+  explicit AudioReader(const std::filesystem::path& path, const std::filesystem::path& name = {});
   ~AudioReader();
   AudioReader(AudioReader&&) noexcept;
   AudioReader& operator=(AudioReader&&) noexcept;

@@ -90,7 +90,7 @@ class AudioWriter::Encoder {
     pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(done));
   }
 
-  void Commit() {
+  void Commit(bool replace) {
     if (!pending_.empty()) {
       EncodeFrame(pending_);
       pending_.clear();
@@ -100,7 +100,7 @@ class AudioWriter::Encoder {
     Check(av_write_trailer(container_.get()));
     avio_flush(container_->pb);
     Check(container_->pb->error);
-    file_->Commit();
+    file_->Commit(replace);
   }
 
  private:
@@ -247,7 +247,7 @@ AudioWriter::AudioWriter(AudioWriter&&) noexcept = default;
 AudioWriter& AudioWriter::operator=(AudioWriter&&) noexcept = default;
 
 void AudioWriter::Write(const AudioBlock& block) { encoder_->Write(block); }
-void AudioWriter::Commit() { encoder_->Commit(); }
+void AudioWriter::Commit(bool replace) { encoder_->Commit(replace); }
 
 bool AudioWriter::IsSupported(const std::filesystem::path& path) {
   return FindKind(path) != nullptr;

@@ -26,8 +26,9 @@ class AudioWriter {
   /// Appends a block of the file's format. Throws AudioError when the device is full or fails.
   void Write(const AudioBlock& block);
 
-  /// Completes the file and gives it its name, replacing an older one. Throws AudioError.
-  void Commit();
+  /// Completes the file and gives it its name, in the place of an older one if `replace` is set.
+  /// Throws AudioError.
+  void Commit(bool replace = true);
 
   /// Tells whether the name ends in one of the supported ways, in either case of letters.
   static bool IsSupported(const std::filesystem::path& path);

@@ -42,6 +42,10 @@ void SetChannels(ebur128_state& state, const AudioFormat& format) {
   }
 }
 
+// The weighting's shelf turns at 1681.97 Hz (BS.1770-4, Annex 1, by its coefficients for 48 kHz).
+// Sampled at less than twice that its filter is not stable.
+constexpr int kLeastRate = 3364;  // Hz
+
 double AmplitudeInDb(double amplitude) { return 20.0 * std::log10(amplitude); }
 
 }  // namespace
@@ -81,8 +85,11 @@ class LevelMeter::Meter {
 
   Levels Measure() const {
     Levels levels{};
-    ebur128_loudness_global(state_.get(), &levels.loudness);
-    ebur128_loudness_range(state_.get(), &levels.loudnessRange);
+    levels.loudness = -std::numeric_limits<double>::infinity();
+    if (format_.sampleRate >= kLeastRate) {
+      ebur128_loudness_global(state_.get(), &levels.loudness);
+      ebur128_loudness_range(state_.get(), &levels.loudnessRange);
+    }
     double samplePeak = 0.0;
     double truePeak = 0.0;
     for (unsigned channel = 0; channel < state_->channels; ++channel) {

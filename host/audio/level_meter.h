@@ -7,7 +7,8 @@
 
 namespace orvelhost {
 
-/// What was measured over a whole stream. Silence measures as minus infinity.
+/// What was measured over a whole stream. Silence measures as minus infinity, and so does the
+/// loudness at sample rates below 3364 Hz, for which its weighting is not made.
 struct Levels {
   double loudness;       ///< integrated loudness in LUFS (EBU R 128, ITU-R BS.1770-4)
   double loudnessRange;  ///< in LU (EBU Tech 3342); 0 for less than 3 seconds

@@ -22,6 +22,14 @@ std::filesystem::path FolderOf(const std::filesystem::path& target) {
   return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
 }
 
+/// 0, or -1 with errno: EEXIST when there is a file of that name, and be it since a moment ago.
+int RenameToNew(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return -1;
+  // The file system has no such renaming; a second name is refused by all in the same way.
+  return link(from.c_str(), to.c_str()) == 0 ? unlink(from.c_str()) : -1;
+}
+
 }  // namespace
 
 TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(target) {
@@ -47,8 +55,9 @@ TemporaryFile::~TemporaryFile() {
   }
 }
 
-void TemporaryFile::Commit() {
-  if (fsync(descriptor_) != 0 || rename(path_.c_str(), target_.c_str()) != 0) {
+void TemporaryFile::Commit(bool replace) {
+  if (fsync(descriptor_) != 0 ||
+      (replace ? rename(path_.c_str(), target_.c_str()) : RenameToNew(path_, target_)) != 0) {
     Fail(target_, errno);
   }
   close(descriptor_);

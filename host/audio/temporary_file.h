@@ -18,8 +18,9 @@ class TemporaryFile {
   /// The open file, for reading and writing; owned by this object.
   int Descriptor() const { return descriptor_; }
 
-  /// Waits until the content is on the disk, then replaces the target with it. Throws AudioError.
-  void Commit();
+  /// Waits until the content is on the disk, then gives the file the target's name, in the place of
+  /// an older one if `replace` is set. Throws AudioError.
+  void Commit(bool replace = true);
 
  private:
   std::filesystem::path target_;

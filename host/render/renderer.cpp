@@ -15,6 +15,7 @@
 #include "host/audio/audio_writer.h"
 #include "host/audio/filter_graph.h"
 #include "host/effects/effect_catalogue.h"
+#include "host/render/input_file.h"
 #include "host/session/effect_chain.h"
 #include "host/timing/remix.h"
 #include "host/timing/stretch.h"
@@ -70,10 +71,14 @@ class Steps {
   std::size_t next_ = 0;
 };
 
-/// Measures the sound behind the shaping effects, made louder by `gain` (dB).
+/// Measures the sound behind the shaping effects and at its place between left and right, made
+/// louder by `gain` (dB).
 Levels MeasureShaped(const EffectChain& chain, const EffectContext& context, AudioSource& source,
                      double gain, const Progress& progress) {
-  FilteredSource shaped(source, ShapingFilters(chain, context));
+  std::vector<FilterSpec> filters = ShapingFilters(chain, context);
+  std::ranges::move(PanFilters(chain.Pan(), context.format.channelCount),
+                    std::back_inserter(filters));
+  FilteredSource shaped(source, filters);
   ProgressingReader reader(shaped, progress);
   LevelMeter meter(shaped.Format());
   const auto factor = static_cast<float>(std::pow(10.0, gain / 20.0));
@@ -116,89 +121,68 @@ std::string LoudnessNote(const LoudnessMatch& match, double target) {
 }
 
 /// Why the clip does not get as long as was asked for; empty when it does.
-std::string DurationNote(const Clip& clip) {
-  const std::optional<DurationRequest>& request = clip.Chain().Duration();
-  if (!request) {
-    return "";
-  }
-  const ClipMeasurement& measurement = *clip.Measurement();
-  const DurationRange range = request->remix ? RemixRange(*measurement.remix)
-                                             : StretchRange(measurement.analysis.Duration());
-  if (request->seconds >= range.least && request->seconds <= range.greatest) {
+std::string DurationNote(const EffectChain& chain, const ClipMeasurement& measurement) {
+  const DurationRequest& request = *chain.Duration();
+  const DurationRange range = request.remix ? RemixRange(*measurement.remix)
+                                            : StretchRange(measurement.analysis.Duration());
+  if (request.seconds >= range.least && request.seconds <= range.greatest) {
     return "";
   }
   return "the clip can be made " + Rounded(range.least) + " to " + Rounded(range.greatest) +
-         " seconds long, not " + Rounded(request->seconds) + "; it gets as near to that as it can";
+         " seconds long, not " + Rounded(request.seconds) + "; it gets as near to that as it can";
 }
 
-/// Another source, with the levels of all that was read from it.
-class MeteredSource : public AudioSource {
- public:
-  /// Both must outlive it.
-  MeteredSource(AudioSource& source, LevelMeter& meter) : source_(source), meter_(meter) {}
-
-  const AudioFormat& Format() const override { return source_.Format(); }
-  std::int64_t StatedFrameCount() const override { return source_.StatedFrameCount(); }
-  bool Read(AudioBlock& block) override {
-    const bool any = source_.Read(block);
-    if (any) {
-      meter_.Add(block);
-    }
-    return any;
-  }
-
- private:
-  AudioSource& source_;
-  LevelMeter& meter_;
-};
-
-/// The clip as long as its chain asks for; as it is when that asks for nothing.
-AudioOpener InTime(const Clip& clip, const std::string& name, const AudioOpener& opener,
-                   const Progress& progress) {
-  const std::optional<DurationRequest>& request = clip.Chain().Duration();
-  if (!request) {
-    return opener;
-  }
-  const ClipMeasurement& measurement = *clip.Measurement();
-  if (request->remix) {
+/// The clip as long as its chain asks for.
+AudioOpener InTime(const EffectChain& chain, const ClipMeasurement& measurement,
+                   const std::string& name, const AudioOpener& opener, const Progress& progress) {
+  const DurationRequest& request = *chain.Duration();
+  if (request.remix) {
     if (!measurement.remix) {
       throw AudioError(name + " cannot be remixed, as it has no steady beat or is too short; " +
                        "duration.Mode=1 stretches it");
     }
-    const RemixPlan plan = PlanRemix(opener, *measurement.remix, request->seconds,
-                                     request->favorShortSegments, progress);
+    const RemixPlan plan = PlanRemix(opener, *measurement.remix, request.seconds,
+                                     request.favorShortSegments, progress);
     return [opener, plan] { return Remix(opener, plan); };
   }
   const ClipAnalysis& analysis = measurement.analysis;
   const DurationRange range = StretchRange(analysis.Duration());
   const std::int64_t frameCount = std::llround(
-      std::clamp(request->seconds, range.least, range.greatest) * analysis.format.sampleRate);
+      std::clamp(request.seconds, range.least, range.greatest) * analysis.format.sampleRate);
   return [opener, length = analysis.frameCount, frameCount] {
     return Stretch(opener(), length, frameCount);
   };
 }
 
-/// Sends the source through the graph into the writer, and past the meter unless that is null.
-void Stream(AudioSource& source, FilterGraph& graph, AudioWriter& writer, LevelMeter* meter,
-            const Progress& progress, RenderReport& report) {
+/// Reads the source to its end, past the meter unless there is none.
+void Drain(AudioSource& source, std::optional<ClipMeter>& meter, const Progress& progress) {
   ProgressingReader reader(source, progress);
-  AudioBlock block;
+  for (AudioBlock block; reader.Read(block);) {
+    if (meter) meter->Add(block);
+  }
+}
+
+/// Sends the source through the graph into the writer, and past the meters that there are.
+std::int64_t Stream(AudioSource& source, std::optional<ClipMeter>& before, FilterGraph& graph,
+                    std::optional<ClipMeter>& after, AudioWriter& writer,
+                    const Progress& progress) {
+  ProgressingReader reader(source, progress);
+  std::int64_t frameCount = 0;
   const auto writeReady = [&] {
-    AudioBlock ready;
-    while (graph.Pull(ready)) {
-      if (meter != nullptr) {
-        meter->Add(ready);
-      }
+    for (AudioBlock ready; graph.Pull(ready);) {
+      if (after) after->Add(ready);
       writer.Write(ready);
-      report.frameCount += static_cast<std::int64_t>(ready.FrameCount());
+      frameCount += static_cast<std::int64_t>(ready.FrameCount());
     }
   };
-  while (reader.Read(block)) {
+  for (AudioBlock block; reader.Read(block);) {
+    if (before) before->Add(block);
     graph.Push(block);
     writeReady();
   }
   graph.Finish();
   writeReady();
+  return frameCount;
 }
 
 }  // namespace
@@ -223,75 +207,126 @@ std::string FindOutputFault(const RenderRequest& request) {
 
 namespace {
 
-RenderReport RenderSteps(const Host& host, const RenderRequest& request) {
-  FileSource file(request.input);
-  RenderReport report;
-  report.inputFormat = file.Format();
-  const int channelCount = report.inputFormat.channelCount;
-  const AudioOpener opener = OpenerOf(request.input);
-
-  const boost::intrusive_ptr<Clip> clip(
-      new Clip(request.input.filename().string(), report.inputFormat));
-  if (!request.mode.empty()) {
-    clip->SetAdjustmentsMode(request.mode);
-  }
-  bool isMeasured = false;
-  clip->SetMeasurer([&] { isMeasured = true; });
-  const auto models = ApplySettings(request.preset, request.settings, request.mode, host, clip);
-  const bool isFitted = clip->Chain().Loudness().has_value();
-
-  Steps steps(request, {isMeasured ? 1.0 : 0.0, clip->Chain().Duration() ? 0.3 : 0.0,
-                        isFitted ? 1.0 : 0.0, 1.0});
-  if (const Progress progress = steps.Next(); isMeasured) {
-    clip->SetMeasurement(MeasureClip(opener, clip->WantsRemix(), progress));
-  }
-  const AudioOpener inTime = InTime(*clip, Quoted(request.input), opener, steps.Next());
-  report.notes.push_back(DurationNote(*clip));
-  const EffectContext context = ContextOf(*clip);
-  if (const Progress progress = steps.Next(); isFitted) {
-    const LoudnessMatch match = FitLoudness(clip->Chain(), context, inTime, progress);
-    report.notes.push_back(LoudnessNote(match, clip->Chain().Loudness()->target));
-  }
-  report.notes.push_back(HumNote(clip->Chain(), context));
-  std::erase(report.notes, "");
-  for (const std::string& effect : UnheardEffects(clip->Chain(), channelCount)) {
-    report.notes.push_back(
-        effect + " changes nothing, for " + Quoted(request.input) + " " +
-        (channelCount == 1 ? "is mono" : "has " + std::to_string(channelCount) + " channels"));
+/// One render, step by step.
+class Rendering {
+ public:
+  Rendering(const Host& host, const RenderRequest& request, const MainThreadCaller& onMainThread)
+      : host_(host),
+        request_(request),
+        onMainThread_(onMainThread),
+        input_(request.input, request.progress),
+        file_(input_.Open()),
+        opener_(input_.Opener()) {
+    report_.inputFormat = file_.Format();
   }
 
-  FilterGraph graph(report.inputFormat, ChainFilters(clip->Chain(), context));
-  report.outputFormat = graph.OutputFormat();
-  AudioWriter writer(request.output, report.outputFormat);
-  LevelMeter before(report.inputFormat);
-  LevelMeter after(report.outputFormat);
-  MeteredSource metered(file, before);
-  AudioSource& source = request.measureLevels ? static_cast<AudioSource&>(metered) : file;
-  LevelMeter* meter = request.measureLevels ? &after : nullptr;
-  if (clip->Chain().Duration()) {
-    for (AudioBlock block; source.Read(block);) {
+  RenderReport Run() {
+    Plan();
+    const EffectChain& chain = report_.chain;
+    const double inTime = chain.Duration() ? 0.3 : 0.0;
+    Steps steps(request_, {needsMeasurement_ ? 1.0 : 0.0, inTime, chain.Loudness() ? 1.0 : 0.0,
+                           request_.isDryRun ? 1.0 : inTime, request_.isDryRun ? 0.0 : 1.0});
+    Measure(steps.Next());
+    const EffectContext context = ContextOf(report_.inputFormat, measurement_);
+    FitDuration(steps.Next());
+    FitLoudness(context, steps.Next());
+    NoteWhatIsNotHeard(context);
+    FilterGraph graph(report_.inputFormat, ChainFilters(chain, context));
+    report_.outputFormat = graph.OutputFormat();
+    if (const Progress progress = steps.Next(); request_.isDryRun || chain.Duration()) {
+      Drain(file_, before_, progress);
     }
-    Stream(*inTime(), graph, writer, meter, steps.Next(), report);
-  } else {
-    Stream(source, graph, writer, meter, steps.Next(), report);
+    if (!request_.isDryRun) Write(graph, steps.Next());
+    if (before_) report_.before = before_->Measure();
+    std::erase(report_.notes, "");
+    std::ranges::copy(file_.Notes(), std::back_inserter(report_.notes));
+    return report_;
   }
-  writer.Commit();
-  if (request.measureLevels) {
-    report.before = before.Measure();
-    report.after = after.Measure();
+
+ private:
+  void Plan() {
+    onMainThread_([this] {
+      const ChainPlan plan = PlanChain(host_, request_.look, report_.inputFormat, measurement_);
+      report_.chain = plan.chain;
+      needsMeasurement_ = plan.needsMeasurement;
+      needsRemixMap_ = plan.needsRemixMap;
+    });
   }
-  std::ranges::copy(file.Notes(), std::back_inserter(report.notes));
-  return report;
-}
+
+  void Measure(const Progress& progress) {
+    if (needsMeasurement_) {
+      measurement_ = MeasureClip(opener_, needsRemixMap_, progress);
+      if (request_.detail) report_.before = measurement_->analysis;
+      Plan();
+    }
+    if (request_.detail && !report_.before) before_.emplace(report_.inputFormat, *request_.detail);
+  }
+
+  void FitDuration(const Progress& progress) {
+    inTime_ = opener_;
+    if (!report_.chain.Duration()) return;
+    inTime_ = InTime(report_.chain, *measurement_, Quoted(request_.input), opener_, progress);
+    report_.notes.push_back(DurationNote(report_.chain, *measurement_));
+  }
+
+  void FitLoudness(const EffectContext& context, const Progress& progress) {
+    if (!report_.chain.Loudness()) return;
+    report_.loudness = orvelhost::FitLoudness(report_.chain, context, inTime_, progress);
+    report_.notes.push_back(LoudnessNote(*report_.loudness, report_.chain.Loudness()->target));
+  }
+
+  void NoteWhatIsNotHeard(const EffectContext& context) {
+    const int channelCount = report_.inputFormat.channelCount;
+    report_.notes.push_back(HumNote(report_.chain, context));
+    for (const std::string& effect : UnheardEffects(report_.chain, channelCount)) {
+      report_.notes.push_back(
+          effect + " changes nothing, for " + Quoted(request_.input) + " " +
+          (channelCount == 1 ? "is mono" : "has " + std::to_string(channelCount) + " channels"));
+    }
+  }
+
+  void Write(FilterGraph& graph, const Progress& progress) {
+    AudioWriter writer(request_.output, report_.outputFormat);
+    std::optional<ClipMeter> after;
+    if (request_.detail) after.emplace(report_.outputFormat, *request_.detail);
+    if (report_.chain.Duration()) {
+      std::optional<ClipMeter> none;
+      report_.frameCount = Stream(*inTime_(), none, graph, after, writer, progress);
+    } else {
+      report_.frameCount = Stream(file_, before_, graph, after, writer, progress);
+    }
+    if (after) report_.after = after->Measure();
+    input_.CheckUnchanged();
+    writer.Commit(request_.replaceOutput);
+  }
+
+  const Host& host_;
+  const RenderRequest& request_;
+  const MainThreadCaller& onMainThread_;
+  InputFile input_;
+  FileSource file_;
+  AudioOpener opener_;
+  AudioOpener inTime_;
+  bool needsMeasurement_ = false;
+  bool needsRemixMap_ = false;
+  std::optional<ClipMeasurement> measurement_;
+  std::optional<ClipMeter> before_;
+  RenderReport report_;
+};
 
 }  // namespace
 
-RenderReport Render(const Host& host, const RenderRequest& request) {
+RenderReport Render(const Host& host, const RenderRequest& request,
+                    const MainThreadCaller& onMainThread) {
   if (const std::string fault = FindOutputFault(request); !fault.empty()) {
     throw AudioError(fault);
   }
+  return Rendering(host, request, onMainThread).Run();
+}
+
+RenderReport Render(const Host& host, const RenderRequest& request) {
   try {
-    return RenderSteps(host, request);
+    return Render(host, request, [](const std::function<void()>& call) { call(); });
   } catch (const Cancelled&) {
     throw AudioError("stopped; " + Quoted(request.output) + " was not written");
   }

@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "host/audio/audio_block.h"
-#include "host/audio/level_meter.h"
-#include "host/session/host.h"
-#include "host/session/setting.h"
+#include "host/analysis/clip_analysis.h"
+#include "host/analysis/loudness_match.h"
+#include "host/render/chain_plan.h"
 
 namespace orvelhost {
 
@@ -18,10 +17,10 @@ struct RenderRequest {
   std::filesystem::path input;
   std::filesystem::path output;  ///< .wav or .flac
   bool replaceOutput = false;    ///< whether an existing file may be replaced
-  std::string mode;  ///< the adjustments mode, or empty: sections without a configuration
-  std::optional<orvel::UserPreset> preset;
-  std::vector<Setting> settings;  ///< stronger than the preset
-  bool measureLevels = true;      ///< else the report is without levels, which takes less time
+  bool isDryRun = false;         ///< measures and plans, and writes nothing
+  Look look;
+  /// Of the report's analyses, each of which takes time; none leaves them out.
+  std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state
   /// its length; false stops the work. May be empty.
   std::function<bool(double done)> progress;
@@ -30,20 +29,33 @@ struct RenderRequest {
 struct RenderReport {
   AudioFormat inputFormat;
   AudioFormat outputFormat;
-  std::int64_t frameCount = 0;  ///< of the output
-  Levels before{};
-  Levels after{};
-  std::vector<std::string> notes;  ///< what the user should know, a line each
+  std::int64_t frameCount = 0;            ///< of the output
+  std::optional<ClipAnalysis> before;     ///< of the input
+  std::optional<ClipAnalysis> after;      ///< of the output; none after a dry run
+  EffectChain chain;                      ///< what was done
+  std::optional<LoudnessMatch> loudness;  ///< none when the loudness was to stay
+  std::vector<std::string> notes;         ///< what the user should know, a line each
 };
 
 /// Why the output of the request cannot be accepted, in one line; empty when it can.
 std::string FindOutputFault(const RenderRequest& request);
 
-/// Reads the input, sends it through the effects that the preset and the settings give, and writes
-/// the output, block by block; the tail of a reverb follows behind the input's end. Where a section
-/// has to know more of the clip, it is measured first. With auto loudness the sound behind all
-/// effects but the volume is measured, so that these do not move it off its target. Throws
-/// AudioError, with the output as it was before and nothing left behind.
+/// Runs a call on the main thread and waits for it; passes on what it throws.
+using MainThreadCaller = std::function<void(const std::function<void()>& call)>;
+
+/// Reads the input, sends it through the effects that the look gives, and writes the output, block
+/// by block; the tail of a reverb follows behind the input's end. Where a section has to know more
+/// of the clip, it is measured first. With auto loudness the sound behind all effects but the
+/// volume is measured, at its place between left and right, so that these do not move it off its
+/// target. An input that is a pipe is copied first.
+///
+/// All calls of the library go through `onMainThread`, so that renders run side by side. Throws
+/// AudioError, with the output as it was before and nothing left behind, also for an input that
+/// changes meanwhile, and Cancelled.
+RenderReport Render(const Host& host, const RenderRequest& request,
+                    const MainThreadCaller& onMainThread);
+
+/// The same on the main thread itself. What was stopped is an AudioError, too.
 RenderReport Render(const Host& host, const RenderRequest& request);
 
 }  // namespace orvelhost

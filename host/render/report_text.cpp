@@ -31,9 +31,11 @@ std::string Row(const char* name, double before, double after) {
 }  // namespace
 
 std::string FormatLevels(const RenderReport& report) {
-  const Levels& before = report.before;
-  const Levels& after = report.after;
   constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+  ClipAnalysis nothing;
+  nothing.loudness = nothing.truePeak = nothing.samplePeak = kNone;
+  const ClipAnalysis before = report.before.value_or(nothing);
+  const ClipAnalysis after = report.after.value_or(nothing);
   std::ostringstream text;
   text << std::setw(31) << "before" << std::setw(9) << "after" << std::setw(9) << "change"
        << "\n"

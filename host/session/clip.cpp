@@ -71,15 +71,4 @@ boost::signals2::connection Clip::RegisterForMeasurements(const ChangeSignal::sl
 
 void Clip::AttachToModel(bool /*attached*/, orvel::OrvelModel* /*model*/) {}
 
-EffectContext ContextOf(const Clip& clip) {
-  EffectContext context{clip.Format()};
-  if (const std::optional<ClipMeasurement>& measurement = clip.Measurement()) {
-    if (measurement->analysis.hum) {
-      context.humFrequency = measurement->analysis.hum->frequency;
-    }
-    context.noise = measurement->noise;
-  }
-  return context;
-}
-
 }  // namespace orvelhost

@@ -89,7 +89,4 @@ class Clip : public orvel::MixTypeClipModelInterface {
   ChangeSignal measured_;
 };
 
-/// What the clip's effects have to know of it.
-EffectContext ContextOf(const Clip& clip);
-
 }  // namespace orvelhost

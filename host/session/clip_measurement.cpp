@@ -2,6 +2,16 @@
 
 namespace orvelhost {
 
+EffectContext ContextOf(const AudioFormat& format,
+                        const std::optional<ClipMeasurement>& measurement) {
+  EffectContext context{format};
+  if (measurement) {
+    if (measurement->analysis.hum) context.humFrequency = measurement->analysis.hum->frequency;
+    context.noise = measurement->noise;
+  }
+  return context;
+}
+
 ClipMeasurement MeasureClip(const AudioOpener& audio, bool withRemix, const Progress& progress) {
   // Shares of the time: the first pass looks at more than the second, the third at most.
   const double first = withRemix ? 0.35 : 0.7;

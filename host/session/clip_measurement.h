@@ -6,6 +6,7 @@
 #include "host/analysis/clip_analysis.h"
 #include "host/analysis/noise_profile.h"
 #include "host/analysis/progress.h"
+#include "host/effects/effect_context.h"
 #include "host/timing/remix_map.h"
 
 namespace orvelhost {
@@ -17,6 +18,10 @@ struct ClipMeasurement {
   bool isMapped = false;              ///< whether `remix` was looked for
   std::optional<RemixMap> remix;      ///< none when the clip cannot be remixed
 };
+
+/// What a clip's effects have to know of it.
+EffectContext ContextOf(const AudioFormat& format,
+                        const std::optional<ClipMeasurement>& measurement);
 
 /// Reads the clip twice, and a third time to map it for a remix. Throws AudioError when reading
 /// fails, and Cancelled.

@@ -27,7 +27,8 @@ class RendererTest : public ::testing::Test {
     request_.output = folder_ / output;
     request_.replaceOutput = true;
     std::string error;
-    EXPECT_TRUE(ParseSettings(settings, SettableSections(request_.mode), request_.settings, error))
+    EXPECT_TRUE(ParseSettings(settings, SettableSections(request_.look.mode),
+                              request_.look.settings, error))
         << error;
     return Render(host_, request_);
   }
@@ -60,8 +61,8 @@ TEST_F(RendererTest, TheVolumeSectionsGainIsRight) {
   WriteFile(folder_ / "in.wav", Make(48000, 1, 0.6, Sine(0.25)));
   for (const double gain : {-15.0, -6.0, -0.5, 0.0, 3.0, 6.0}) {
     const RenderReport report = RenderWith({"volume.Volume=" + std::to_string(gain)});
-    EXPECT_NEAR(report.after.samplePeak - report.before.samplePeak, gain, 0.01);
-    EXPECT_NEAR(report.after.loudness - report.before.loudness, gain, 0.01);
+    EXPECT_NEAR(report.after->samplePeak - report.before->samplePeak, gain, 0.01);
+    EXPECT_NEAR(report.after->loudness - report.before->loudness, gain, 0.01);
   }
 }
 
@@ -102,20 +103,27 @@ TEST_F(RendererTest, SurroundIsNotPannedAndThatIsSaid) {
 }
 
 TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItCannot) {
-  request_.mode = "dialog";
+  request_.look.mode = "dialog";
   WriteFile(folder_ / "in.wav", Make(48000, 2, 3.0, Noise(0.02)));
   const std::vector<std::string> settings = {"loudness.AutoLoudness=1", "clarity.EQPreset=4",
                                              "clarity.EQAmount=10"};
   const RenderReport reached = RenderWith(settings);
-  EXPECT_NEAR(reached.after.loudness, -23.0, 0.1);
+  EXPECT_NEAR(reached.after->loudness, -23.0, 0.1);
   EXPECT_THAT(reached.notes, IsEmpty());
+  // Mono that becomes stereo is twice as loud; hard to a side it is as it was.
+  WriteFile(folder_ / "in.wav", Make(48000, 1, 3.0, Noise(0.02)));
+  for (const char* pan : {"pan.Pan=0.1", "pan.Pan=-5"}) {
+    request_.look.mode = "sfx";
+    EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1", pan}).after->loudness, -21.0, 0.1) << pan;
+  }
+  request_.look.mode = "dialog";
   // Quiet sound whose quieter half lies under the meter's gate until the gain is on.
   for (const double amplitude : {0.0004, 0.00005}) {
     WriteFile(folder_ / "in.wav",
               Make(48000, 2, 4.0, [noise = Noise(amplitude)](double time, int channel) {
                 return noise(time, channel) * (time < 2.0 ? 1.0 : 0.4);
               }));
-    EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1"}).after.loudness, -23.0, 0.1);
+    EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1"}).after->loudness, -23.0, 0.1);
   }
   // One peak near full scale leaves no room.
   WriteFile(folder_ / "in.wav",
@@ -123,13 +131,13 @@ TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItC
               return noise(time, channel) + (time == 1.0 ? 0.8 : 0.0);
             }));
   const RenderReport limited = RenderWith({"loudness.AutoLoudness=1"});
-  EXPECT_NEAR(limited.after.truePeak, -1.0, 0.1);
+  EXPECT_NEAR(limited.after->truePeak, -1.0, 0.1);
   EXPECT_THAT(limited.notes, ElementsAre(HasSubstr("below its target of -23.0")));
 }
 
 TEST_F(RendererTest, APresetGivesTheSectionsOfItsModeAndSettingsAreStronger) {
-  request_.mode = "sfx";
-  request_.preset = PresetStore(host_).FindPreset({"from the LEFT", "sfx", {}});
+  request_.look.mode = "sfx";
+  request_.look.preset = PresetStore(host_).FindPreset({"from the LEFT", "sfx", {}});
   WriteFile(folder_ / "in.wav", Make(44100, 2, 0.2, Noise(0.4)));
   EXPECT_EQ(Peak(Difference(Rendered({}), Rendered({"pan.Pan=-5"}))), 0.0);
   const AudioBlock right = Rendered({"pan.Pan=5"});
@@ -137,7 +145,7 @@ TEST_F(RendererTest, APresetGivesTheSectionsOfItsModeAndSettingsAreStronger) {
 }
 
 TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {
-  request_.mode = "dialog";
+  request_.look.mode = "dialog";
   WriteFile(folder_ / "in.wav", Make(48000, 1, 5.0, [noise = Noise(0.001)](double time, int) {
               return noise(time, 0) + Sine(0.05, 50.1)(time, 0) + Sine(0.02, 150.3)(time, 0);
             }));
@@ -151,7 +159,7 @@ TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {
 }
 
 TEST_F(RendererTest, AtFullNoiseReductionPausesFallByTwelveDecibelsAndMore) {
-  request_.mode = "dialog";
+  request_.look.mode = "dialog";
   WriteFile(folder_ / "in.wav",
             Make(44100, 2, 4.0, [noise = Noise(0.004)](double time, int channel) {
               const bool speaks = std::fmod(time, 2.0) < 1.0;
@@ -164,12 +172,12 @@ TEST_F(RendererTest, AtFullNoiseReductionPausesFallByTwelveDecibelsAndMore) {
 }
 
 TEST_F(RendererTest, AReverbRingsOnBehindTheInputAndAStretchedClipHasItsLength) {
-  request_.mode = "dialog";
+  request_.look.mode = "dialog";
   WriteFile(folder_ / "in.wav", Make(44100, 2, 1.0, Noise(0.2)));
   // The church: 4.5 s, 1.3 times as long in the bass, behind 40 ms.
   EXPECT_NEAR(static_cast<double>(RenderWith({"soundeffects.ReverbPreset=1"}).frameCount) / 44100,
               1.0 + 0.04 + 1.5 * 4.5 * 1.3, 0.05);
-  request_.mode = "music";
+  request_.look.mode = "music";
   EXPECT_EQ(RenderWith({"duration.TargetDuration=1.5"}).frameCount, 66150);
   const RenderReport most = RenderWith({"duration.TargetDuration=9"});
   EXPECT_EQ(most.frameCount, 4 * 44100);
@@ -177,11 +185,11 @@ TEST_F(RendererTest, AReverbRingsOnBehindTheInputAndAStretchedClipHasItsLength) 
 }
 
 TEST_F(RendererTest, MusicIsRemixedAndWhatHasNoBeatIsRefused) {
-  request_.mode = "music";
+  request_.look.mode = "music";
   WriteFile(folder_ / "in.wav", Make(22050, 1, 40.0, ChordLoop()));
   const RenderReport report = RenderWith({"duration.TargetDuration=24", "duration.Mode=0"});
   EXPECT_NEAR(static_cast<double>(report.frameCount) / 22050, 24.0, 0.05);
-  EXPECT_NEAR(report.after.loudness, report.before.loudness, 1.0);
+  EXPECT_NEAR(report.after->loudness, report.before->loudness, 1.0);
   WriteFile(folder_ / "in.wav", Make(22050, 1, 5.0, Noise(0.1)));
   EXPECT_THROW(RenderWith({"duration.TargetDuration=4", "duration.Mode=0"}), AudioError);
 }

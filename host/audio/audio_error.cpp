@@ -1,0 +1,26 @@
+#include "host/audio/audio_error.h"
+
+#include <cstdio>
+
+namespace orvelhost {
+
+std::string Printable(const std::filesystem::path& path) {
+  std::string text;
+  for (const char letter : path.string()) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (letter == '\n') {
+      text += "\\n";
+    } else if (code < 0x20 || code == 0x7f) {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\x%02x", code);
+      text += escape;
+    } else {
+      text += letter;
+    }
+  }
+  return text;
+}
+
+std::string Quoted(const std::filesystem::path& path) { return "'" + Printable(path) + "'"; }
+
+}  // namespace orvelhost

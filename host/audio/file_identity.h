@@ -1,0 +1,24 @@
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <filesystem>
+
+namespace orvelhost {
+
+/// What of a file's entry in its folder changes with its content. A value.
+struct FileIdentity {
+  std::uint64_t device;
+  std::uint64_t inode;
+  std::int64_t size;           ///< in bytes
+  std::int64_t changeSeconds;  ///< when the content was last written, since 1970
+  std::int64_t changeNanoseconds;
+
+  friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// Of the file behind the name, through links. Throws AudioError, "cannot read" and why, when there
+/// is none.
+FileIdentity IdentityOf(const std::filesystem::path& path);
+
+}  // namespace orvelhost

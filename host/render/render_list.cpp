@@ -1,0 +1,135 @@
+#include "host/render/render_list.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+#include <system_error>
+
+#include "host/audio/audio_error.h"
+#include "host/audio/audio_reader.h"
+#include "host/audio/audio_writer.h"
+#include "host/audio/file_identity.h"
+
+namespace orvelhost {
+namespace {
+
+using std::filesystem::path;
+
+/// In small letters.
+std::string EndingOf(const path& file) {
+  std::string ending = file.extension().string();
+  for (char& letter : ending) {
+    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  }
+  return ending;
+}
+
+/// A file that is called so and cannot be read is a failure; others may just be no audio.
+bool IsCalledSound(const path& file) {
+  constexpr std::array<std::string_view, 17> kEndings = {
+      ".aac", ".aif", ".aiff", ".alac", ".au",   ".caf", ".flac", ".m4a", ".mka",
+      ".mp3", ".oga", ".ogg",  ".opus", ".rf64", ".w64", ".wav",  ".wma"};
+  return std::ranges::find(kEndings, EndingOf(file)) != kEndings.end();
+}
+
+bool IsFolder(const path& name) {
+  std::error_code error;
+  return std::filesystem::is_directory(name, error);
+}
+
+/// Adds the audio files of a folder.
+void ExpandFolder(const path& folder, std::vector<path>& files, RenderList& list) {
+  std::error_code cause;
+  std::vector<path> found;
+  for (std::filesystem::directory_iterator entry(folder, cause), end; !cause && entry != end;
+       entry.increment(cause)) {
+    const bool isHidden = entry->path().filename().native().starts_with('.');
+    if (!isHidden && !IsFolder(entry->path())) found.push_back(entry->path());
+  }
+  if (cause) {
+    list.faults.push_back("cannot read the folder " + Quoted(folder) + ": " + cause.message());
+    return;
+  }
+  std::ranges::sort(found);
+  const std::size_t before = files.size();
+  for (const path& file : found) {
+    try {
+      if (!std::filesystem::is_regular_file(file, cause))
+        throw AudioError("no file: " + Quoted(file));
+      if (!IsCalledSound(file)) AudioReader reader(file);
+      files.push_back(file);
+    } catch (const AudioError& fault) {
+      list.skipped.push_back(std::string("left out: ") + fault.what());
+    }
+  }
+  if (files.size() == before) {
+    list.faults.push_back("the folder " + Quoted(folder) + " holds no audio");
+  }
+}
+
+/// What the file is by, whatever it is called; none for what is not there.
+std::set<FileIdentity> IdentitiesOf(const std::vector<path>& files) {
+  std::set<FileIdentity> identities;
+  for (const path& file : files) {
+    try {
+      identities.insert(IdentityOf(file));
+    } catch (const AudioError&) {
+      // Told when it is to be read.
+    }
+  }
+  return identities;
+}
+
+}  // namespace
+
+std::string OutputNames::Take(const path& source, const std::string& ending) {
+  const std::string stem = source.stem().string();
+  std::string name = stem + ending;
+  for (int number = 2; !given_.insert(name).second; ++number) {
+    name = stem + " " + std::to_string(number) + ending;
+  }
+  return name;
+}
+
+bool ListRenders(const std::vector<path>& inputs, const path& output, RenderList& list,
+                 std::string& error) {
+  const bool isBatch = inputs.size() > 1 || std::ranges::any_of(inputs, &IsFolder) ||
+                       IsFolder(output) || !output.has_filename();
+  std::error_code cause;
+  if (isBatch && !IsFolder(output) &&
+      (std::filesystem::exists(output, cause) || AudioWriter::IsSupported(output))) {
+    error = "the output of several files is a folder, and " + Quoted(output) + " is none";
+    return false;
+  }
+  if (!isBatch && !AudioWriter::IsSupported(output)) {
+    error = "the output's name must end in .wav or .flac, not as in " + Quoted(output);
+    return false;
+  }
+  std::vector<path> files;
+  for (const path& input : inputs) {
+    if (IsFolder(input)) {
+      ExpandFolder(input, files, list);
+    } else {
+      files.push_back(input);
+    }
+  }
+  if (isBatch) list.folder = output;
+  OutputNames names;
+  const std::set<FileIdentity> identities = IdentitiesOf(files);
+  for (const path& file : files) {
+    const std::string ending = EndingOf(file) == ".flac" ? ".flac" : ".wav";
+    const path target = isBatch ? output / names.Take(file, ending) : output;
+    const std::set<FileIdentity> there = IdentitiesOf({target});
+    if (!there.empty() && identities.contains(*there.begin())) {
+      error = std::string(files.size() == 1 ? "input and output are the same file, "
+                                            : "an output would replace an input, ") +
+              Quoted(target);
+      return false;
+    }
+    list.tasks.push_back({file, target});
+  }
+  return true;
+}
+
+}  // namespace orvelhost
