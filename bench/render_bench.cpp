@@ -1,5 +1,6 @@
 // Renders a recording with a full dialogue chain, by `orvel render` and by the `ffmpeg` command
-// with the very same filters, in turns, and prints the ratio of their times.
+// with the very same filters, in turns, and prints the ratio of their times; and a hundred files by
+// one job and by two.
 
 #include <algorithm>
 #include <cmath>
@@ -183,6 +184,42 @@ void Compare(const char* name, const Host& host, const std::filesystem::path& fo
             << ", of processor time: " << Median(processor) << "\n";
 }
 
+std::string Bytes(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// A hundred files by one job and by two, in turns. Raises when a byte differs.
+void CompareJobs(const std::filesystem::path& folder, double seconds, int turns) {
+  constexpr int kFiles = 100;
+  const std::filesystem::path inputs = folder / "inputs";
+  std::filesystem::create_directory(inputs);
+  for (int file = 0; file < kFiles; ++file) {
+    WriteRecording(inputs / (std::to_string(file) + ".wav"), seconds + file % 3);
+  }
+  const auto render = [&](const std::string& jobs) {
+    std::vector<std::string> words = {ORVEL_CLI, "render", inputs,   "-o",     folder / jobs,
+                                      "-fq",     "-m",     "dialog", "--jobs", jobs};
+    for (const auto* settings : {&kUnmeasured, &kMeasured}) {
+      for (const std::string& setting : *settings) words.insert(words.end(), {"-s", setting});
+    }
+    return Run(words).wall;
+  };
+  std::vector<double> wall;
+  for (int turn = 0; turn < turns; ++turn) {
+    const double one = render("1");
+    const double two = render("2");
+    wall.push_back(two / one);
+    std::cout << "a hundred files: one job " << one << " s, two jobs " << two << " s\n";
+  }
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "1")) {
+    if (Bytes(entry.path()) != Bytes(folder / "2" / entry.path().filename())) {
+      throw std::runtime_error("two jobs made another " + entry.path().filename().string());
+    }
+  }
+  std::cout << "a hundred files, median of two jobs' time over one job's: " << Median(wall) << "\n";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -198,6 +235,7 @@ int main(int argc, char** argv) {
     all.insert(all.end(), kMeasured.begin(), kMeasured.end());
     Compare("filters alone", host, folder, kUnmeasured, turns);
     Compare("measured, then filtered", host, folder, all, turns);
+    CompareJobs(folder, seconds / 20, turns);
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";
     status = 1;

@@ -41,15 +41,15 @@ void ProgressBar::Wipe() {
 
 void ProgressBar::Show(double done, const std::string& text) {
   if (!visible_) return;
-  constexpr int kWidth = 40;
+  const int width = text.empty() ? 40 : 20;
   const int percent = done < 0 ? 0 : static_cast<int>(done * 100.0);
-  const auto filled = static_cast<std::size_t>(percent * kWidth / 100);
+  const auto filled = static_cast<std::size_t>(percent * width / 100);
   std::string number = done < 0 ? "?" : std::to_string(percent);
   number.insert(0, 3 - number.size(), ' ');
-  const std::string line =
-      Fitted("[" + std::string(filled, '#') + std::string(kWidth - filled, '.') + "] " + number +
-                 "%" + (text.empty() ? "" : " ") + text,
-             TerminalWidth() - 1);
+  const std::string line = Fitted("[" + std::string(filled, '#') +
+                                      std::string(static_cast<std::size_t>(width) - filled, '.') +
+                                      "] " + number + "%" + (text.empty() ? "" : " ") + text,
+                                  TerminalWidth() - 1);
   if (line == shown_) return;
   shown_ = line;
   std::fprintf(stderr, "\r%s\x1b[K", line.c_str());

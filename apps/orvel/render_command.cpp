@@ -111,7 +111,8 @@ std::filesystem::path ReportFile(const CommandLine& line, const orvelhost::Rende
   if (!line.Has("report")) return file;
   std::error_code error;
   for (const auto& task : list.tasks) {
-    if (std::filesystem::equivalent(file, task.input, error) || file == task.output) {
+    if (std::filesystem::equivalent(file, task.input, error) ||
+        weakly_canonical(file, error) == weakly_canonical(task.output, error)) {
       throw UsageError("the report would replace " + Quoted(file));
     }
   }

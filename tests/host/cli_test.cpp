@@ -22,6 +22,7 @@ class RenderCliTest : public CliTest {
     WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Sine(0.25)));
     WriteBytes(folder_ / "old.wav", "as it was");
     WriteBytes(folder_ / "text.txt", "no audio\n");
+    std::filesystem::create_symlink(folder_ / "in.wav", folder_ / "link.wav");
   }
 };
 
@@ -56,6 +57,7 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.mp3", 2, ".wav or .flac"},
       {"render in.wav -o old.wav", 2, "exists already"},
       {"render in.wav -o in.wav --force", 2, "same file"},
+      {"render in.wav -o link.wav --force", 2, "same file"},
       {"render in.wav -o out.wav --set volume.Volume=7", 2, "-15 to 6 dB"},
       {"render in.wav -o out.wav --set volume.Loud=7", 2, "volume.Loud"},
       {"render in.wav -o out.wav --set loud.Volume=7", 2, "'loud'"},
@@ -80,7 +82,8 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
     EXPECT_THAT(outcome.errors, HasSubstr(one.message));
     EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 1) << outcome.errors;
     EXPECT_THAT(outcome.output, IsEmpty());
-    EXPECT_THAT(folder_.FileNames(), ::testing::ElementsAre("in.wav", "old.wav", "text.txt"));
+    EXPECT_THAT(folder_.FileNames(),
+                ::testing::ElementsAre("in.wav", "link.wav", "old.wav", "text.txt"));
     EXPECT_EQ(ReadBytes(folder_ / "old.wav"), "as it was");
   }
 }
@@ -99,6 +102,114 @@ TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
   std::filesystem::rename(folder_ / "in.wav", folder_ / "take:12.wav");
   EXPECT_EQ(Run("render take:12.wav -o out.wav").exitCode, 0) << "a colon makes no protocol";
+}
+
+/// The report's value at a path of keys and indices such as "files/0/status".
+std::string At(const teskcore::serialization::JSONValuePtr& report, const std::string& path) {
+  using namespace teskcore::serialization;
+  JSONValuePtr value = report;
+  std::istringstream keys(path);
+  for (std::string key; value && std::getline(keys, key, '/');) {
+    if (const auto* list = boost::any_cast<JSONArray>(value.get())) {
+      const std::size_t index = std::stoul(key);
+      value = index < list->size() ? (*list)[index] : nullptr;
+    } else {
+      value = GetVariantInObject(value, key);
+    }
+  }
+  return value ? GetJSONUTF8String(*value, false) : "nothing";
+}
+
+TEST_F(RenderCliTest, AFolderOfFilesComesOutTheSameHoweverManyJobsThereAre) {
+  const std::vector<std::string> names = {"a\nb.wav", "it's \"so\".flac", "\xe6\x97\xa5.wav"};
+  std::filesystem::create_directories(folder_ / "day" / "deeper");
+  for (const std::string& name : names) {
+    WriteFile(folder_ / "day" / name, Make(44100, 2, 1.0, Noise(0.02)));
+  }
+  WriteFile(folder_ / "day" / "deeper" / "no.wav", Make(44100, 1, 0.1, Noise(0.1)));
+  WriteBytes(folder_ / "day" / "notes.txt", "no audio\n");
+  WriteBytes(folder_ / "day" / ".hidden", "no audio\n");
+  const std::string look = "-m dialog -s loudness.AutoLoudness=1 -s clarity.DynamicsAmount=4 ";
+  const Outcome one = Run("render day in.wav day/../in.wav -o one --jobs 1 " + look);
+  EXPECT_EQ(one.exitCode, 0);
+  EXPECT_THAT(one.errors, HasSubstr("note: left out: cannot read 'day/notes.txt'"));
+  EXPECT_THAT(one.output, HasSubstr("day/a\\nb.wav -> one/a\\nb.wav\n"));
+  EXPECT_EQ(Run("render day in.wav in.wav -qo two --jobs 2 --report r.json " + look).errors, "");
+  const std::vector<std::string> made = {names[0], "in 2.wav", "in.wav", names[1], names[2]};
+  for (const std::string& name : made) {
+    EXPECT_EQ(ReadBytes(folder_ / "one" / name), ReadBytes(folder_ / "two" / name)) << name;
+    EXPECT_GT(ReadFile(folder_ / "one" / name).FrameCount(), 0U) << name;
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "one"), {}), 5);
+
+  const auto report = teskcore::serialization::JSONParse(ReadBytes(folder_ / "r.json"));
+  EXPECT_EQ(At(report, "mode"), "\"dialog\"");
+  EXPECT_EQ(At(report, "preset"), "null");
+  EXPECT_EQ(At(report, "settings/0"), "\"loudness.AutoLoudness=1\"");
+  EXPECT_EQ(At(report, "files/0/input"), "\"day/a\\nb.wav\"");
+  EXPECT_EQ(At(report, "files/0/status"), "\"rendered\"");
+  EXPECT_EQ(At(report, "files/4/output"), "\"two/in 2.wav\"");
+  EXPECT_EQ(At(report, "files/5"), "nothing");
+  EXPECT_NEAR(std::stod(At(report, "files/1/after/integrated_lufs")), -23.0, 0.1);
+  EXPECT_EQ(At(report, "files/1/before/sample_rate"), "44100");
+  EXPECT_EQ(At(report, "files/1/effects/0/effect"), "\"Dynamics\"");
+  EXPECT_EQ(At(report, "files/1/effects/0/parameters/0/unit"), "\"ms\"");
+  EXPECT_THAT(At(report, "skipped/0"), HasSubstr("notes.txt"));
+}
+
+TEST_F(RenderCliTest, WhatFailsInABatchLeavesNothingAndTheRestIsDone) {
+  std::filesystem::create_directory(folder_ / "empty");
+  std::filesystem::create_directory(folder_ / "out");
+  WriteBytes(folder_ / "out" / "old.wav", "as it was");
+  WriteFile(folder_ / "long.wav", Make(44100, 2, 4.0, Noise(0.1)));
+  std::filesystem::copy_file(folder_ / "in.wav", folder_ / "old.wav",
+                             std::filesystem::copy_options::overwrite_existing);
+  const Outcome outcome =
+      Run("render missing.wav text.txt old.wav long.wav in.wav empty -o out --report r.json", "",
+          "ulimit -f 600; ");
+  EXPECT_EQ(outcome.exitCode, 1);
+  for (const char* message :
+       {"'missing.wav': No such", "'text.txt'", "'out/old.wav' exists already",
+        "'out/long.wav': File too large", "'empty' holds no audio"}) {
+    EXPECT_THAT(outcome.errors, HasSubstr(message));
+  }
+  const auto report = teskcore::serialization::JSONParse(ReadBytes(folder_ / "r.json"));
+  EXPECT_THAT(At(report, "files/3/error"), HasSubstr("too large"));
+  EXPECT_EQ(At(report, "files/4/status"), "\"rendered\"");
+  EXPECT_EQ(ReadBytes(folder_ / "out" / "old.wav"), "as it was");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}), 2);
+  EXPECT_EQ(Run("render text.txt missing.wav -o new").exitCode, 1);
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "new")) << "nothing came into it";
+}
+
+TEST_F(RenderCliTest, ADryRunMeasuresAndWritesNothing) {
+  const Outcome outcome =
+      Run("render in.wav -o new/ --dry-run --json --report r.json -m dialog -s "
+          "loudness.AutoLoudness=1");
+  EXPECT_EQ(outcome.exitCode, 0);
+  const auto report = teskcore::serialization::JSONParse(outcome.output);
+  EXPECT_EQ(At(report, "files/0/status"), "\"planned\"");
+  EXPECT_EQ(At(report, "files/0/after"), "null");
+  EXPECT_NEAR(std::stod(At(report, "files/0/loudness/gain_db")) +
+                  std::stod(At(report, "files/0/before/integrated_lufs")),
+              -23.0, 0.1);
+  EXPECT_THAT(Run("render in.wav -o new.wav --dry-run -s volume.Volume=-6").output,
+              ::testing::ContainsRegex("not written\n  Hard Limiter: Ceiling -1.28571 dBFS, Gain"));
+  EXPECT_THAT(folder_.FileNames(),
+              ::testing::ElementsAre("in.wav", "link.wav", "old.wav", "text.txt"));
+}
+
+TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
+  const std::string look = " -q -m dialog -s loudness.AutoLoudness=1";
+  EXPECT_EQ(Run("render in.wav -o file.wav" + look).exitCode, 0);
+  EXPECT_EQ(Run("render /dev/stdin -o pipe.wav" + look, "", "cat in.wav | ").errors, "");
+  EXPECT_EQ(ReadBytes(folder_ / "pipe.wav"), ReadBytes(folder_ / "file.wav"));
+  // The shell's own end of the pipe opens when the program waits for it.
+  const Outcome stopped =
+      Run("render p in.wav -o out --jobs 1 & exec 3>p; kill -INT $!; wait $!;", "", "mkfifo p; ");
+  EXPECT_EQ(stopped.exitCode, 130);
+  EXPECT_THAT(stopped.errors, HasSubstr("stopped; 0 of 2 files"));
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
 }
 
 TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {

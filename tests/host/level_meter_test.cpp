@@ -69,12 +69,18 @@ TEST(LevelMeter, WidthIsTheEnergyOfTheSideAgainstTheMid) {
   EXPECT_FALSE(Measure(Make(48000, 1, 0.1, Sine(0.5))).width.has_value());
 }
 
-TEST(LevelMeter, SilenceMeasuresAsMinusInfinity) {
+TEST(LevelMeter, SilenceAndTheLoudnessAtRatesWithoutAWeightingMeasureAsMinusInfinity) {
   const Levels levels = Measure(Make(48000, 2, 1.0, Sine(0.0)));
   const double infinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(levels.loudness, -infinity);
   EXPECT_EQ(levels.samplePeak, -infinity);
   EXPECT_EQ(levels.truePeak, -infinity);
+  for (const int rate : {1000, 1700, 2000, 3363}) {
+    const Levels slow = Measure(Make(rate, 2, 4.0, Sine(0.5, 100)));
+    EXPECT_EQ(slow.loudness, -infinity) << rate;
+    EXPECT_EQ(slow.loudnessRange, 0.0) << rate;
+  }
+  EXPECT_NEAR(Measure(Make(3364, 2, 4.0, Sine(0.5, 100))).loudness, -6.0, 2.0);
 }
 
 }  // namespace

@@ -205,11 +205,29 @@ TEST_F(RendererTest, AFailureLeavesTheOutputAsItWas) {
   EXPECT_THAT(folder_.FileNames(), ElementsAre("in.wav", "out.wav"));
 }
 
-TEST_F(RendererTest, RefusesToWriteOverTheInputByAnyName) {
-  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.1, Noise(0.5)));
-  std::filesystem::create_symlink(folder_ / "in.wav", folder_ / "link.wav");
-  EXPECT_THROW(RenderWith({}, "in.wav"), AudioError);
-  EXPECT_THROW(RenderWith({}, "link.wav"), AudioError);
+TEST_F(RendererTest, WhatChangesMeanwhileIsAFailureAndIsNotReplaced) {
+  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Noise(0.5)));
+  request_.input = folder_ / "in.wav";
+  request_.output = folder_ / "out.wav";
+  request_.progress = [&](double done) {
+    if (done > 0.5) WriteBytes(folder_ / "out.wav", "another's");
+    return true;
+  };
+  EXPECT_THROW(Render(host_, request_), AudioError);
+  EXPECT_EQ(ReadBytes(folder_ / "out.wav"), "another's");
+  std::filesystem::remove(folder_ / "out.wav");
+  const std::function<void()> changes[] = {
+      [&] { std::filesystem::resize_file(folder_ / "in.wav", 60000); },
+      [&] { std::filesystem::remove(folder_ / "in.wav"); },
+  };
+  for (const auto& change : changes) {
+    request_.progress = [&](double done) {
+      if (done > 0.2 && done < 0.3) change();
+      return true;
+    };
+    EXPECT_THROW(Render(host_, request_), AudioError);
+    EXPECT_THAT(folder_.FileNames(), ::testing::Not(::testing::Contains("out.wav")));
+  }
 }
 
 TEST_F(RendererTest, ProgressRisesToTheEnd) {

@@ -19,11 +19,13 @@ struct Outcome {
 /// Runs the program in a folder of its own.
 class CliTest : public ::testing::Test {
  protected:
-  /// `arguments` goes through the shell; `input` is what the program reads.
-  Outcome Run(const std::string& arguments, const std::string& input = "") {
+  /// `arguments` goes through the shell, and `before` stands before the program there; `input` is
+  /// what it reads.
+  Outcome Run(const std::string& arguments, const std::string& input = "",
+              const std::string& before = "") {
     WriteBytes(folder_ / ".input", input);
-    const std::string command = "cd '" + (folder_ / "").string() + "' && '" ORVEL_CLI "' " +
-                                arguments + " >.output 2>.errors <.input";
+    const std::string command = "cd '" + (folder_ / "").string() + "' && { " + before +
+                                "'" ORVEL_CLI "' " + arguments + "\n} >.output 2>.errors <.input";
     const int status = std::system(command.c_str());  // NOLINT(cert-env33-c)
     const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1,
                           ReadBytes(folder_ / ".output"), ReadBytes(folder_ / ".errors")};
