@@ -186,7 +186,7 @@ class Teller {
     for (const std::string& note : outcome.report.notes) {
       if (line_.IsQuiet()) break;
       const bool isNamed = !isOneOfMany || note.find(name) != std::string::npos;
-      Tell("note: " + (isNamed ? "" : name + ": ") + note);
+      Tell(std::string("note: ").append(isNamed ? "" : name + ": ").append(note));
     }
     if (outcome.status != RenderOutcome::kDone || line_.IsQuiet() || line_.AsJSON()) return;
     if (isOneOfMany || request.isDryRun) {

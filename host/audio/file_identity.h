@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <filesystem>
+#include <tuple>
 
 namespace orvelhost {
 
@@ -14,7 +14,12 @@ struct FileIdentity {
   std::int64_t changeSeconds;  ///< when the content was last written, since 1970
   std::int64_t changeNanoseconds;
 
-  friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+  /// An order to keep them by, without a meaning.
+  friend bool operator<(const FileIdentity& a, const FileIdentity& b) {
+    return std::tie(a.device, a.inode, a.size, a.changeSeconds, a.changeNanoseconds) <
+           std::tie(b.device, b.inode, b.size, b.changeSeconds, b.changeNanoseconds);
+  }
 };
 
 /// Of the file behind the name, through links. Throws AudioError, "cannot read" and why, when there

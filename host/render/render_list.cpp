@@ -87,7 +87,8 @@ std::string OutputNames::Take(const path& source, const std::string& ending) {
   const std::string stem = source.stem().string();
   std::string name = stem + ending;
   for (int number = 2; !given_.insert(name).second; ++number) {
-    name = stem + " " + std::to_string(number) + ending;
+    name = stem + " " + std::to_string(number);
+    name += ending;
   }
   return name;
 }

@@ -34,14 +34,14 @@ for verb in "${verbs[@]}"; do
   # Every long option of the command's help.
   while IFS= read -r option; do
     expect "$option" "$verb" --
-  done < <("$program" "$verb" --help | grep -oE '^  ( *-[a-z], | {4})--[a-z]+' | grep -oE -- '--[a-z]+')
+  done < <("$program" "$verb" --help | grep -oE '^  ( *-[a-z], | {4})--[a-z-]+' | grep -oE -- '--[a-z-]+')
 done
 for action in save remove export import; do
   expect "$action" presets ''
   grep -q "presets $action" "$root/docs/orvel.1" || fault "the manual page lacks 'presets $action'"
   while IFS= read -r option; do
     expect "$option" presets "$action" x --
-  done < <("$program" presets "$action" --help | grep -oE -- '^ +(-[a-z], )?--[a-z]+' | grep -oE -- '--[a-z]+')
+  done < <("$program" presets "$action" --help | grep -oE -- '^ +(-[a-z], )?--[a-z-]+' | grep -oE -- '--[a-z-]+')
 done
 expect dialog sections d
 expect music presets save x --mode m
