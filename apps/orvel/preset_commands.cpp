@@ -9,6 +9,7 @@
 
 #include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
+#include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_import.h"
 #include "host/catalogue/preset_store.h"
@@ -155,13 +156,13 @@ const char* OutcomeName(ImportOutcome outcome) {
 }
 
 JSONValue ToJSON(const std::string& file, const orvelhost::ImportedPreset& imported) {
-  JSONValue entry;
-  AddToObject(entry, "file", JSONValue(file));
-  AddToObject(entry, "name", JSONValue(orvelhost::ShownName(imported.preset.Name)));
-  AddToObject(entry, "guid", JSONValue(imported.preset.Guid.AsUTF8String()));
-  AddToObject(entry, "mode", JSONValue(imported.preset.PresetData.ModeID));
-  AddToObject(entry, "outcome", JSONValue(std::string(OutcomeName(imported.outcome))));
-  if (!imported.reason.empty()) AddToObject(entry, "reason", JSONValue(imported.reason));
+  JSONValue entry =
+      orvelhost::MakeObject({{"file", file},
+                             {"name", orvelhost::ShownName(imported.preset.Name)},
+                             {"guid", imported.preset.Guid.AsUTF8String()},
+                             {"mode", imported.preset.PresetData.ModeID},
+                             {"outcome", std::string(OutcomeName(imported.outcome))}});
+  if (!imported.reason.empty()) AddToObject(entry, "reason", imported.reason);
   return entry;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
 
 namespace orvelhost {
@@ -65,15 +66,13 @@ JSONValue ToJSON(const orvel::UserPreset& preset, const PresetStore& store) {
     }
     AddToObject(sections, ShortSectionName(modelID), section);
   }
-  JSONValue object;
-  AddToObject(object, "name", JSONValue(ShownName(preset.Name)));
-  AddToObject(object, "guid", JSONValue(preset.Guid.AsUTF8String()));
-  AddToObject(object, "mode", JSONValue(preset.PresetData.ModeID));
-  AddToObject(object, "template", JSONValue(ShownName(configuration.Name)));
-  AddToObject(object, "template_guid", JSONValue(configuration.Guid.AsUTF8String()));
-  AddToObject(object, "factory", JSONValue(store.IsFactory(preset)));
-  AddToObject(object, "sections", sections);
-  return object;
+  return MakeObject({{"name", ShownName(preset.Name)},
+                     {"guid", preset.Guid.AsUTF8String()},
+                     {"mode", preset.PresetData.ModeID},
+                     {"template", ShownName(configuration.Name)},
+                     {"template_guid", configuration.Guid.AsUTF8String()},
+                     {"factory", store.IsFactory(preset)},
+                     {"sections", sections}});
 }
 
 std::string ToText(const orvel::ConfigPreset& configuration, const PresetStore& store) {
@@ -92,14 +91,12 @@ JSONValue ToJSON(const orvel::ConfigPreset& configuration, const PresetStore& st
     AddToObject(sections, ShortSectionName(modelID),
                 JSONConvert<orvel::PropList>::ToJSON(settings));
   }
-  JSONValue object;
-  AddToObject(object, "name", JSONValue(ShownName(configuration.Name)));
-  AddToObject(object, "guid", JSONValue(configuration.Guid.AsUTF8String()));
-  AddToObject(object, "mode", JSONValue(configuration.PresetData.ModeID));
-  AddToObject(object, "factory", JSONValue(store.IsFactory(configuration)));
-  AddToObject(object, "presets", JSONValue(CountPresets(configuration, store)));
-  AddToObject(object, "sections", sections);
-  return object;
+  return MakeObject({{"name", ShownName(configuration.Name)},
+                     {"guid", configuration.Guid.AsUTF8String()},
+                     {"mode", configuration.PresetData.ModeID},
+                     {"factory", store.IsFactory(configuration)},
+                     {"presets", CountPresets(configuration, store)},
+                     {"sections", sections}});
 }
 
 }  // namespace orvelhost

@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+#include "apps/orvel/shell_verbs.h"
+#include "host/catalogue/json_values.h"
+#include "host/catalogue/mode_catalogue.h"
+
+namespace orvelcli {
+namespace {
+
+using orvelhost::EditError;
+using orvelhost::SessionEditor;
+
+std::string ModeOf(const orvelhost::SessionClip& held) {
+  std::string mode;
+  held.clip->GetAdjustmentsMode(mode);
+  return orvelhost::IsMode(mode) ? mode : "none";
+}
+
+/// The clips of these numbers, as an array under the key.
+Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>& numbers,
+                     const char* key) {
+  const auto missing = editor.GetSession().FindMissingFiles();
+  const auto selection = editor.GetSelection();
+  Words lines;
+  teskcore::serialization::JSONValue list = teskcore::serialization::JSONArray();
+  for (const std::size_t number : numbers) {
+    const auto& held = editor.GetSession().GetClips()[number - 1];
+    const bool isMissing = std::ranges::find(missing, number - 1) != missing.end();
+    const bool isSelected = std::ranges::find(selection, number) != selection.end();
+    orvel::Guid preset;
+    held.clip->GetUserPresetGuid(preset);
+    lines.push_back(std::to_string(number) + " " + held.clip->GetName() + " (" + ModeOf(held) +
+                    (isMissing ? ", missing" : "") + (isSelected ? ", selected)" : ")"));
+    teskcore::serialization::AppendToArray(
+        list, orvelhost::MakeObject({{"clip", number},
+                                     {"name", held.clip->GetName()},
+                                     {"file", held.source.string()},
+                                     {"mode", ModeOf(held)},
+                                     {"preset_guid", preset.AsUTF8String()},
+                                     {"missing", isMissing},
+                                     {"selected", isSelected}}));
+  }
+  return MakeAnswer(Join(lines), key, list);
+}
+
+std::size_t ReadClipNumber(const std::string& word) {
+  std::size_t number = 0;
+  const auto [end, status] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (status != std::errc() || end != word.data() + word.size()) {
+    throw EditError("'" + word + "' is no number of a clip");
+  }
+  return number;
+}
+
+}  // namespace
+
+Answer AddClips(ShellState& state, const Words& words) {
+  state.editor.AddClips({words.begin(), words.end()});
+  Answer answer = DescribeClips(state.editor, state.editor.GetSelection(), "added");
+  answer.text.insert(0, "added ");
+  return answer;
+}
+
+Answer ListClips(ShellState& state, const Words& /*words*/) {
+  Answer answer = DescribeClips(state.editor, state.editor.GetNumbers(), "clips");
+  if (answer.text.empty()) answer.text = "there are no clips";
+  return answer;
+}
+
+Answer SelectClips(ShellState& state, const Words& words) {
+  std::vector<std::size_t> numbers;
+  if (words == Words{"all"}) {
+    numbers = state.editor.GetNumbers();
+  } else if (words != Words{"none"}) {
+    std::ranges::transform(words, std::back_inserter(numbers), &ReadClipNumber);
+  }
+  state.editor.Select(numbers);
+  Answer answer = DescribeClips(state.editor, state.editor.GetSelection(), "selected");
+  if (answer.text.empty()) answer.text = "nothing is selected";
+  return answer;
+}
+
+Answer SetMode(ShellState& state, const Words& words) {
+  state.editor.SetMode(words.front());
+  return MakeAnswer("mode " + words.front(), "mode", words.front());
+}
+
+}  // namespace orvelcli

@@ -1,0 +1,72 @@
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+#include "apps/orvel/shell_verbs.h"
+#include "host/catalogue/json_values.h"
+
+namespace orvelcli {
+namespace {
+
+using orvelhost::ParameterState;
+using orvelhost::ShownNumber;
+
+double ReadNumber(const std::string& text) {
+  const std::string_view digits = std::string_view(text).substr(text.starts_with('+') ? 1 : 0);
+  double number = 0.0;
+  const auto [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (status != std::errc() || end != digits.data() + digits.size() || !std::isfinite(number)) {
+    throw orvelhost::EditError("'" + text + "' is no number");
+  }
+  return number;
+}
+
+std::string ToText(const ParameterState& state) {
+  return state.name + "=" + ShownNumber(state.value) +
+         (state.mixed ? " (" + ShownNumber(state.least) + " to " + ShownNumber(state.greatest) + ")"
+                      : "");
+}
+
+teskcore::serialization::JSONValue ToJSON(const ParameterState& state) {
+  return orvelhost::MakeObject({{"name", state.name},
+                                {"value", state.value},
+                                {"mixed", state.mixed},
+                                {"least", state.least},
+                                {"greatest", state.greatest},
+                                {"enabled", state.enabled},
+                                {"min", state.min},
+                                {"max", state.max}});
+}
+
+Answer DescribeControl(const ShellState& state, const std::string& name) {
+  const ParameterState now = state.editor.Controls().Get(name);
+  return MakeAnswer(ToText(now), "parameter", ToJSON(now));
+}
+
+}  // namespace
+
+Answer ShowControls(ShellState& state, const Words& words) {
+  const auto controls = state.editor.Controls().GetAll(words.empty() ? "" : words.front());
+  Words texts;
+  for (const ParameterState& control : controls) texts.push_back(ToText(control));
+  return MakeAnswer(Join(texts), "parameters", orvelhost::MakeArray(controls, &ToJSON));
+}
+
+Answer SetControl(ShellState& state, const Words& words) {
+  state.editor.Controls().Set(words[0], ReadNumber(words[1]));
+  return DescribeControl(state, words[0]);
+}
+
+Answer DragControl(ShellState& state, const Words& words) {
+  std::vector<double> values;
+  for (std::size_t i = 1; i < words.size(); ++i) values.push_back(ReadNumber(words[i]));
+  state.editor.Controls().Drag(words[0], values);
+  return DescribeControl(state, words[0]);
+}
+
+Answer OffsetControl(ShellState& state, const Words& words) {
+  state.editor.Controls().Offset(words[0], ReadNumber(words[1]));
+  return DescribeControl(state, words[0]);
+}
+
+}  // namespace orvelcli

@@ -1,0 +1,92 @@
+#include <algorithm>
+
+#include "apps/orvel/interrupt.h"
+#include "apps/orvel/shell_verbs.h"
+#include "host/catalogue/json_values.h"
+#include "host/session/session_renderer.h"
+
+namespace orvelcli {
+
+using orvelhost::MakeArray;
+using orvelhost::MakeObject;
+using teskcore::serialization::AddToObject;
+
+Answer Undo(ShellState& state, const Words& /*words*/) {
+  const std::string name = state.editor.Undo();
+  return MakeAnswer("undid " + name, "undid", name);
+}
+
+Answer Redo(ShellState& state, const Words& /*words*/) {
+  const std::string name = state.editor.Redo();
+  return MakeAnswer("redid " + name, "redid", name);
+}
+
+Answer ShowHistory(ShellState& state, const Words& /*words*/) {
+  const auto& stack = state.editor.GetUndoStack();
+  const Words names = stack.GetStepNames();
+  const auto done = names.begin() + static_cast<std::ptrdiff_t>(stack.GetDoneCount());
+  const std::string text = names.empty() ? "nothing was done" : Join({names.begin(), done});
+  return {done == names.end() ? text : text + "; undone: " + Join({done, names.end()}),
+          MakeObject({{"steps", MakeArray(names)},
+                      {"done", stack.GetDoneCount()},
+                      {"modified", stack.IsModified()}})};
+}
+
+Answer RenderClips(ShellState& state, const Words& words) {
+  const InterruptScope interrupts;
+  const auto rendered =
+      orvelhost::RenderSession(state.host, words.front(), [](double) { return !WasInterrupted(); });
+  Words done;
+  Words faults;
+  teskcore::serialization::JSONValue list = teskcore::serialization::JSONArray();
+  for (const orvelhost::RenderedClip& one : rendered) {
+    auto entry = MakeObject({{"clip", one.number}, {"file", one.output.string()}});
+    if (one.error.empty()) {
+      AddToObject(entry, "notes", MakeArray(one.notes));
+      done.push_back(one.output.string());
+    } else {
+      AddToObject(entry, "error", one.error);
+      faults.push_back(one.error);
+    }
+    teskcore::serialization::AppendToArray(list, entry);
+  }
+  Answer answer = MakeAnswer(done.empty() ? "nothing was rendered" : "rendered " + Join(done),
+                             "rendered", list);
+  if (!faults.empty()) {
+    answer.text += "; " + Join(faults);
+    AddToObject(answer.json, "error", Join(faults));
+    answer.hasFailed = true;
+  }
+  return answer;
+}
+
+Answer SaveSession(ShellState& state, const Words& words) {
+  const std::filesystem::path file =
+      words.empty() ? state.file : std::filesystem::path(words.front());
+  if (file.empty()) throw orvelhost::EditError("the session has no file yet; give one");
+  state.editor.Save(file);
+  state.file = std::filesystem::absolute(file);
+  return MakeAnswer("saved " + file.string(), "saved", file.string());
+}
+
+Answer OpenSession(ShellState& state, const Words& words) {
+  state.editor.Open(words.front());
+  state.file = std::filesystem::absolute(words.front());
+  const auto& session = state.editor.GetSession();
+  Words missing;
+  for (const std::size_t index : session.FindMissingFiles()) {
+    missing.push_back(session.GetClips()[index].source.string());
+  }
+  const std::size_t count = session.GetClips().size();
+  return {
+      "opened " + words.front() + ": " + std::to_string(count) + (count == 1 ? " clip" : " clips") +
+          (missing.empty() ? "" : "; missing: " + Join(missing)),
+      MakeObject({{"opened", words.front()}, {"clips", count}, {"missing", MakeArray(missing)}})};
+}
+
+Answer Quit(ShellState& state, const Words& /*words*/) {
+  state.isOver = true;
+  return {};
+}
+
+}  // namespace orvelcli

@@ -1,0 +1,158 @@
+#include "host/session/control_editor.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "host/catalogue/mode_catalogue.h"
+
+namespace orvelhost {
+namespace {
+
+using Section = boost::intrusive_ptr<orvel::SectionModelInterface>;
+
+constexpr float kSwitchedOn = 0.5f;
+
+std::string ShortName(const Section& section) { return ShortSectionName(section->GetName()); }
+
+bool IsOn(const Section& section, int paramID) {
+  float value = 1.0f;
+  section->GetParamNormalized(paramID, value);
+  return value >= kSwitchedOn;
+}
+
+bool IsEnabled(const Section& section, int paramID) {
+  orvel::SectionDefinition definition;
+  section->GetSectionDefinition(definition);
+  const orvel::ControlDefinition* control = nullptr;
+  std::as_const(definition).GetParamTypeAndControl(paramID, &control);
+  return IsOn(section, definition.GetEnableParam().id) &&
+         (control == nullptr || IsOn(section, control->GetEnableParamID()));
+}
+
+double Physical(const Section& section, int paramID, float normalized) {
+  float physical = 0.0f;
+  section->ToPhysical(paramID, normalized, physical);
+  return static_cast<double>(physical);
+}
+
+/// A model of several clips calls the one first that stands first in memory; people do not.
+float GetFirst(const Session& session, const Section& section, int paramID, float otherwise) {
+  const auto selected = session.GetSelection();
+  if (selected.empty()) return otherwise;
+  const auto& sections = session.GetClips()[selected.front()].clip->AllSectionValues();
+  const auto values = sections.find(section->GetName());
+  const auto place = static_cast<std::size_t>(paramID);
+  return values != sections.end() && place < values->second.size() ? values->second[place]
+                                                                   : otherwise;
+}
+
+ParameterState Describe(const Session& session, const Section& section,
+                        const orvel::ParamDefinition& param) {
+  orvel::modelutils::ValueSummary summary;
+  orvel::modelutils::GetValueSummary(section, param.id, summary);
+  if (summary.mixed) summary.first = GetFirst(session, section, param.id, summary.first);
+  ParameterState state;
+  state.name = ShortName(section) + "." + param.name;
+  state.value = Physical(section, param.id, summary.first);
+  state.mixed = summary.mixed;
+  state.least = Physical(section, param.id, summary.least);
+  state.greatest = Physical(section, param.id, summary.greatest);
+  state.enabled = IsEnabled(section, param.id);
+  state.min = static_cast<double>(param.minValue);
+  state.max = static_cast<double>(param.maxValue);
+  return state;
+}
+
+}  // namespace
+
+std::string ShownNumber(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
+struct ControlEditor::Parameter {
+  Section section;
+  orvel::ParamDefinition definition;
+  std::string name;
+
+  float Normalize(double value) const {
+    const auto single = static_cast<float>(value);
+    if (!(single >= definition.minValue && single <= definition.maxValue) ||
+        (definition.HasFlag(orvel::kParamFlag_TwoValued) && single != definition.minValue &&
+         single != definition.maxValue)) {
+      throw EditError(name + " takes " + ShownNumber(static_cast<double>(definition.minValue)) +
+                      " to " + ShownNumber(static_cast<double>(definition.maxValue)) + ", not " +
+                      ShownNumber(value));
+    }
+    float normalized = 0.0f;
+    section->ToNormalized(definition.id, single, normalized);
+    return normalized;
+  }
+};
+
+std::vector<ParameterState> ControlEditor::GetAll(const std::string& section) const {
+  std::vector<ParameterState> states;
+  std::string names;
+  for (const Section& model : clips_.GetSections()) {
+    names += (names.empty() ? "" : ", ") + ShortName(model);
+    if (!section.empty() && ShortName(model) != section) continue;
+    for (int index = 0; index < model->GetNumParams(); ++index) {
+      states.push_back(Describe(clips_.GetSession(), model, model->GetParamDefinition(index)));
+    }
+  }
+  if (states.empty()) {
+    throw EditError("the mode has no section '" + section + "'; it has " + names);
+  }
+  return states;
+}
+
+ControlEditor::Parameter ControlEditor::Find(const std::string& name) const {
+  for (const Section& model : clips_.GetSections()) {
+    const std::string start = ShortName(model) + ".";
+    for (int index = 0; index < model->GetNumParams(); ++index) {
+      const orvel::ParamDefinition param = model->GetParamDefinition(index);
+      if (start + param.name == name) return {model, param, name};
+    }
+  }
+  throw EditError("no control is called '" + name + "'; show lists them");
+}
+
+ParameterState ControlEditor::Get(const std::string& name) const {
+  const Parameter parameter = Find(name);
+  return Describe(clips_.GetSession(), parameter.section, parameter.definition);
+}
+
+void ControlEditor::Drag(const std::string& name, const std::vector<double>& values) const {
+  const Parameter parameter = Find(name);
+  if (parameter.definition.HasFlag(orvel::kParamFlag_NotStored) &&
+      !parameter.definition.HasFlag(orvel::kParamFlag_Trigger)) {
+    throw EditError(name + " can only be read");
+  }
+  std::vector<float> places;
+  places.reserve(values.size());
+  for (const double value : values) places.push_back(parameter.Normalize(value));
+  if (places.empty()) throw EditError("give a value");
+  const auto action = orvel::CreateSetModelParamAction(
+      parameter.section, parameter.definition.id, places.front(), orvel::UTF8to16("Set " + name));
+  for (const float place : places) {
+    orvel::ChangeActionParamValue(action, place);
+    clips_.Execute(action);
+  }
+}
+
+void ControlEditor::Offset(const std::string& name, double delta) const {
+  const Parameter parameter = Find(name);
+  const double range = static_cast<double>(parameter.definition.maxValue) -
+                       static_cast<double>(parameter.definition.minValue);
+  if (parameter.definition.HasFlag(orvel::kParamFlag_NotStored) || !(range > 0.0)) {
+    throw EditError(name + " cannot be moved");
+  }
+  const double offset = std::clamp(delta / range, -1.0, 1.0);
+  clips_.Execute(orvel::CreateOffsetModelParamAction(parameter.section, parameter.definition.id,
+                                                     static_cast<float>(offset),
+                                                     orvel::UTF8to16("Move " + name)));
+}
+
+}  // namespace orvelhost

@@ -1,0 +1,109 @@
+#include "host/session/template_editor.h"
+
+#include <charconv>
+#include <cstdint>
+#include <system_error>
+
+namespace orvelhost {
+namespace {
+
+using orvel::ConfigPreset;
+
+/// The settings with one number changed, of the type that it has.
+orvel::PropList ChangeSetting(orvel::PropList settings, const std::string& key,
+                              const std::string& text) {
+  const auto read = [&](auto& number) {
+    const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (status != std::errc() || end != text.data() + text.size()) {
+      throw EditError(key + " takes a number, not '" + text + "'");
+    }
+    settings.SetValue(key, number);
+  };
+  float number = 0.0f;
+  std::uint32_t whole = 0;
+  if (settings.GetValue(key, whole)) {
+    read(whole);
+  } else if (settings.GetValue(key, number)) {
+    read(number);
+  } else {
+    std::string keys;
+    for (const auto& [name, value] : settings) {
+      if (value.index() < 2) keys += (keys.empty() ? "" : ", ") + name;  // the numbers
+    }
+    throw EditError("no number to set is called '" + key + "'; there is " +
+                    (keys.empty() ? "none" : keys));
+  }
+  return settings;
+}
+
+}  // namespace
+
+boost::intrusive_ptr<orvel::ConfigPresetsHandler> TemplateEditor::GetHandler() const {
+  return orvel::ConfigurationManager::Get()->GetConfigPresetHandler(clips_.GetMode());
+}
+
+std::vector<ConfigPreset> TemplateEditor::GetAll() const {
+  return clips_.GetStore().GetTemplates(clips_.GetMode());
+}
+
+std::string TemplateEditor::GetState() const {
+  return orvel::UTF16to8(GetHandler()->GetDisplayName());
+}
+
+void TemplateEditor::Select(const std::string& name) const {
+  const auto handler = GetHandler();
+  const ConfigPreset configuration = clips_.GetStore().FindTemplate({name, clips_.GetMode(), {}});
+  if (!handler->Select(configuration.Guid)) throw EditError("the template cannot be selected");
+  clips_.AnnounceOtherSections();
+}
+
+void TemplateEditor::Save(const std::string& name) const {
+  const auto handler = GetHandler();
+  ConfigPreset preset = handler->GetSelectedPreset();
+  if (preset.Name != name || clips_.GetStore().IsFactory(preset))
+    preset.Guid = orvel::Guid::CreateUnique();
+  preset.Name = name;
+  preset.PresetData = handler->GetWorkingData();
+  clips_.GetLog().TakeTraces();
+  std::string cause;
+  switch (handler->CheckPresetName(name, preset.Guid)) {
+    case orvel::PresetNameStatus::kUsable:
+      break;
+    case orvel::PresetNameStatus::kReserved:
+      throw EditError("the name '" + name + "' is reserved");
+    case orvel::PresetNameStatus::kTaken:
+      throw EditError("there is a template of this name");
+    case orvel::PresetNameStatus::kNotAFileName:
+      cause = "the name cannot be that of a folder";
+  }
+  if (!cause.empty() || !handler->Save(preset)) {
+    for (const auto& trace : clips_.GetLog().TakeTraces()) {
+      cause += (cause.empty() ? "" : ": ") + trace;
+    }
+    throw EditError("cannot save the template: " + cause);
+  }
+  clips_.AnnounceOtherSections();
+}
+
+void TemplateEditor::Configure(const std::string& section, const std::string& key,
+                               const std::string& value) const {
+  const std::string mode = clips_.GetMode();
+  const std::string modelID = section.starts_with("model_") ? section : "model_" + section;
+  auto& manager = *orvel::ConfigurationManager::Get();
+  orvel::PropList settings;
+  if (!manager.GetModelConfiguration(mode, modelID, settings)) {
+    throw EditError("the mode " + mode + " configures no section '" + section + "'");
+  }
+  boost::intrusive_ptr<orvel::Action> action;
+  manager.GetSetModelConfigurationAction(mode, modelID, ChangeSetting(settings, key, value),
+                                         action);
+  clips_.Execute(action);
+}
+
+void TemplateEditor::Revert() const {
+  orvel::ConfigurationManager::Get()->RevertCurrentDirtyConfigForMode(clips_.GetMode());
+  clips_.GetUndoStack().MarkModified();
+  clips_.Announce();
+}
+
+}  // namespace orvelhost
