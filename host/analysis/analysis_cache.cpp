@@ -8,22 +8,11 @@
 #include "host/audio/ffmpeg.h"
 #include "host/audio/file_identity.h"
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-extern "C" {
-#include <libavutil/mem.h>
-#include <libavutil/murmur3.h>
-}
-#pragma GCC diagnostic pop
-
 namespace orvelhost {
 namespace {
 
 std::string HashOfBytes(const std::filesystem::path& path) {
-  struct FreeState {
-    void operator()(AVMurMur3* state) const { av_free(state); }
-  };
-  const std::unique_ptr<AVMurMur3, FreeState> state(av_murmur3_alloc());
+  const ffmpeg::HashPtr state(av_murmur3_alloc());
   if (!state) {
     throw std::bad_alloc();
   }

@@ -13,27 +13,18 @@ constexpr double kLoudest = 220.0;   // dBFS; the loudest sample that a reader l
 }  // namespace
 
 DynamicsMeter::DynamicsMeter(const AudioFormat& format)
-    : windowSize_(static_cast<std::size_t>(std::lround(kWindow * format.sampleRate))),
-      levels_(kSilence, kLoudest, 0.1) {}
+    : windows_(format, kWindow), levels_(kSilence, kLoudest, 0.1) {}
 
 void DynamicsMeter::Add(const AudioBlock& block) {
-  for (std::size_t begin = 0; begin < block.FrameCount();) {
-    const std::size_t count = std::min(windowSize_ - filled_, block.FrameCount() - begin);
-    for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-      for (const float sample : block.Channel(channel).subspan(begin, count)) {
-        peak_ = std::max(peak_, std::abs(sample));
-      }
-    }
-    begin += count;
-    filled_ += count;
-    if (filled_ == windowSize_) {
-      if (const double level = 20.0 * std::log10(peak_); level > kSilence) {
-        levels_.Add(level);
-      }
-      peak_ = 0.0f;
-      filled_ = 0;
-    }
-  }
+  windows_.Add(
+      block,
+      [this](std::size_t /*channel*/, std::span<const float> samples) {
+        for (const float sample : samples) peak_ = std::max(peak_, std::abs(sample));
+      },
+      [this] {
+        if (const double level = 20.0 * std::log10(peak_); level > kSilence) levels_.Add(level);
+        peak_ = 0.0f;
+      });
 }
 
 std::optional<DynamicsLevels> DynamicsMeter::Measure() const {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "host/analysis/level_histogram.h"
+#include "host/analysis/window_cutter.h"
 #include "host/audio/audio_block.h"
 
 namespace orvelhost {
@@ -26,8 +27,7 @@ class DynamicsMeter {
   std::optional<DynamicsLevels> Measure() const;
 
  private:
-  std::size_t windowSize_;
-  std::size_t filled_ = 0;
+  WindowCutter windows_;
   float peak_ = 0.0f;
   LevelHistogram levels_;
 };

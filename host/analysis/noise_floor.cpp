@@ -14,33 +14,27 @@ constexpr double kLoudest = 220.0;   // dBFS; the loudest sample that a reader l
 }  // namespace
 
 NoiseFloorMeter::NoiseFloorMeter(const AudioFormat& format)
-    : windowSize_(static_cast<std::size_t>(std::lround(kWindow * format.sampleRate))),
+    : windows_(format, kWindow),
       channels_(static_cast<std::size_t>(format.channelCount)),
       levels_(kSilence, kLoudest, 0.05) {}
 
 void NoiseFloorMeter::Add(const AudioBlock& block) {
-  for (std::size_t begin = 0; begin < block.FrameCount();) {
-    const std::size_t count = std::min(windowSize_ - filled_, block.FrameCount() - begin);
-    for (std::size_t channel = 0; channel < channels_.size(); ++channel) {
-      for (const double sample : block.Channel(static_cast<int>(channel)).subspan(begin, count)) {
-        channels_[channel].value += sample;
-        channels_[channel].square += sample * sample;
-      }
-    }
-    begin += count;
-    filled_ += count;
-    if (filled_ == windowSize_) {
-      if (const double level = WindowLevel(); level > kSilence) {
-        levels_.Add(level);
-      }
-      std::ranges::fill(channels_, Sums());
-      filled_ = 0;
-    }
-  }
+  windows_.Add(
+      block,
+      [this](std::size_t channel, std::span<const float> samples) {
+        for (const double sample : samples) {
+          channels_[channel].value += sample;
+          channels_[channel].square += sample * sample;
+        }
+      },
+      [this] {
+        if (const double level = WindowLevel(windows_.Size()); level > kSilence) levels_.Add(level);
+        std::ranges::fill(channels_, Sums());
+      });
 }
 
-double NoiseFloorMeter::WindowLevel() const {
-  const double count = static_cast<double>(filled_);
+double NoiseFloorMeter::WindowLevel(std::size_t frames) const {
+  const double count = static_cast<double>(frames);
   double power = 0.0;
   for (const Sums& sums : channels_) {
     const double mean = sums.value / count;
@@ -54,7 +48,7 @@ double NoiseFloorMeter::Measure() const {
   if (!levels_.IsEmpty()) {
     return levels_.Quantile(kQuietestPart);
   }
-  const double rest = filled_ > 0 ? WindowLevel() : kSilence;
+  const double rest = windows_.Filled() > 0 ? WindowLevel(windows_.Filled()) : kSilence;
   return rest > kSilence ? rest : -std::numeric_limits<double>::infinity();
 }
 

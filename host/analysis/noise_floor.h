@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/analysis/level_histogram.h"
+#include "host/analysis/window_cutter.h"
 #include "host/audio/audio_block.h"
 
 namespace orvelhost {
@@ -25,10 +26,10 @@ class NoiseFloorMeter {
     double square = 0.0;
   };
 
-  double WindowLevel() const;
+  /// Of so many frames.
+  double WindowLevel(std::size_t count) const;
 
-  std::size_t windowSize_;
-  std::size_t filled_ = 0;
+  WindowCutter windows_;
   std::vector<Sums> channels_;
   LevelHistogram levels_;
 };

@@ -1,7 +1,6 @@
 #include "host/analysis/quietest_stretch.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace orvelhost {
@@ -14,31 +13,26 @@ constexpr double kSilence = 1e-12;  // mean square, -120 dBFS
 }  // namespace
 
 QuietestStretch::QuietestStretch(const AudioFormat& format)
-    : stepSize_(static_cast<std::size_t>(std::lround(kStepSeconds * format.sampleRate))),
+    : steps_(format, kStepSeconds),
       channelCount_(static_cast<std::size_t>(format.channelCount)),
       recent_(1, Step{std::vector<std::vector<double>>(channelCount_), 0.0}),
       quietestEnergy_(std::numeric_limits<double>::infinity()) {}
 
 void QuietestStretch::Add(const AudioBlock& block) {
-  for (std::size_t begin = 0; begin < block.FrameCount();) {
-    Step& step = recent_.back();
-    const std::size_t count =
-        std::min(stepSize_ - step.channels.front().size(), block.FrameCount() - begin);
-    for (std::size_t channel = 0; channel < channelCount_; ++channel) {
-      for (const double sample : block.Channel(static_cast<int>(channel)).subspan(begin, count)) {
-        step.channels[channel].push_back(sample);
-        step.energy += sample * sample;
-      }
-    }
-    begin += count;
-    if (step.channels.front().size() == stepSize_) {
-      EndStep();
-    }
-  }
+  steps_.Add(
+      block,
+      [this](std::size_t channel, std::span<const float> samples) {
+        Step& step = recent_.back();
+        for (const double sample : samples) {
+          step.channels[channel].push_back(sample);
+          step.energy += sample * sample;
+        }
+      },
+      [this] { EndStep(); });
 }
 
 void QuietestStretch::EndStep() {
-  const double samples = static_cast<double>(stepSize_ * channelCount_);
+  const double samples = static_cast<double>(steps_.Size() * channelCount_);
   if (recent_.back().energy < kSilence * samples) {
     recent_.clear();
   }

@@ -3,6 +3,7 @@
 #include <deque>
 #include <vector>
 
+#include "host/analysis/window_cutter.h"
 #include "host/audio/audio_block.h"
 
 namespace orvelhost {
@@ -27,7 +28,7 @@ class QuietestStretch {
 
   void EndStep();
 
-  std::size_t stepSize_;
+  WindowCutter steps_;
   std::size_t channelCount_;
   std::deque<Step> recent_;  ///< the last one is being filled
   std::vector<Step> quietest_;

@@ -7,23 +7,11 @@
 
 #include "host/audio/ffmpeg.h"
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-extern "C" {
-#include <libavutil/mem.h>
-#include <libavutil/tx.h>
-}
-#pragma GCC diagnostic pop
-
 namespace orvelhost {
 namespace {
 
-struct Free {
-  void operator()(void* memory) const { av_free(memory); }
-};
-
 /// Aligned as the transform wants it.
-using Complexes = std::unique_ptr<std::complex<double>[], Free>;
+using Complexes = std::unique_ptr<std::complex<double>[], ffmpeg::FreeMemory>;
 
 Complexes MakeComplexes(std::size_t count) {
   Complexes made(

@@ -13,7 +13,10 @@ extern "C" {
 #include <libavfilter/buffersrc.h>
 #include <libavformat/avformat.h>
 #include <libavutil/channel_layout.h>
+#include <libavutil/mem.h>
+#include <libavutil/murmur3.h>
 #include <libavutil/opt.h>
+#include <libavutil/tx.h>
 #include <libswresample/swresample.h>
 }
 namespace orvelhost::ffmpeg {
@@ -38,12 +41,18 @@ struct FreeByAddress {
   }
 };
 
+/// Frees what the library's memory functions gave.
+struct FreeMemory {
+  void operator()(void* memory) const { av_free(memory); }
+};
+
 using PacketPtr = std::unique_ptr<AVPacket, FreeByAddress<av_packet_free>>;
 using FramePtr = std::unique_ptr<AVFrame, FreeByAddress<av_frame_free>>;
 using DecoderPtr = std::unique_ptr<AVCodecContext, FreeByAddress<avcodec_free_context>>;
 using EncoderPtr = DecoderPtr;
 using DemuxerPtr = std::unique_ptr<AVFormatContext, FreeByAddress<avformat_close_input>>;
 using ResamplerPtr = std::unique_ptr<SwrContext, FreeByAddress<swr_free>>;
+using HashPtr = std::unique_ptr<AVMurMur3, FreeMemory>;
 using GraphPtr = std::unique_ptr<AVFilterGraph, FreeByAddress<avfilter_graph_free>>;
 
 /// A channel layout with an owner. Copies are deep.
