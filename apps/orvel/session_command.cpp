@@ -70,7 +70,7 @@ bool LosesWork(const SessionShell& shell, const std::vector<std::string>& words)
 int RunShell(const Command& command, const CommandLine& line) {
   if (line.Words().size() > 1) throw UsageError("give one session, not several");
   const orvelhost::Host host;
-  SessionShell shell(host);
+  SessionShell shell(host, ShellInput::IsTerminal() ? Pace::kAtOnce : Pace::kReproducible);
   PrintNotes(command, line, host);
   bool allDone = true;
   if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
@@ -82,7 +82,7 @@ int RunShell(const Command& command, const CommandLine& line) {
     if (!SplitWords(text, words)) {
       PrintError(line, "a quote does not end");
       allDone = false;
-    } else if (input.IsTerminal() && !isWarned && LosesWork(shell, words)) {
+    } else if (ShellInput::IsTerminal() && !isWarned && LosesWork(shell, words)) {
       isWarned = true;
       PrintError(line, "the session is not saved; the same command again goes on all the same");
     } else {
@@ -104,6 +104,9 @@ int RunSession(int argc, char** argv) {
       "answered by one line; one that fails by a line that begins with error, and the exit code "
       "is\n"
       "1 at the end. Words with blanks stand in quotes. FILE is a session that was saved.\n"
+      "\n"
+      "What controls have to know of a clip is measured meanwhile. At a terminal the answers tell\n"
+      "what is known by then; from a pipe, show, clips and save wait for it. render always waits.\n"
       "\n" +
       SessionShell::DescribeCommands() +
       "\n"

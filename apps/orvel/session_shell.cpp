@@ -19,6 +19,12 @@ Answer SessionShell::Run(const std::vector<std::string>& words) {
   if (arguments.size() < verb->least || arguments.size() > verb->most) {
     throw EditError("write " + UsageOf(*verb));
   }
+  orvelhost::Session& session = *state_.host.GetSession();
+  if (pace_ == Pace::kAtOnce) {
+    session.TakeMeasurements();
+  } else if (verb->isMeasured) {
+    session.AwaitMeasurements([] { return true; });
+  }
   return verb->run(state_, arguments);
 }
 

@@ -7,11 +7,16 @@
 
 namespace orvelcli {
 
+/// What is measured on clips is measured beside the commands. Somebody at a terminal is answered at
+/// once, by what is known then. For anybody else the same commands have the same answers: they
+/// learn of what was measured when they ask for it, and wait for it then.
+enum class Pace { kAtOnce, kReproducible };
+
 /// The commands of `orvel session`.
 class SessionShell {
  public:
   /// The host must outlive it.
-  explicit SessionShell(const orvelhost::Host& host) : state_{host} {}
+  SessionShell(const orvelhost::Host& host, Pace pace) : state_{host}, pace_(pace) {}
 
   /// Carries out one command, given by its words; none is answered by nothing. Raises
   /// std::runtime_error for one that cannot be carried out; all is as it was then.
@@ -28,6 +33,7 @@ class SessionShell {
 
  private:
   ShellState state_;
+  Pace pace_;
 };
 
 }  // namespace orvelcli

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <system_error>
 
 #include "apps/orvel/shell_verbs.h"
@@ -18,6 +19,19 @@ std::string ModeOf(const orvelhost::SessionClip& held) {
   return orvelhost::IsMode(mode) ? mode : "none";
 }
 
+const char* StatusName(orvelhost::AnalysisStatus status) {
+  return status == orvelhost::kAnalysis_Running ? "running"
+         : status == orvelhost::kAnalysis_Done  ? "done"
+                                                : "none";
+}
+
+std::string MeasuringText(const orvelhost::Session& session, const orvelhost::SessionClip& held) {
+  if (held.clip->MeasurementStatus() != orvelhost::kAnalysis_Running) return "";
+  const double done = session.GetMeasured(held.clip);
+  return ", measuring" +
+         (done < 0.0 ? "" : " " + orvelhost::ShownNumber(std::floor(100.0 * done)) + " %");
+}
+
 /// The clips of these numbers, as an array under the key.
 Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>& numbers,
                      const char* key) {
@@ -32,7 +46,8 @@ Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>
     orvel::Guid preset;
     held.clip->GetUserPresetGuid(preset);
     lines.push_back(std::to_string(number) + " " + held.clip->GetName() + " (" + ModeOf(held) +
-                    (isMissing ? ", missing" : "") + (isSelected ? ", selected)" : ")"));
+                    (isMissing ? ", missing" : "") + MeasuringText(editor.GetSession(), held) +
+                    (isSelected ? ", selected)" : ")"));
     teskcore::serialization::AppendToArray(
         list, orvelhost::MakeObject({{"clip", number},
                                      {"name", held.clip->GetName()},
@@ -40,6 +55,7 @@ Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>
                                      {"mode", ModeOf(held)},
                                      {"preset_guid", preset.AsUTF8String()},
                                      {"missing", isMissing},
+                                     {"analysis", StatusName(held.clip->MeasurementStatus())},
                                      {"selected", isSelected}}));
   }
   return MakeAnswer(Join(lines), key, list);
@@ -84,7 +100,25 @@ Answer SelectClips(ShellState& state, const Words& words) {
 
 Answer SetMode(ShellState& state, const Words& words) {
   state.editor.SetMode(words.front());
-  return MakeAnswer("mode " + words.front(), "mode", words.front());
+  Answer answer = MakeAnswer("mode " + words.front(), "mode", words.front());
+  AddAnalysis(state, answer);
+  return answer;
+}
+
+void AddAnalysis(const ShellState& state, Answer& answer) {
+  const auto& session = state.editor.GetSession();
+  bool isRunning = false;
+  bool isDone = true;
+  for (const std::size_t index : session.GetSelection()) {
+    const auto status = session.GetClips()[index].clip->MeasurementStatus();
+    isRunning |= status == orvelhost::kAnalysis_Running;
+    isDone &= status == orvelhost::kAnalysis_Done;
+  }
+  if (isRunning) answer.text += " (measuring)";
+  teskcore::serialization::AddToObject(answer.json, "analysis",
+                                       StatusName(isRunning ? orvelhost::kAnalysis_Running
+                                                  : isDone  ? orvelhost::kAnalysis_Done
+                                                            : orvelhost::kAnalysis_None));
 }
 
 }  // namespace orvelcli

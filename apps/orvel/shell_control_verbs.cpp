@@ -40,7 +40,9 @@ teskcore::serialization::JSONValue ToJSON(const ParameterState& state) {
 
 Answer DescribeControl(const ShellState& state, const std::string& name) {
   const ParameterState now = state.editor.Controls().Get(name);
-  return MakeAnswer(ToText(now), "parameter", ToJSON(now));
+  Answer answer = MakeAnswer(ToText(now), "parameter", ToJSON(now));
+  AddAnalysis(state, answer);
+  return answer;
 }
 
 }  // namespace
@@ -49,7 +51,9 @@ Answer ShowControls(ShellState& state, const Words& words) {
   const auto controls = state.editor.Controls().GetAll(words.empty() ? "" : words.front());
   Words texts;
   for (const ParameterState& control : controls) texts.push_back(ToText(control));
-  return MakeAnswer(Join(texts), "parameters", orvelhost::MakeArray(controls, &ToJSON));
+  Answer answer = MakeAnswer(Join(texts), "parameters", orvelhost::MakeArray(controls, &ToJSON));
+  AddAnalysis(state, answer);
+  return answer;
 }
 
 Answer SetControl(ShellState& state, const Words& words) {

@@ -43,9 +43,10 @@ char** Complete(const char* start, int /*begin*/, int /*end*/) {
 
 }  // namespace
 
-ShellInput::ShellInput(const Completer& completer)
-    : isTerminal_(isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
-  if (!isTerminal_) return;
+bool ShellInput::IsTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1; }
+
+ShellInput::ShellInput(const Completer& completer) {
+  if (!IsTerminal()) return;
   ActiveCompleter() = completer;
   rl_initialize();
   using_history();
@@ -55,7 +56,7 @@ ShellInput::ShellInput(const Completer& completer)
 ShellInput::~ShellInput() { ActiveCompleter() = {}; }
 
 bool ShellInput::Read(std::string& line) {
-  if (!isTerminal_) return static_cast<bool>(std::getline(std::cin, line));
+  if (!IsTerminal()) return static_cast<bool>(std::getline(std::cin, line));
   char* const text = readline("orvel> ");
   if (text == nullptr) {
     std::cout << "\n";

@@ -18,13 +18,11 @@ class ShellInput {
   ShellInput(const ShellInput&) = delete;
   ShellInput& operator=(const ShellInput&) = delete;
 
-  bool IsTerminal() const { return isTerminal_; }
+  /// Whether a person sits at both ends.
+  static bool IsTerminal();
 
   /// False at the end.
   bool Read(std::string& line);
-
- private:
-  bool isTerminal_;
 };
 
 }  // namespace orvelcli

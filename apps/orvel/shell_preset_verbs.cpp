@@ -39,7 +39,9 @@ Answer TemplateNow(const ShellState& state) {
 Answer ApplyPreset(ShellState& state, const Words& words) {
   state.editor.Presets().Apply(words.front());
   const std::string now = state.editor.Presets().GetState();
-  return MakeAnswer("preset " + now, "preset", now);
+  Answer answer = MakeAnswer("preset " + now, "preset", now);
+  AddAnalysis(state, answer);
+  return answer;
 }
 
 Answer ListPresets(ShellState& state, const Words& /*words*/) {

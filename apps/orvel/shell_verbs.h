@@ -28,10 +28,15 @@ struct ShellVerb {
   std::string_view arguments;  ///< as the help shows them
   std::size_t least;           ///< how many words stand behind it
   std::size_t most;
+  bool isMeasured;  ///< what is measured on clips is in the answer, or in the file
   /// Raises std::runtime_error for what cannot be done; all is as it was then.
   Answer (*run)(ShellState& state, const Words& words);
   std::string_view help;
 };
+
+/// Adds "analysis" to the answer: whether what the selected clips' sections have to know of them is
+/// "running", "done", or "none" because no section asked yet, or nothing could be measured.
+void AddAnalysis(const ShellState& state, Answer& answer);
 
 /// All of them, in the order of the help.
 std::span<const ShellVerb> GetShellVerbs();

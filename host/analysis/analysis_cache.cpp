@@ -66,9 +66,4 @@ std::shared_ptr<AnalysisCache::Entry> AnalysisCache::Find(const std::string& con
   return entry;
 }
 
-void AnalysisCache::Forget(const std::string& contentKey) {
-  const std::lock_guard lock(mutex_);
-  std::erase_if(entries_, [&](const auto& entry) { return entry.first.first == contentKey; });
-}
-
 }  // namespace orvelhost

@@ -33,9 +33,6 @@ class AnalysisCache {
     return std::any_cast<Result>(entry->result);
   }
 
-  /// Drops all results of a content.
-  void Forget(const std::string& contentKey);
-
  private:
   struct Entry {
     std::mutex mutex;

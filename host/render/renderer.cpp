@@ -216,7 +216,8 @@ class Rendering {
         onMainThread_(onMainThread),
         input_(request.input, request.progress),
         file_(input_.Open()),
-        opener_(input_.Opener()) {
+        opener_(input_.Opener()),
+        measurement_(request.measurement) {
     report_.inputFormat = file_.Format();
   }
 

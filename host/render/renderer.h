@@ -19,6 +19,7 @@ struct RenderRequest {
   bool replaceOutput = false;    ///< whether an existing file may be replaced
   bool isDryRun = false;         ///< measures and plans, and writes nothing
   Look look;
+  std::optional<ClipMeasurement> measurement;  ///< of the input; what is not in it is measured
   /// Of the report's analyses, each of which takes time; none leaves them out.
   std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state

@@ -57,12 +57,24 @@ void Clip::RequestMeasurement(bool withRemix) {
 }
 
 void Clip::SetMeasurement(const std::optional<ClipMeasurement>& measurement) {
-  measurement_ = measurement;
-  status_ = measurement ? kAnalysis_Done : kAnalysis_None;
+  if (measurement) {
+    measurement_ = measurement;
+  } else {
+    wantsRemix_ = measurement_ && measurement_->isMapped;
+  }
+  status_ = measurement_ ? kAnalysis_Done : kAnalysis_None;
   measured_();
   if (measurement && wantsRemix_ && !measurement->isMapped) {
     RequestMeasurement(true);  // asked for while the rest was under way
   }
+}
+
+void Clip::ForgetMeasurement() {
+  measurement_.reset();
+  if (status_ == kAnalysis_Done) {
+    status_ = kAnalysis_None;
+  }
+  measured_();
 }
 
 boost::signals2::connection Clip::RegisterForMeasurements(const ChangeSignal::slot_type& slot) {

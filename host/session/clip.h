@@ -47,11 +47,12 @@ class Clip : public orvel::MixTypeClipModelInterface {
   /// For the measurer: whether it has to be mapped for a remix, too.
   bool WantsRemix() const { return wantsRemix_; }
 
-  /// Stores what was measured; none, when that failed or was cancelled, lets it be asked for anew.
+  /// Stores what was measured; none, when that failed or was cancelled, keeps what was known before
+  /// and lets the rest be asked for anew.
   void SetMeasurement(const std::optional<ClipMeasurement>& measurement);
 
-  /// Discards what was measured.
-  void ForgetMeasurement() { SetMeasurement(std::nullopt); }
+  /// Discards what was measured. What is under way goes on.
+  void ForgetMeasurement();
 
   const std::optional<ClipMeasurement>& Measurement() const { return measurement_; }
   /// kAnalysis_None, kAnalysis_Running or kAnalysis_Done.

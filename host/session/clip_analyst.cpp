@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <map>
 #include <mutex>
 #include <thread>
 
-#include "host/analysis/analysis_cache.h"
 #include "host/audio/audio_error.h"
 
 namespace orvelhost {
@@ -26,16 +26,17 @@ struct Job {
 
 class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
  public:
-  void Begin() {
-    thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
-  }
+  Worker(AnalysisCache& cache, const boost::intrusive_ptr<orvel::AsyncEventLoopAdaptor>& loop)
+      : cache_(cache), loop_(loop) {}
 
   void End() {
-    for (const auto& [clip, job] : jobs_) {
-      job->cancelled = true;
+    while (!jobs_.empty()) {
+      Cancel(jobs_.begin()->first);
     }
-    thread_.request_stop();
-    thread_.join();
+    if (thread_.joinable()) {
+      thread_.request_stop();
+      thread_.join();
+    }
   }
 
   void Add(const boost::intrusive_ptr<Clip>& clip, const std::filesystem::path& path) {
@@ -43,12 +44,15 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
     job->path = path;
     job->withRemix = clip->WantsRemix();
     jobs_[clip] = job;
+    if (!thread_.joinable()) {
+      thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    }
     const std::lock_guard lock(mutex_);
     waiting_.push_back(job);
     wake_.notify_one();
   }
 
-  void Cancel(const boost::intrusive_ptr<Clip>& clip) {
+  void Cancel(boost::intrusive_ptr<Clip> clip) {
     if (const auto found = jobs_.find(clip); found != jobs_.end()) {
       found->second->cancelled = true;
       jobs_.erase(found);
@@ -59,6 +63,22 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
   double Done(const boost::intrusive_ptr<Clip>& clip) const {
     const auto found = jobs_.find(clip);
     return found == jobs_.end() ? -1.0 : found->second->done.load();
+  }
+
+  bool IsBusy() const { return !jobs_.empty(); }
+
+  bool Wait(const std::function<bool()>& goOn) {
+    constexpr std::chrono::milliseconds kPatience(50);
+    std::unique_lock lock(mutex_);
+    while (posted_ == told_) {
+      lock.unlock();
+      if (!goOn()) {
+        return false;
+      }
+      lock.lock();
+      ready_.wait_for(lock, kPatience, [this] { return posted_ != told_; });
+    }
+    return true;
   }
 
  private:
@@ -72,22 +92,22 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
       waiting_.pop_front();
       lock.unlock();
       const std::optional<ClipMeasurement> result = Measure(*job);
-      orvel::GetRegisteredMainThread()->Post([worker = weak_from_this(), job, result] {
+      loop_->Post([worker = weak_from_this(), job, result] {
         if (const std::shared_ptr<Worker> alive = worker.lock()) {
           alive->Tell(job, result);
         }
       });
+      lock.lock();
+      ++posted_;
+      ready_.notify_one();
     }
   }
 
   std::optional<ClipMeasurement> Measure(Job& job) {
     try {
-      const std::string work = job.withRemix ? "measurement with remix" : "measurement";
-      return cache_.Get(ContentKey(job.path), work, [&job] {
-        return MeasureClip(OpenerOf(job.path), job.withRemix, [&job](double done) {
-          job.done = done;
-          return !job.cancelled;
-        });
+      return MeasureFile(job.path, job.withRemix, cache_, [&job](double done) {
+        job.done = done;
+        return !job.cancelled;
       });
     } catch (const Cancelled&) {
     } catch (const std::exception&) {  // of the file, or for want of memory
@@ -96,6 +116,10 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
   }
 
   void Tell(const std::shared_ptr<Job>& job, const std::optional<ClipMeasurement>& result) {
+    {
+      const std::lock_guard lock(mutex_);
+      ++told_;
+    }
     const auto found =
         std::ranges::find_if(jobs_, [&](const auto& entry) { return entry.second == job; });
     if (found != jobs_.end()) {  // else it was cancelled
@@ -107,14 +131,20 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
 
   std::map<boost::intrusive_ptr<Clip>, std::shared_ptr<Job>> jobs_;  // of the main thread
 
-  AnalysisCache cache_;
-  std::mutex mutex_;
+  AnalysisCache& cache_;
+  boost::intrusive_ptr<orvel::AsyncEventLoopAdaptor> loop_;
+  std::mutex mutex_;  // for what follows
   std::condition_variable_any wake_;
+  std::condition_variable_any ready_;
+  std::size_t posted_ = 0;  // results
+  std::size_t told_ = 0;    // those of them that the main thread has taken
   std::deque<std::shared_ptr<Job>> waiting_;
   std::jthread thread_;  // the last member, as it uses the others
 };
 
-ClipAnalyst::ClipAnalyst() : worker_(std::make_shared<Worker>()) { worker_->Begin(); }
+ClipAnalyst::ClipAnalyst(AnalysisCache& cache,
+                         const boost::intrusive_ptr<orvel::AsyncEventLoopAdaptor>& loop)
+    : worker_(std::make_shared<Worker>(cache, loop)) {}
 
 ClipAnalyst::~ClipAnalyst() { worker_->End(); }
 
@@ -133,5 +163,9 @@ void ClipAnalyst::Cancel(const boost::intrusive_ptr<Clip>& clip) { worker_->Canc
 double ClipAnalyst::Done(const boost::intrusive_ptr<Clip>& clip) const {
   return worker_->Done(clip);
 }
+
+bool ClipAnalyst::IsBusy() const { return worker_->IsBusy(); }
+
+bool ClipAnalyst::Wait(const std::function<bool()>& goOn) const { return worker_->Wait(goOn); }
 
 }  // namespace orvelhost

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 
+#include "host/analysis/analysis_cache.h"
 #include "host/analysis/audio_source.h"
 #include "host/analysis/clip_analysis.h"
 #include "host/analysis/noise_profile.h"
@@ -26,6 +28,11 @@ EffectContext ContextOf(const AudioFormat& format,
 /// Reads the clip twice, and a third time to map it for a remix. Throws AudioError when reading
 /// fails, and Cancelled.
 ClipMeasurement MeasureClip(const AudioOpener& audio, bool withRemix,
+                            const Progress& progress = {});
+
+/// The same of a file. The cache keeps what each pass found, and saves the pass where it knows the
+/// content already.
+ClipMeasurement MeasureFile(const std::filesystem::path& path, bool withRemix, AnalysisCache& cache,
                             const Progress& progress = {});
 
 }  // namespace orvelhost

@@ -121,15 +121,20 @@ double TargetDuration(const SectionState& state) {
   return state.Physical(Duration::kTargetDuration) / (denominator > 0.0 ? denominator : 1.0);
 }
 
+/// How long the clip can become; what cannot be remixed, as far as is known, stays as long as it
+/// is.
+DurationRange RangeOf(const ClipMeasurement& measurement, bool isStretched) {
+  const double now = measurement.analysis.Duration();
+  if (isStretched) return StretchRange(now);
+  return measurement.remix ? RemixRange(*measurement.remix) : DurationRange{now, now};
+}
+
 void ApplyDuration(SectionState& state) {
   Clip& clip = state.GetClip();
   state.Show(Duration::kSamplerate, clip.Format().sampleRate);
   if (clip.Measurement()) {
-    const ClipMeasurement& measurement = *clip.Measurement();
-    const bool isStretched = state.Normalized(Duration::kMode) >= 0.5f;
-    const DurationRange range = isStretched || !measurement.remix
-                                    ? StretchRange(measurement.analysis.Duration())
-                                    : RemixRange(*measurement.remix);
+    const DurationRange range =
+        RangeOf(*clip.Measurement(), state.Normalized(Duration::kMode) >= 0.5f);
     state.Show(Duration::kMinDuration, range.least);
     state.Show(Duration::kMaxDuration, range.greatest);
   }

@@ -1,11 +1,9 @@
 #include "host/session/session.h"
 
 #include <algorithm>
-#include <optional>
 #include <system_error>
 #include <utility>
 
-#include "host/analysis/audio_source.h"
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_reader.h"
 
@@ -23,23 +21,15 @@ ClipRecord MakeRecord(const SessionClip& held) {
   return record;
 }
 
-/// A clip that is measured when a section needs it, before that goes on: all that is shown of it
-/// then is so.
-SessionClip MakeClip(const std::filesystem::path& source, const AudioFormat& format) {
+}  // namespace
+
+SessionClip Session::MakeClip(const std::filesystem::path& source, const AudioFormat& format) {
   const boost::intrusive_ptr<Clip> clip(new Clip(source.filename().string(), format));
-  clip->SetMeasurer([clip = clip.get(), source] {
-    std::optional<ClipMeasurement> measurement;
-    try {
-      measurement = MeasureClip(OpenerOf(source), clip->WantsRemix());
-    } catch (const AudioError&) {
-      // The file is gone or damaged: the clip is one that is not measured.
-    }
-    clip->SetMeasurement(measurement);
-  });
+  analyst_.Serve(clip, source);
   return {clip, source};
 }
 
-SessionClip MakeClip(const ClipRecord& record) {
+SessionClip Session::MakeClip(const ClipRecord& record) {
   SessionClip held = MakeClip(record.source, record.format);
   const auto& clip = held.clip;
   clip->SetAdjustmentsMode(record.modeID);
@@ -48,8 +38,6 @@ SessionClip MakeClip(const ClipRecord& record) {
   for (const auto& [modelID, values] : record.sections) clip->SectionValues(modelID) = values;
   return held;
 }
-
-}  // namespace
 
 void Session::AddClips(const std::vector<std::filesystem::path>& files) {
   std::vector<SessionClip> added;
@@ -67,6 +55,13 @@ std::vector<std::size_t> Session::FindMissingFiles() const {
     if (!std::filesystem::exists(clips_[i].source, error)) missing.push_back(i);
   }
   return missing;
+}
+
+bool Session::AwaitMeasurements(const std::function<bool()>& goOn) {
+  for (TakeMeasurements(); analyst_.IsBusy(); TakeMeasurements()) {
+    if (!analyst_.Wait(goOn)) return false;
+  }
+  return true;
 }
 
 void Session::Select(const orvel::MixTypeClipModels& clips) {
@@ -99,6 +94,7 @@ SessionDocument Session::GetDocument() const {
 void Session::SetDocument(const SessionDocument& document) {
   documentChanged_(false, true);
   Select(orvel::MixTypeClipModels());
+  for (const SessionClip& held : clips_) analyst_.Cancel(held.clip);
   clips_.clear();
   for (const ClipRecord& record : document.clips) clips_.push_back(MakeClip(record));
   configurations_ = document.configurations;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "host/session/clip.h"
+#include "host/session/clip_analyst.h"
 #include "host/session/session_document.h"
 #include "orvel/orvel.h"
 
@@ -29,6 +31,18 @@ class Session : public orvel::SessionHandlerInterface {
 
   /// The clips whose files are not there, as indices. They keep all that they hold.
   std::vector<std::size_t> FindMissingFiles() const;
+
+  // ---- What sections want to know of their clips is measured on another thread.
+
+  /// Tells the clips what was measured meanwhile. Nothing that was measured changes a clip before.
+  void TakeMeasurements() { results_->Drain(); }
+  /// Waits until all that was asked for is measured, and tells the clips; false when `goOn`, which
+  /// is asked several times a second, gave false before.
+  bool AwaitMeasurements(const std::function<bool()>& goOn);
+  /// How far the measurement of a clip has come, 0..1; -1 when nobody knows.
+  double GetMeasured(const boost::intrusive_ptr<Clip>& clip) const { return analyst_.Done(clip); }
+  /// What is known of contents; for work on other threads, too.
+  AnalysisCache& GetAnalyses() { return analyses_; }
 
   /// Selects exactly these clips and tells so.
   void Select(const orvel::MixTypeClipModels& clips);
@@ -55,12 +69,18 @@ class Session : public orvel::SessionHandlerInterface {
   bool SetConfigurationPresets(const std::vector<orvel::ConfigPreset>& presets) override;
 
  private:
+  SessionClip MakeClip(const std::filesystem::path& source, const AudioFormat& format);
+  SessionClip MakeClip(const ClipRecord& record);
+
   std::vector<SessionClip> clips_;
   orvel::MixTypeClipModels selected_;
   std::vector<orvel::ConfigPreset> configurations_;
   SelectionSignal selectionChanged_;
   SessionSignal sessionChanged_;
   DocumentSignal documentChanged_;
+  AnalysisCache analyses_;
+  boost::intrusive_ptr<orvel::QueuedEventLoop> results_{new orvel::QueuedEventLoop};
+  ClipAnalyst analyst_{analyses_, results_};
 };
 
 }  // namespace orvelhost

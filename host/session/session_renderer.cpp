@@ -9,6 +9,7 @@
 namespace orvelhost {
 namespace {
 
+/// Through models of its sections, which ask for what they have to know of the clip.
 RenderRequest MakeRequest(const SessionClip& held) {
   RenderRequest request;
   request.input = held.source;
@@ -32,19 +33,30 @@ std::vector<RenderedClip> RenderSession(const Host& host, const std::filesystem:
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) throw AudioError("cannot make the folder " + Quoted(folder) + ": " + error.message());
+  Session& session = *host.GetSession();
+  std::vector<RenderRequest> requests;
+  for (const SessionClip& held : session.GetClips()) requests.push_back(MakeRequest(held));
+  session.AwaitMeasurements([&progress] { return !progress || progress(0.0); });
   OutputNames names;
   std::vector<RenderedClip> rendered;
-  for (const SessionClip& held : host.GetSession()->GetClips()) {
+  for (const SessionClip& held : session.GetClips()) {
+    RenderRequest& request = requests[rendered.size()];
     RenderedClip& one = rendered.emplace_back();
     one.number = rendered.size();
     one.output = folder / names.Take(held.source);
+    request.output = one.output;
+    request.progress = progress;
     try {
-      RenderRequest request = MakeRequest(held);
-      request.output = one.output;
-      request.progress = progress;
+      if (const auto& known = held.clip->Measurement()) {
+        // Kept, unless the file has changed since.
+        request.measurement =
+            MeasureFile(held.source, known->isMapped, session.GetAnalyses(), progress);
+      }
       one.notes = Render(host, request).notes;
     } catch (const AudioError& failure) {
       one.error = failure.what();
+    } catch (const Cancelled&) {
+      one.error = "stopped; " + Quoted(one.output) + " was not written";
     }
   }
   return rendered;

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/session/host.h"
 #include "tests/host/support/audio.h"
 
 namespace orvelhost::testing {
@@ -14,66 +13,85 @@ class ClipAnalystTest : public ::testing::Test {
  protected:
   ClipAnalystTest() { WriteFile(folder_ / "in.wav", Make(48000, 1, 4.0, Noise(0.1))); }
 
-  boost::intrusive_ptr<Clip> Served(ClipAnalyst& analyst, const std::string& file) {
-    const boost::intrusive_ptr<Clip> clip(new Clip(file, {48000, 1}));
-    analyst.Serve(clip, folder_ / file);
+  boost::intrusive_ptr<Clip> Served(ClipAnalyst& analyst) {
+    const boost::intrusive_ptr<Clip> clip(new Clip("in.wav", {48000, 1}));
+    analyst.Serve(clip, folder_ / "in.wav");
     return clip;
   }
 
-  /// Runs the main thread's loop until no measurement of the clip is under way.
-  static void Await(const boost::intrusive_ptr<Clip>& clip) {
-    while (clip->MeasurementStatus() == kAnalysis_Running) {
-      if (teskcore::threads::GetDefaultEventLoop()->RunTurn() == 0) {
-        std::this_thread::yield();
-      }
+  void Await(const ClipAnalyst& analyst) {
+    for (loop_->Drain(); analyst.IsBusy(); loop_->Drain()) {
+      EXPECT_TRUE(analyst.Wait([] { return true; }));
     }
   }
 
   TemporaryFolder folder_;
+  AnalysisCache cache_;
+  boost::intrusive_ptr<orvel::QueuedEventLoop> loop_{new orvel::QueuedEventLoop};
+  ClipAnalyst analyst_{cache_, loop_};
 };
 
 TEST_F(ClipAnalystTest, AClipIsToldByTheMainThreadWhatWasMeasured) {
-  ClipAnalyst analyst;
-  const boost::intrusive_ptr<Clip> clip = Served(analyst, "in.wav");
+  const boost::intrusive_ptr<Clip> clip = Served(analyst_);
   std::vector<std::thread::id> told;
   clip->RegisterForMeasurements([&] { told.push_back(std::this_thread::get_id()); });
   clip->RequestMeasurement(false);
   clip->RequestMeasurement(false);
-  Await(clip);
+  EXPECT_TRUE(analyst_.Wait([] { return true; }));
+  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_Running) << "until the loop runs";
+  Await(analyst_);
   ASSERT_TRUE(clip->Measurement());
   EXPECT_EQ(clip->Measurement()->analysis.frameCount, 192000);
   EXPECT_TRUE(clip->Measurement()->noise);
   EXPECT_EQ(told, std::vector(2, std::this_thread::get_id())) << "under way, and done";
-  EXPECT_EQ(analyst.Done(clip), -1.0);
+  EXPECT_EQ(analyst_.Done(clip), -1.0);
 }
 
 TEST_F(ClipAnalystTest, WhatWasCancelledIsNeverToldAndCanBeAskedForAgain) {
-  ClipAnalyst analyst;
-  const boost::intrusive_ptr<Clip> first = Served(analyst, "in.wav");
-  const boost::intrusive_ptr<Clip> second = Served(analyst, "in.wav");
+  const boost::intrusive_ptr<Clip> first = Served(analyst_);
+  const boost::intrusive_ptr<Clip> second = Served(analyst_);
   first->RequestMeasurement(false);
-  analyst.Cancel(first);
+  EXPECT_FALSE(analyst_.Wait([] { return false; }));
+  analyst_.Cancel(first);
   EXPECT_EQ(first->MeasurementStatus(), kAnalysis_None);
   second->RequestMeasurement(false);
-  Await(second);
+  Await(analyst_);
   EXPECT_TRUE(second->Measurement());
   EXPECT_FALSE(first->Measurement());
   first->RequestMeasurement(false);
   first->RequestMeasurement(true);
-  Await(first);
+  Await(analyst_);
   EXPECT_TRUE(first->Measurement()->isMapped) << "also when it is asked for while under way";
+}
+
+TEST_F(ClipAnalystTest, WhatIsKnownStaysWhenMoreIsCancelledOrFails) {
+  const boost::intrusive_ptr<Clip> clip = Served(analyst_);
+  clip->RequestMeasurement(false);
+  Await(analyst_);
+  clip->RequestMeasurement(true);
+  analyst_.Cancel(clip);
+  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_Done);
+  EXPECT_EQ(clip->Measurement()->analysis.frameCount, 192000);
+  std::filesystem::remove(folder_ / "in.wav");
+  clip->RequestMeasurement(true);
+  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_Running) << "it is asked for again";
+  Await(analyst_);
+  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_Done);
+  EXPECT_FALSE(clip->Measurement()->isMapped);
+  clip->ForgetMeasurement();
+  EXPECT_FALSE(clip->Measurement());
 }
 
 TEST_F(ClipAnalystTest, AnAnalystMayEndBeforeItsWorkAndItsClips) {
   boost::intrusive_ptr<Clip> clip;
   {
-    ClipAnalyst analyst;
-    clip = Served(analyst, "in.wav");
+    ClipAnalyst analyst(cache_, loop_);
+    clip = Served(analyst);
     clip->RequestMeasurement(false);
   }
-  teskcore::threads::GetDefaultEventLoop()->Drain();
+  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
+  loop_->Drain();
   EXPECT_FALSE(clip->Measurement());
-  clip->ForgetMeasurement();
   clip->RequestMeasurement(false);
   EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
 }

@@ -229,6 +229,9 @@ TEST_F(ClipSectionModelTest, TheDurationIsAFractionOfSecondsWithinWhatTheClipCan
   clip_->SetMeasurement(Measured(-30, -10, std::nullopt));
   EXPECT_NEAR(Physical(model, Duration::kMinDuration), 2.5, 0.01);
   EXPECT_NEAR(Physical(model, Duration::kMaxDuration), 40.0, 0.01);
+  set(Duration::kMode, 0.0f);
+  EXPECT_NEAR(Physical(model, Duration::kMinDuration), 10.0, 0.01) << "no remix can be made of it";
+  EXPECT_NEAR(Physical(model, Duration::kMaxDuration), 10.0, 0.01);
   EXPECT_NEAR(Physical(model, Duration::kSamplerate), 48000.0, 1.0);
 }
 
