@@ -9,8 +9,8 @@ namespace orvelhost {
 namespace {
 
 constexpr double kFade = 0.02;     // seconds
-constexpr double kPreRoll = 0.25;  // seconds, and as long as the chain's tail goes on
-constexpr double kHistory = 16.0;  // seconds: the longest tail
+constexpr double kPreRoll = 0.25;  // seconds, and what the chain's filters hold of the sound
+constexpr double kHistory = 32.0;  // seconds: the longest tail is the reverb's, of 30.2
 
 /// The part of the block from `begin` on.
 AudioBlock From(const AudioBlock& block, std::size_t begin) {
@@ -35,7 +35,8 @@ void LiveChain::Change(const std::vector<FilterSpec>& filters) {
   if (graph.OutputFormat().channelCount != OutputFormat().channelCount) {
     throw AudioError("cannot change the number of channels while audio runs");
   }
-  const std::int64_t preRoll = std::llround(kPreRoll * format_.sampleRate) + TailOf(filters);
+  const std::int64_t preRoll =
+      std::llround(kPreRoll * format_.sampleRate) + DelayOf(filters) + TailOf(filters);
   std::int64_t place = historyBegin_;
   std::int64_t begin = -1;
   for (const AudioBlock& block : history_) {

@@ -6,6 +6,7 @@
 
 #include "host/audio/audio_error.h"
 #include "host/effects/effect_filters.h"
+#include "host/effects/filter_specs.h"
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
 
@@ -20,7 +21,7 @@ const Chain kQuieter = {{"volume", {{"volume", "0.5"}}}};
 AudioBlock RunLive(const AudioBlock& in, const Chain& first, const std::vector<Chain>& changes,
                    std::size_t pieceSize = 441) {
   LiveChain live(in.Format(), first);
-  AudioBlock out(live.OutputFormat(), in.FrameCount() + 20 * 44100);
+  AudioBlock out(live.OutputFormat(), in.FrameCount() + 40 * 44100);
   std::size_t done = 0;
   const auto pull = [&] {
     for (AudioBlock block; live.Pull(block); done += block.FrameCount()) {
@@ -111,14 +112,34 @@ TEST(LiveChain, AChangeBeforeTheLastOneIsFadedInDoesNotClickEither) {
   EXPECT_LT(largestStep, 0.02);
 }
 
-TEST(LiveChain, AReverbThatComesInHasItsTailOfWhatWasHeardBefore) {
-  const AudioBlock in =
-      Make(44100, 1, 2.0, [](double time, int) { return time < 0.05 ? 0.5 : 0.0; });
+TEST(LiveChain, AFilterThatComesInHasHeardWhatWasBefore) {
   const Chain reverb =
       Effect(teskaudiofilters::kStudioReverbID, {0, 0.3f, 1, 0, 0, 0.5f, 0.6f, 0, 0.5f, 1, 1});
-  const AudioBlock changed = RunLive(in, {}, {{}, {}, {}, {}, {}, {}, {}, {}, {}, reverb});
-  const AudioBlock always = RunFilters(in, reverb);
-  EXPECT_NEAR(RmsInDb(Between(changed, 1.2, 1.8)), RmsInDb(Between(always, 1.2, 1.8)), 0.5);
+  const Chain longest =
+      Effect(teskaudiofilters::kStudioReverbID, {1, 1, 1, 0, 0, 1, 0.6f, 0, 0.5f, 0, 1});
+  const Chain sharp =
+      FirFilter({.points = {{0, -80}, {440, -80}, {441, 0}, {442, -80}}, .length = 96000}, 44100);
+  const struct {
+    const char* name;
+    Chain chain;
+    double burst;  // seconds that the tone lasts
+    std::size_t tenths;
+  } cases[] = {{"a tail", reverb, 0.05, 10},
+               {"the longest tail", longest, 2.0, 195},
+               {"a long response", sharp, 9.0, 20}};
+  for (const auto& one : cases) {
+    const double end = 0.1 * static_cast<double>(one.tenths);
+    const AudioBlock in = Make(44100, 1, end + 1.0, [&](double time, int channel) {
+      return time < one.burst ? Sine(0.5, 441.0)(time, channel) : 0.0;
+    });
+    std::vector<Chain> changes(one.tenths);
+    changes.back() = one.chain;
+    const AudioBlock changed = RunLive(in, {}, changes);
+    const AudioBlock always = RunFilters(in, one.chain);
+    EXPECT_NEAR(RmsInDb(Between(changed, end + 0.03, end + 0.1)),
+                RmsInDb(Between(always, end + 0.03, end + 0.1)), 0.5)
+        << one.name;
+  }
 }
 
 TEST(LiveChain, ARefusedChangeLeavesTheOldChainRunning) {
