@@ -1,11 +1,14 @@
 #include "host/audio/temporary_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <random>
 #include <string>
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/audio/audio_error.h"
@@ -16,6 +19,23 @@ namespace {
 [[noreturn]] void Fail(const std::filesystem::path& target, int cause) {
   throw AudioError("cannot write " + Quoted(target) + ": " +
                    std::generic_category().message(cause));
+}
+
+/// How the names of a target's passing files begin; digits follow. Of a long name a part is enough.
+std::string PrefixOf(const std::filesystem::path& target) {
+  constexpr std::size_t kLongest = 200;  // bytes, of the 255 that a name may have
+  return "." + target.filename().string().substr(0, kLongest) + ".orvel-";
+}
+
+/// Who writes a passing file holds a lock on it, which ends with the process, wherever that ran. No
+/// lock can be had where the file system has none, nor for a file that is just being cleared.
+bool IsLockRefused(int descriptor) {
+  return flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+bool IsRemoved(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && status.st_nlink == 0;
 }
 
 std::filesystem::path FolderOf(const std::filesystem::path& target) {
@@ -32,15 +52,41 @@ int RenameToNew(const std::filesystem::path& from, const std::filesystem::path& 
 
 }  // namespace
 
+void TemporaryFile::ClearAbandoned(const std::filesystem::path& target) {
+  const std::string prefix = PrefixOf(target);
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(FolderOf(target), error), end;
+       !error && entry != end; entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    if (!name.starts_with(prefix) ||
+        !std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end(),
+                     [](char c) { return c >= '0' && c <= '9'; })) {
+      continue;
+    }
+    const int descriptor = open(entry->path().c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0) continue;
+    // Without locks nobody knows whose it is.
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) unlink(entry->path().c_str());
+    close(descriptor);
+  }
+}
+
 TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(target) {
+  ClearAbandoned(target);
   std::random_device random;
   // Another program may hold the name, so a few are tried. The mode leaves the rest to the umask.
   constexpr int kTries = 16;
   for (int tries = 0; tries < kTries && descriptor_ < 0; ++tries) {
-    path_ = FolderOf(target) / std::string(".orvel-").append(std::to_string(random()));
+    path_ = FolderOf(target) / PrefixOf(target).append(std::to_string(random()));
     descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor_ < 0 && errno != EEXIST) {
       break;
+    }
+    // Between its making and its lock it looked abandoned.
+    if (descriptor_ >= 0 && (IsLockRefused(descriptor_) || IsRemoved(descriptor_))) {
+      close(descriptor_);
+      descriptor_ = -1;
+      errno = EBUSY;
     }
   }
   if (descriptor_ < 0) {

@@ -5,10 +5,15 @@
 namespace orvelhost {
 
 /// A file under a passing name beside `target` that takes the target's name when it is complete.
-/// Whatever goes wrong before that leaves the target as it was, and the folder without the file.
+/// Whatever goes wrong before that leaves the target as it was, and the folder without the file. A
+/// process that is killed leaves the file, until somebody writes to the same target, or clears it.
 class TemporaryFile {
  public:
-  /// Creates the file. Throws AudioError when the folder is missing or not writable.
+  /// Removes what killed processes have left for `target`; passing files that are in use stay.
+  static void ClearAbandoned(const std::filesystem::path& target);
+
+  /// Creates the file, and clears those that were abandoned. Throws AudioError when the folder is
+  /// missing or not writable.
   explicit TemporaryFile(const std::filesystem::path& target);
   /// Removes the file unless it was committed.
   ~TemporaryFile();

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "host/audio/audio_error.h"
+#include "host/audio/temporary_file.h"
 #include "host/session/text_file.h"
 
 namespace orvelhost {
@@ -242,6 +243,7 @@ void WriteSession(const SessionDocument& document, const fs::path& file) {
 }
 
 SessionDocument ReadSession(const fs::path& file) {
+  TemporaryFile::ClearAbandoned(file);
   std::string text;
   try {
     text = ReadTextFile(file);

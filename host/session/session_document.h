@@ -48,8 +48,9 @@ std::string FormatSession(const SessionDocument& document, const std::filesystem
 /// the format.
 SessionDocument ParseSession(const std::string& text, const std::filesystem::path& folder);
 
-/// The same with a file, which is replaced whole or not at all. Messages name the file. Raise
-/// SessionError, and AudioError when it cannot be written.
+/// The same with a file, which is replaced whole or not at all; what a process that was killed
+/// while it saved has left beside the file is cleared. Messages name the file. Raise SessionError,
+/// and AudioError when it cannot be written.
 void WriteSession(const SessionDocument& document, const std::filesystem::path& file);
 SessionDocument ReadSession(const std::filesystem::path& file);
 

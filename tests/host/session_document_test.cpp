@@ -1,17 +1,17 @@
 #include "host/session/session_document.h"
 
-#include <csignal>
 #include <map>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sched.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "host/audio/audio_error.h"
+#include "host/audio/temporary_file.h"
 #include "host/session/host.h"
 #include "tests/host/support/audio.h"
+#include "tests/support/kill_while.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -185,25 +185,39 @@ TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
   const std::string old = FormatSession({}, folder_ / "");
   const std::string next = FormatSession(session_.GetDocument(), folder_ / "");
   WriteSession({}, file_);
-  for (int round = 0; round < 40; ++round) {
+  const auto names = folder_.FileNames();
+  TemporaryFile other(file_);  // of another program that saves just now
+  std::size_t left = 0;
+  for (int round = 0; round < 60; ++round) {
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      for (bool isNext = true;; isNext = !isNext) {
-        WriteSession(isNext ? session_.GetDocument() : SessionDocument(), file_);
-        if (write(pipe[1], "x", 1) != 1) _exit(1);
-      }
-    }
-    char byte;
-    for (int saves = 0; saves <= round % 3; ++saves) ASSERT_EQ(read(pipe[0], &byte, 1), 1);
-    for (int turns = 0; turns < round * 50; ++turns) sched_yield();
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    orvel::test::KillWhile(
+        [&] {
+          for (bool isNext = true;; isNext = !isNext) {
+            WriteSession(isNext ? session_.GetDocument() : SessionDocument(), file_);
+            if (write(pipe[1], "x", 1) != 1) _exit(1);
+          }
+        },
+        [&] {
+          char byte;
+          for (int saves = 0; saves <= round % 3; ++saves) ASSERT_EQ(read(pipe[0], &byte, 1), 1);
+          for (int turns = 0; turns < round * 30; ++turns) sched_yield();
+        });
     close(pipe[0]);
     close(pipe[1]);
     EXPECT_THAT(ReadBytes(file_), ::testing::AnyOf(old, next)) << round;
+    left += folder_.FileNames().size() - names.size() - 1;
+    if (round % 2 == 0) {
+      ReadSession(file_);
+    } else {
+      WriteSession({}, file_);
+    }
+    EXPECT_EQ(folder_.FileNames().size(), names.size() + 1) << "what the kill left is cleared";
   }
+  EXPECT_GT(left, 10u) << "the kills come while a file is written";
+  other.Commit();
+  EXPECT_EQ(folder_.FileNames(), names);
+  EXPECT_EQ(ReadBytes(file_), "");
 }
 
 TEST_F(SessionTest, AFileThatCannotBeReadOrWrittenIsNamed) {

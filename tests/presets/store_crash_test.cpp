@@ -1,14 +1,13 @@
 // A process that changes the preset folder is killed at any instant. What it had reported as done
 // is there afterwards, and nothing is broken.
 
-#include <csignal>
 #include <cstdio>
 #include <random>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/kill_while.h"
 #include "tests/support/preset_store.h"
 #include "tests/support/small_factory.h"
 
@@ -175,22 +174,6 @@ void Follow(int pipe, std::size_t count, Model& model, std::vector<Step>& open) 
 
 class StoreCrashTest : public PresetStore {
  protected:
-  // Runs `work` in a process, which `observe` outlives, and kills it.
-  template <typename Work, typename Observe>
-  static void KillWhile(Work work, Observe observe) {
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      work();
-      for (;;) pause();
-    }
-    observe();
-    kill(child, SIGKILL);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFSIGNALED(status)) << "the process gave up by itself";
-  }
-
   // As a person does whose save was cut short. Two presets may bear the name until then.
   static void Repeat(const Step& save, PresetsCache& cache) {
     for (const auto& preset : UsersOf(cache, save.config)) {
