@@ -12,6 +12,8 @@ namespace {
 
 using orvelhost::EditError;
 using orvelhost::SessionEditor;
+using teskcore::serialization::AddToObject;
+using teskcore::serialization::AppendToArray;
 
 std::string ModeOf(const orvelhost::SessionClip& held) {
   std::string mode;
@@ -34,7 +36,7 @@ std::string MeasuringText(const orvelhost::Session& session, const orvelhost::Se
 
 /// The clips of these numbers, as an array under the key.
 Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>& numbers,
-                     const char* key) {
+                     const char* key, bool withAnalysis = false) {
   const auto missing = editor.GetSession().FindMissingFiles();
   const auto selection = editor.GetSelection();
   Words lines;
@@ -46,17 +48,18 @@ Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>
     orvel::Guid preset;
     held.clip->GetUserPresetGuid(preset);
     lines.push_back(std::to_string(number) + " " + held.clip->GetName() + " (" + ModeOf(held) +
-                    (isMissing ? ", missing" : "") + MeasuringText(editor.GetSession(), held) +
+                    (isMissing ? ", missing" : "") +
+                    (withAnalysis ? MeasuringText(editor.GetSession(), held) : "") +
                     (isSelected ? ", selected)" : ")"));
-    teskcore::serialization::AppendToArray(
-        list, orvelhost::MakeObject({{"clip", number},
-                                     {"name", held.clip->GetName()},
-                                     {"file", held.source.string()},
-                                     {"mode", ModeOf(held)},
-                                     {"preset_guid", preset.AsUTF8String()},
-                                     {"missing", isMissing},
-                                     {"analysis", StatusName(held.clip->MeasurementStatus())},
-                                     {"selected", isSelected}}));
+    auto entry = orvelhost::MakeObject({{"clip", number},
+                                        {"name", held.clip->GetName()},
+                                        {"file", held.source.string()},
+                                        {"mode", ModeOf(held)},
+                                        {"preset_guid", preset.AsUTF8String()},
+                                        {"missing", isMissing},
+                                        {"selected", isSelected}});
+    if (withAnalysis) AddToObject(entry, "analysis", StatusName(held.clip->MeasurementStatus()));
+    AppendToArray(list, entry);
   }
   return MakeAnswer(Join(lines), key, list);
 }
@@ -80,7 +83,7 @@ Answer AddClips(ShellState& state, const Words& words) {
 }
 
 Answer ListClips(ShellState& state, const Words& /*words*/) {
-  Answer answer = DescribeClips(state.editor, state.editor.GetNumbers(), "clips");
+  Answer answer = DescribeClips(state.editor, state.editor.GetNumbers(), "clips", true);
   if (answer.text.empty()) answer.text = "there are no clips";
   return answer;
 }
@@ -115,10 +118,10 @@ void AddAnalysis(const ShellState& state, Answer& answer) {
     isDone &= status == orvelhost::kAnalysis_Done;
   }
   if (isRunning) answer.text += " (measuring)";
-  teskcore::serialization::AddToObject(answer.json, "analysis",
-                                       StatusName(isRunning ? orvelhost::kAnalysis_Running
-                                                  : isDone  ? orvelhost::kAnalysis_Done
-                                                            : orvelhost::kAnalysis_None));
+  AddToObject(answer.json, "analysis",
+              StatusName(isRunning ? orvelhost::kAnalysis_Running
+                         : isDone  ? orvelhost::kAnalysis_Done
+                                   : orvelhost::kAnalysis_None));
 }
 
 }  // namespace orvelcli

@@ -1,89 +1,28 @@
 #include <algorithm>
-#include <sstream>
 
 #include <gmock/gmock.h>
 
-#include "orvel/orvel.h"
-#include "tests/host/support/cli.h"
+#include "tests/host/support/shell.h"
 
 namespace orvelhost::testing {
 namespace {
 
-using teskcore::serialization::GetVariantInObject;
-using teskcore::serialization::JSONArray;
-using teskcore::serialization::JSONParse;
-using teskcore::serialization::JSONToFloat;
-using teskcore::serialization::JSONValuePtr;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 /// A folder with two recordings, and presets of its own.
-class SessionCommandTest : public CliTest {
+class SessionCommandTest : public ShellTest {
  protected:
   SessionCommandTest() {
     WriteFile(folder_ / "a b.wav", Make(44100, 2, 0.1, Sine(0.25)));
     WriteFile(folder_ / "c.wav", Make(44100, 2, 0.1, Sine(0.5)));
   }
-
-  /// The answers to the commands, which stand a line each.
-  std::vector<std::string> Answers(const std::string& commands, int exitCode = 0,
-                                   const std::string& options = "") {
-    const Outcome outcome = Run("--prefs own session " + options, commands);
-    EXPECT_EQ(outcome.exitCode, exitCode) << outcome.output;
-    EXPECT_THAT(outcome.errors, IsEmpty());
-    std::vector<std::string> lines;
-    std::istringstream stream(outcome.output);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-  }
-
-  std::string LastAnswer(const std::string& commands, int exitCode = 0,
-                         const std::string& options = "") {
-    const auto lines = Answers(commands, exitCode, options);
-    return lines.empty() ? "" : lines.back();
-  }
 };
 
 constexpr char kTwoDialogs[] = "add 'a b.wav' c.wav\nmode dialog\n";
-
-TEST_F(SessionCommandTest, ADayIsUndoneToItsStartAndSavedAndOpenedTheSame) {
-  const std::string work = std::string(kTwoDialogs) +
-                           "preset 'Podcast Voice'\n"
-                           "set volume.Volume -3\n"
-                           "select 1\n"
-                           "set volume.Volume 2\n"
-                           "select all\n"
-                           "offset volume.Volume 0.5\n"
-                           "drag clarity.EQAmount 1 2 3.5 4\n"
-                           "configure volume MaxGain 4\n";
-  EXPECT_EQ(LastAnswer(work + "history"),
-            "Set Mode dialog, Preset Podcast Voice, Set volume.Volume, Set volume.Volume, "
-            "Move volume.Volume, Set clarity.EQAmount, Configure Orvel Template");
-  const auto undone = Answers(work +
-                                  "show\nundo\nundo\nundo\nundo\nundo\nundo\nundo\nundo\nclips\n"
-                                  "redo\nredo\nredo\nredo\nredo\nredo\nredo\nredo\nshow",
-                              1);
-  ASSERT_EQ(undone.size(), 29u);
-  EXPECT_EQ(undone[18], "error: there is nothing to undo");
-  EXPECT_EQ(undone[19], "1 a b.wav (none, selected), 2 c.wav (none, selected)");
-  EXPECT_EQ(undone[27], "error: there is nothing to redo");
-  EXPECT_EQ(undone[28], undone[10]);
-  EXPECT_THAT(undone[28], HasSubstr("clarity.EQAmount=4, "));
-
-  const std::string questions = "clips\nshow\npresets\ntemplates\n";
-  auto before = Answers(work + "save day.orvelsession\n" + questions);
-  auto after = Answers("open day.orvelsession\n" + questions);
-  before.erase(before.begin(), before.end() - 4);
-  EXPECT_EQ(std::vector(after.begin() + 1, after.end()), before);
-  EXPECT_EQ(LastAnswer("undo", 1, "day.orvelsession"), "error: there is nothing to undo");
-  const std::string saved = ReadBytes(folder_ / "day.orvelsession");
-  EXPECT_THAT(LastAnswer("save", 0, "day.orvelsession"), EndsWith("/day.orvelsession"));
-  EXPECT_EQ(ReadBytes(folder_ / "day.orvelsession"), saved);
-}
 
 TEST_F(SessionCommandTest, AWholeSessionMovesToAnotherMachine) {
   Answers(std::string(kTwoDialogs) +
@@ -181,35 +120,6 @@ TEST_F(SessionCommandTest, ATerminalCompletesAndUnsavedWorkIsNotLostUnasked) {
   ASSERT_NE(first, std::string::npos);
   EXPECT_NE(outcome.output.find("error: the session is not saved", first + 1), std::string::npos)
       << "another command came between";
-}
-
-TEST_F(SessionCommandTest, InJsonEachAnswerIsAnObject) {
-  const auto answers = Answers(std::string(kTwoDialogs) +
-                                   "select 1\n"
-                                   "set volume.Volume -6\n"
-                                   "select 1 2\n"
-                                   "show volume\n"
-                                   "frobnicate\n"
-                                   "clips\n",
-                               1, "--json");
-  std::vector<JSONValuePtr> objects;
-  for (const auto& answer : answers) objects.push_back(JSONParse(answer));
-  ASSERT_EQ(objects.size(), 8u);
-  const auto& parameters =
-      boost::any_cast<const JSONArray&>(*GetVariantInObject(objects[5], "parameters"));
-  ASSERT_EQ(parameters.size(), 3u);
-  const auto& volume = parameters[2];
-  EXPECT_EQ(boost::any_cast<std::string>(*GetVariantInObject(volume, "name")), "volume.Volume");
-  EXPECT_TRUE(boost::any_cast<bool>(*GetVariantInObject(volume, "mixed")));
-  EXPECT_FALSE(boost::any_cast<bool>(*GetVariantInObject(volume, "enabled")));
-  const std::pair<const char*, float> numbers[] = {
-      {"least", -6.0f}, {"greatest", 0.0f}, {"min", -15.0f}, {"max", 6.0f}};
-  for (const auto& [key, number] : numbers) {
-    EXPECT_NEAR(JSONToFloat(*GetVariantInObject(volume, key)), number, 1e-5) << key;
-  }
-  EXPECT_THAT(boost::any_cast<std::string>(*GetVariantInObject(objects[6], "error")),
-              HasSubstr("'frobnicate'"));
-  EXPECT_EQ(boost::any_cast<const JSONArray&>(*GetVariantInObject(objects[7], "clips")).size(), 2u);
 }
 
 TEST_F(SessionCommandTest, ACommandThatFailsChangesNothingAndTheShellGoesOn) {

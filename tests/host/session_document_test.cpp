@@ -16,9 +16,7 @@
 namespace orvelhost::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 
 const orvel::Guid kPreset("11111111-1adc-44a9-a6eb-5490f965859b");
@@ -131,55 +129,6 @@ class SessionTest : public ::testing::Test {
   Host host_;
   Session& session_ = *host_.GetSession();
 };
-
-TEST_F(SessionTest, ASessionThatIsOpenedAgainIsTheSame) {
-  const SessionDocument document = session_.GetDocument();
-  EXPECT_EQ(document.clips.front().type, orvel::type_dialog) << "the mode's";
-  EXPECT_EQ(document.configurations.size(), 4u) << "each mode's is current";
-  WriteSession(document, file_);
-  session_.SetDocument({});
-  EXPECT_THAT(session_.GetClips(), IsEmpty());
-  EXPECT_THAT(session_.GetSelectedMixTypeClipModels(), IsEmpty());
-  session_.SetDocument(ReadSession(file_));
-  ExpectEqual(session_.GetDocument(), document);
-  EXPECT_EQ(session_.GetSelectedMixTypeClipModels().size(), 2u);
-  EXPECT_EQ(session_.GetClips()[1].clip->Format(), (AudioFormat{48000, 1, 4}));
-}
-
-TEST_F(SessionTest, AudioFilesThatAreGoneAreReportedAndKept) {
-  WriteSession(session_.GetDocument(), file_);
-  std::filesystem::remove(folder_ / "a.wav");
-  session_.SetDocument(ReadSession(file_));
-  EXPECT_THAT(session_.FindMissingFiles(), ElementsAre(0u));
-  EXPECT_EQ(session_.GetDocument().clips.size(), 2u);
-  EXPECT_THROW(session_.AddClips({folder_ / "b.flac", folder_ / "a.wav"}), AudioError);
-  EXPECT_EQ(session_.GetClips().size(), 2u) << "all or none";
-}
-
-TEST_F(SessionTest, TheTemplatesOfADocumentComeAlong) {
-  auto& manager = *orvel::ConfigurationManager::Get();
-  SessionDocument document = session_.GetDocument();
-  auto& foreign = document.configurations.at(1);  // by the mode ids: ambience, dialog
-  ASSERT_EQ(foreign.PresetData.ModeID, "dialog");
-  foreign.Guid = kPreset;
-  foreign.Name = "Studio";
-  foreign.PresetData.Models.at("model_volume").SetValue("Marker", 7.0f);
-  WriteSession(document, file_);
-  session_.SetDocument(ReadSession(file_));
-  EXPECT_EQ(manager.GetCurrentConfigGuidForMode("dialog"), kPreset);
-  orvel::PropList volume;
-  float marker = 0.0f;
-  manager.GetModelConfiguration("dialog", "model_volume", volume);
-  EXPECT_TRUE(volume.GetValue("Marker", marker));
-
-  // What is configured now is what would be saved now, and goes with the document.
-  volume.SetValue("Marker", 8.0f);
-  EXPECT_TRUE(manager.SetModelConfiguration("dialog", "model_volume", volume));
-  EXPECT_THAT(FormatSession(session_.GetDocument(), "/"), HasSubstr("\"value\": 8\r"));
-  session_.SetDocument({});
-  manager.GetModelConfiguration("dialog", "model_volume", volume);
-  EXPECT_FALSE(volume.GetValue("Marker", marker));
-}
 
 TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
   const std::string old = FormatSession({}, folder_ / "");
