@@ -111,14 +111,6 @@ std::vector<std::string> UndoStack::GetStepNames() const {
   return names;
 }
 
-std::string UndoStack::GetUndoName() const {
-  return done_ == 0 ? "" : orvel::UTF16to8(steps_[done_ - 1]->GetUndoDescription());
-}
-
-std::string UndoStack::GetRedoName() const {
-  return done_ == steps_.size() ? "" : orvel::UTF16to8(steps_[done_]->GetRedoDescription());
-}
-
 void UndoStack::Clear() {
   if (isRunning_) return;
   steps_.clear();

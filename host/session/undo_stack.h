@@ -40,10 +40,6 @@ class UndoStack : public orvel::ActionExecutor {
   std::vector<std::string> GetStepNames() const;
   std::size_t GetDoneCount() const { return done_; }
 
-  /// "Undo ..." and "Redo ..." as a menu shows them; empty when there is nothing to.
-  std::string GetUndoName() const;
-  std::string GetRedoName() const;
-
   /// Forgets all steps: a document was opened.
   void Clear();
 

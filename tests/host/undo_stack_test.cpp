@@ -60,25 +60,6 @@ class UndoStackTest : public ::testing::Test {
   boost::intrusive_ptr<UndoStack> stack_{new UndoStack};
 };
 
-TEST_F(UndoStackTest, StepsGoBackAndForthByName) {
-  Add(1, u"One");
-  Add(2, u"Two");
-  EXPECT_EQ(stack_->GetUndoName(), "Undo Two");
-  EXPECT_EQ(stack_->GetRedoName(), "");
-  EXPECT_TRUE(stack_->Undo());
-  EXPECT_TRUE(stack_->Undo());
-  EXPECT_FALSE(stack_->Undo());
-  EXPECT_EQ(number_, 0);
-  EXPECT_EQ(stack_->GetRedoName(), "Redo One");
-  EXPECT_TRUE(stack_->Redo());
-  EXPECT_EQ(number_, 1);
-  Add(10, u"Ten");
-  EXPECT_FALSE(stack_->Redo()) << "another way was taken";
-  EXPECT_THAT(stack_->GetStepNames(), ElementsAre("One", "Ten"));
-  EXPECT_EQ(stack_->GetDoneCount(), 2u);
-  EXPECT_EQ(scopes_, "[][][][][][]");
-}
-
 TEST_F(UndoStackTest, ADragIsOneStep) {
   Add(1);
   const auto drag = Add(2);
