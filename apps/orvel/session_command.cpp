@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <system_error>
 
 #include "apps/orvel/command.h"
@@ -27,14 +28,6 @@ std::string OneLine(std::string text) {
   return text;
 }
 
-void PrintAnswer(const CommandLine& line, const Answer& answer) {
-  if (line.AsJSON()) {
-    std::cout << GetJSONUTF8String(answer.json, false) << std::endl;
-  } else if (!line.IsQuiet()) {
-    std::cout << OneLine(answer.text) << std::endl;
-  }
-}
-
 void PrintError(const CommandLine& line, const std::string& error) {
   if (line.AsJSON()) {
     JSONValue object;
@@ -42,6 +35,17 @@ void PrintError(const CommandLine& line, const std::string& error) {
     std::cout << GetJSONUTF8String(object, false) << std::endl;
   } else {
     std::cout << "error: " << OneLine(error) << std::endl;
+  }
+}
+
+/// Raises std::runtime_error for what JSON cannot say.
+void PrintAnswer(const CommandLine& line, const Answer& answer) {
+  if (line.AsJSON()) {
+    const std::string text = GetJSONUTF8String(answer.json, false);
+    if (text.empty()) throw std::runtime_error("the answer holds a number that is not finite");
+    std::cout << text << std::endl;
+  } else if (!line.IsQuiet()) {
+    std::cout << OneLine(answer.text) << std::endl;
   }
 }
 

@@ -1,6 +1,7 @@
 #include "host/session/template_editor.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <system_error>
 
@@ -14,7 +15,8 @@ orvel::PropList ChangeSetting(orvel::PropList settings, const std::string& key,
                               const std::string& text) {
   const auto read = [&](auto& number) {
     const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (status != std::errc() || end != text.data() + text.size()) {
+    if (status != std::errc() || end != text.data() + text.size() ||
+        !std::isfinite(static_cast<double>(number))) {
       throw EditError(key + " takes a number, not '" + text + "'");
     }
     settings.SetValue(key, number);

@@ -144,6 +144,7 @@ TEST_F(SessionCommandTest, ACommandThatFailsChangesNothingAndTheShellGoesOn) {
       {"save-template ''", "needs a name"},
       {"configure volume Gain 3", "MaxGain, MinGain"},
       {"configure volume MaxGain loud", "'loud'"},
+      {"configure volume MaxGain nan", "'nan'"},
       {"configure pan MaxGain 3", "'pan'"},
       {"configure loudness LoudnessStandard -1", "'-1'"},
       {"show pan", "no section 'pan'"},
