@@ -7,7 +7,7 @@ namespace orvelhost {
 ClipMeter::ClipMeter(const AudioFormat& format, AnalysisDetail detail)
     : format_(format), levels_(format) {
   if (detail == AnalysisDetail::kAll) {
-    finders_.emplace(NoiseFloorMeter(format), HumFinder(format), DynamicsMeter(format));
+    finders_ = Finders{NoiseFloorMeter(format), HumFinder(format), DynamicsMeter(format)};
   }
 }
 
