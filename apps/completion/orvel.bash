@@ -21,7 +21,7 @@ _orvel() {
   case $prev in
     --mode | -m) mapfile -t COMPREPLY < <(compgen -W "$modes" -- "$cur"); return ;;
     --prefs) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    --log | --output | -o | --report) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    --log | --output | -o | --report | --picture) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
   esac
   if [ "$cword" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W 'analyze render modes sections presets templates session --help --version' -- "$cur")
@@ -30,7 +30,7 @@ _orvel() {
   if [[ $cur == -* ]]; then
     local options='--help --quiet --prefs --log'
     case "$verb $action" in
-      render*) options+=' --json --output --mode --template --preset --set --report --jobs --dry-run --force' ;;
+      render*) options+=' --json --output --mode --template --preset --set --report --picture --jobs --dry-run --force' ;;
       sections*) options+=' --json --template' ;;
       'presets save') options+=' --json --mode --from --set --template --force' ;;
       'presets remove') options+=' --json --mode --template' ;;

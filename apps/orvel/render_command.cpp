@@ -224,6 +224,35 @@ JSONValue MakeReport(const std::vector<RenderRequest>& requests,
   return asked;
 }
 
+/// What is asked for, as a line for the picture.
+std::string Caption(const CommandLine& line, const orvelhost::Look& look) {
+  std::string caption = look.mode;
+  const auto add = [&caption](const std::string& text, const char* separator) {
+    if (!text.empty()) caption += (caption.empty() ? "" : separator) + text;
+  };
+  add(line.Value("template"), " \u00b7 ");
+  add(look.preset ? orvelhost::EnglishName(look.preset->Name) : "", " \u00b7 ");
+  const char* separator = " \u00b7 ";
+  for (const std::string& setting : line.Values("set")) {
+    add(setting, separator);
+    separator = ", ";
+  }
+  return caption;
+}
+
+/// The folder of the pictures, when there are several outputs. Raises UsageError when it is none.
+std::filesystem::path PictureFolder(const CommandLine& line, const orvelhost::RenderList& list) {
+  const std::filesystem::path folder = line.Value("picture");
+  if (folder.empty() || list.folder.empty()) return {};
+  std::error_code error;
+  if (folder.extension() == ".png" ||
+      (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error))) {
+    throw UsageError("where the output is a folder the pictures go into one, too, and " +
+                     Quoted(folder) + " is none");
+  }
+  return folder;
+}
+
 std::vector<RenderRequest> MakeRequests(const orvelhost::RenderList& list, const CommandLine& line,
                                         const orvelhost::Look& look) {
   RenderRequest request;
@@ -235,10 +264,17 @@ std::vector<RenderRequest> MakeRequests(const orvelhost::RenderList& list, const
   } else if (line.IsQuiet()) {
     request.detail = std::nullopt;
   }
+  const std::filesystem::path pictureFolder = PictureFolder(line, list);
+  request.picture = line.Value("picture");
+  request.pictureCaption = Caption(line, look);
+  orvelhost::OutputNames pictures;
   std::vector<RenderRequest> requests;
   for (const auto& task : list.tasks) {
     request.input = task.input;
     request.output = task.output;
+    if (!pictureFolder.empty()) {
+      request.picture = pictureFolder / pictures.Take(task.output, ".png");
+    }
     requests.push_back(request);
   }
   return requests;
@@ -273,6 +309,7 @@ int RenderAll(const Command& command, const CommandLine& line) {
   for (const std::string& fault : list.faults) teller.Tell(fault);
   const bool isDryRun = line.Has("dry-run");
   const OutputFolder folder(isDryRun ? "" : list.folder);
+  const OutputFolder pictureFolder(isDryRun ? "" : PictureFolder(line, list));
   const auto outcomes = orvelhost::RenderBatch(
       host, requests, jobCount,
       {[&teller](std::size_t index, const RenderOutcome& one) { teller.Finish(index, one); },
@@ -309,8 +346,8 @@ std::string DescribeSettable(const CommandLine& line) {
 const Command kRender = {
     "orvel render",
     "Usage: orvel render FILE... -o OUT [--mode MODE [--template NAME] [--preset PRESET]]\n"
-    "                    [--set SECTION.PARAMETER=VALUE]... [--report FILE] [--jobs N]\n"
-    "                    [--dry-run] [--force] [--json] [--quiet]\n"
+    "                    [--set SECTION.PARAMETER=VALUE]... [--report FILE]\n"
+    "                    [--picture PNG] [--jobs N] [--dry-run] [--force] [--json] [--quiet]\n"
     "\n"
     "Reads the audio of each FILE (WAV, FLAC, MP3, Ogg, a video and more), applies the preset and\n"
     "the sections that are set, writes the result and prints what was measured before and after.\n"
@@ -333,10 +370,12 @@ const Command kRender = {
     "      --report FILE  writes a JSON file: what was measured of each file before and after, "
     "and\n"
     "                     what was done\n"
+    "      --picture PNG  draws waveform, loudness and spectrum before and after; where OUT is a\n"
+    "                     folder, PNG names one, too, and each output has its picture in it\n"
     "      --jobs N       renders N files at a time, else as many as there are processors; the\n"
     "                     same files come out whatever N is\n"
-    "      --dry-run      measures, and prints what would be done; writes nothing, no report "
-    "either\n"
+    "      --dry-run      measures, and prints what would be done; writes nothing,\n"
+    "                     no report and no picture either\n"
     "  -f, --force        replaces files that exist\n"
     "  -j, --json         prints the report\n"
     "  -q, --quiet        prints nothing but errors and warnings\n"
@@ -349,6 +388,7 @@ const Command kRender = {
      {"template", 0, true},
      {"set", 's', true},
      {"report", 0, true},
+     {"picture", 0, true},
      {"jobs", 0, true},
      {"dry-run", 0, false},
      {"force", 'f', false}},

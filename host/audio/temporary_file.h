@@ -20,6 +20,9 @@ class TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
+  /// The name that the file takes.
+  const std::filesystem::path& Target() const { return target_; }
+
   /// The open file, for reading and writing; owned by this object.
   int Descriptor() const { return descriptor_; }
 

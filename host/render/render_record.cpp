@@ -102,6 +102,9 @@ JSONValue ToJSON(const RenderRequest& request, const RenderOutcome& outcome) {
   JSONValue object;
   AddToObject(object, "input", JSONValue(input));
   AddToObject(object, "output", JSONValue(output));
+  AddToObject(
+      object, "picture",
+      request.picture.empty() ? JSONValue(G_NullType) : JSONValue(request.picture.string()));
   AddToObject(object, "status", JSONValue(std::string(StatusOf(request, outcome))));
   AddToObject(object, "error", isDone ? JSONValue(G_NullType) : JSONValue(outcome.error));
   JSONValue notes = JSONArray();

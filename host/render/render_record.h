@@ -5,11 +5,11 @@
 
 namespace orvelhost {
 
-/// What became of one file, as JSON: `input`, `output`, `status` ("rendered", "planned", "failed"
-/// or "stopped"), `error` and `notes`; unless it failed, what was measured, `before` and `after`,
-/// with the keys of an analysis, and what was done: `effects` in their order, each with its
-/// parameters in physical units, `loudness`, `duration_s` and `pan`. Null is what was not measured
-/// or not done.
+/// What became of one file, as JSON: `input`, `output`, `picture`, `status` ("rendered", "planned",
+/// "failed" or "stopped"), `error` and `notes`; unless it failed, what was measured, `before` and
+/// `after`, with the keys of an analysis, and what was done: `effects` in their order, each with
+/// its parameters in physical units, `loudness`, `duration_s` and `pan`. Null is what was not
+/// measured or not done.
 teskcore::serialization::JSONValue ToJSON(const RenderRequest& request,
                                           const RenderOutcome& outcome);
 

@@ -14,7 +14,10 @@
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_writer.h"
 #include "host/audio/filter_graph.h"
+#include "host/audio/temporary_file.h"
 #include "host/effects/effect_catalogue.h"
+#include "host/picture/portrait_collector.h"
+#include "host/picture/render_picture.h"
 #include "host/render/input_file.h"
 #include "host/session/effect_chain.h"
 #include "host/timing/remix.h"
@@ -154,35 +157,55 @@ AudioOpener InTime(const EffectChain& chain, const ClipMeasurement& measurement,
   };
 }
 
-/// Reads the source to its end, past the meter unless there is none.
-void Drain(AudioSource& source, std::optional<ClipMeter>& meter, const Progress& progress) {
-  ProgressingReader reader(source, progress);
-  for (AudioBlock block; reader.Read(block);) {
+/// What is measured of a stream that passes.
+struct Witnesses {
+  std::optional<ClipMeter> meter;
+  std::optional<PortraitCollector> portrait;
+
+  void Add(const AudioBlock& block) {
     if (meter) meter->Add(block);
+    if (portrait) portrait->Add(block);
   }
+};
+
+/// Reads the source to its end.
+void Drain(AudioSource& source, Witnesses& witnesses, const Progress& progress) {
+  ProgressingReader reader(source, progress);
+  for (AudioBlock block; reader.Read(block);) witnesses.Add(block);
 }
 
-/// Sends the source through the graph into the writer, and past the meters that there are.
-std::int64_t Stream(AudioSource& source, std::optional<ClipMeter>& before, FilterGraph& graph,
-                    std::optional<ClipMeter>& after, AudioWriter& writer,
-                    const Progress& progress) {
+/// Sends the source through the graph into the writer.
+std::int64_t Stream(AudioSource& source, Witnesses& before, FilterGraph& graph, Witnesses& after,
+                    AudioWriter& writer, const Progress& progress) {
   ProgressingReader reader(source, progress);
   std::int64_t frameCount = 0;
   const auto writeReady = [&] {
     for (AudioBlock ready; graph.Pull(ready);) {
-      if (after) after->Add(ready);
+      after.Add(ready);
       writer.Write(ready);
       frameCount += static_cast<std::int64_t>(ready.FrameCount());
     }
   };
   for (AudioBlock block; reader.Read(block);) {
-    if (before) before->Add(block);
+    before.Add(block);
     graph.Push(block);
     writeReady();
   }
   graph.Finish();
   writeReady();
   return frameCount;
+}
+
+/// Why a new file cannot have this name, in one line; empty when it can.
+std::string FindNameFault(const std::filesystem::path& file, bool replaces) {
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error)) {
+    return Quoted(file) + " is a folder";
+  }
+  if (!replaces && std::filesystem::exists(file, error)) {
+    return Quoted(file) + " exists already";
+  }
+  return "";
 }
 
 }  // namespace
@@ -196,13 +219,14 @@ std::string FindOutputFault(const RenderRequest& request) {
   if (std::filesystem::equivalent(request.input, request.output, error)) {
     return "input and output are the same file, " + name;
   }
-  if (std::filesystem::is_directory(request.output, error)) {
-    return name + " is a folder";
+  if (const std::string fault = FindNameFault(request.output, request.replaceOutput);
+      !fault.empty() || request.picture.empty()) {
+    return fault;
   }
-  if (!request.replaceOutput && std::filesystem::exists(request.output, error)) {
-    return name + " exists already";
+  if (request.picture.extension() != ".png") {
+    return "the picture's name must end in .png, not as in " + Quoted(request.picture);
   }
-  return "";
+  return FindNameFault(request.picture, request.replaceOutput);
 }
 
 namespace {
@@ -217,6 +241,7 @@ class Rendering {
         input_(request.input, request.progress),
         file_(input_.Open()),
         opener_(input_.Opener()),
+        detail_(HasPicture() ? AnalysisDetail::kAll : request.detail),
         measurement_(request.measurement) {
     report_.inputFormat = file_.Format();
   }
@@ -237,8 +262,11 @@ class Rendering {
     if (const Progress progress = steps.Next(); request_.isDryRun || chain.Duration()) {
       Drain(file_, before_, progress);
     }
-    if (!request_.isDryRun) Write(graph, steps.Next());
-    if (before_) report_.before = before_->Measure();
+    if (request_.isDryRun) {
+      MeasureBefore();
+    } else {
+      Write(graph, steps.Next());
+    }
     std::erase(report_.notes, "");
     std::ranges::copy(file_.Notes(), std::back_inserter(report_.notes));
     return report_;
@@ -257,10 +285,15 @@ class Rendering {
   void Measure(const Progress& progress) {
     if (needsMeasurement_) {
       measurement_ = MeasureClip(opener_, needsRemixMap_, progress);
-      if (request_.detail) report_.before = measurement_->analysis;
+      if (detail_) report_.before = measurement_->analysis;
       Plan();
     }
-    if (request_.detail && !report_.before) before_.emplace(report_.inputFormat, *request_.detail);
+    if (detail_ && !report_.before) before_.meter.emplace(report_.inputFormat, *detail_);
+    if (HasPicture()) before_.portrait.emplace(report_.inputFormat);
+  }
+
+  void MeasureBefore() {
+    if (before_.meter) report_.before = before_.meter->Measure();
   }
 
   void FitDuration(const Progress& progress) {
@@ -288,18 +321,36 @@ class Rendering {
 
   void Write(FilterGraph& graph, const Progress& progress) {
     AudioWriter writer(request_.output, report_.outputFormat);
-    std::optional<ClipMeter> after;
-    if (request_.detail) after.emplace(report_.outputFormat, *request_.detail);
+    std::optional<TemporaryFile> picture;
+    Witnesses after;
+    if (detail_) after.meter.emplace(report_.outputFormat, *detail_);
+    if (HasPicture()) {
+      picture.emplace(request_.picture);
+      after.portrait.emplace(report_.outputFormat);
+    }
     if (report_.chain.Duration()) {
-      std::optional<ClipMeter> none;
+      Witnesses none;
       report_.frameCount = Stream(*inTime_(), none, graph, after, writer, progress);
     } else {
       report_.frameCount = Stream(file_, before_, graph, after, writer, progress);
     }
-    if (after) report_.after = after->Measure();
+    MeasureBefore();
+    if (after.meter) report_.after = after.meter->Measure();
+    if (picture) {
+      DrawRenderPicture({.title = request_.input.filename().string() + " \u2192 " +
+                                  request_.output.filename().string(),
+                         .subtitle = request_.pictureCaption,
+                         .before = {before_.portrait->Finish(), *report_.before},
+                         .after = {after.portrait->Finish(), *report_.after},
+                         .loudness = report_.chain.Loudness()},
+                        *picture);
+    }
     input_.CheckUnchanged();
     writer.Commit(request_.replaceOutput);
+    if (picture) picture->Commit(request_.replaceOutput);
   }
+
+  bool HasPicture() const { return !request_.picture.empty() && !request_.isDryRun; }
 
   const Host& host_;
   const RenderRequest& request_;
@@ -307,11 +358,12 @@ class Rendering {
   InputFile input_;
   FileSource file_;
   AudioOpener opener_;
+  std::optional<AnalysisDetail> detail_;
   AudioOpener inTime_;
   bool needsMeasurement_ = false;
   bool needsRemixMap_ = false;
   std::optional<ClipMeasurement> measurement_;
-  std::optional<ClipMeter> before_;
+  Witnesses before_;
   RenderReport report_;
 };
 

@@ -15,12 +15,14 @@ namespace orvelhost {
 
 struct RenderRequest {
   std::filesystem::path input;
-  std::filesystem::path output;  ///< .wav or .flac
-  bool replaceOutput = false;    ///< whether an existing file may be replaced
-  bool isDryRun = false;         ///< measures and plans, and writes nothing
+  std::filesystem::path output;   ///< .wav or .flac
+  bool replaceOutput = false;     ///< whether existing files may be replaced
+  std::filesystem::path picture;  ///< .png, of the sound before and after; empty for none
+  std::string pictureCaption;     ///< a line that tells what was done; may be empty
+  bool isDryRun = false;          ///< measures and plans, and writes nothing
   Look look;
   std::optional<ClipMeasurement> measurement;  ///< of the input; what is not in it is measured
-  /// Of the report's analyses, each of which takes time; none leaves them out.
+  /// Of the report's analyses, each of which takes time; none leaves them out. A picture has all.
   std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state
   /// its length; false stops the work. May be empty.
@@ -51,8 +53,8 @@ using MainThreadCaller = std::function<void(const std::function<void()>& call)>;
 /// target. An input that is a pipe is copied first.
 ///
 /// All calls of the library go through `onMainThread`, so that renders run side by side. Throws
-/// AudioError, with the output as it was before and nothing left behind, also for an input that
-/// changes meanwhile, and Cancelled.
+/// AudioError, with output and picture as they were before and nothing left behind, also for an
+/// input that changes meanwhile, and Cancelled.
 RenderReport Render(const Host& host, const RenderRequest& request,
                     const MainThreadCaller& onMainThread);
 

@@ -21,11 +21,27 @@ std::string Cell(double value, bool withSign) {
   return text.str();
 }
 
-std::string Row(const char* name, double before, double after) {
+std::string Line(const std::string& name, const std::string& before, const std::string& after,
+                 const std::string& change) {
   std::ostringstream text;
-  text << std::left << std::setw(22) << name << std::right << std::setw(9) << Cell(before, false)
-       << std::setw(9) << Cell(after, false) << std::setw(9) << Cell(after - before, true) << "\n";
+  text << std::left << std::setw(22) << name << std::right << std::setw(9) << before << std::setw(9)
+       << after << std::setw(9) << change << "\n";
   return text.str();
+}
+
+std::string Row(const std::string& name, double before, double after) {
+  return Line(name, Cell(before, false), Cell(after, false), Cell(after - before, true));
+}
+
+/// Empty when there was no hum and is none.
+std::string HumRow(const std::optional<Hum>& before, const std::optional<Hum>& after) {
+  if (!before && !after) return "";
+  const long frequency = std::lround(before ? before->frequency : after->frequency);
+  const auto cell = [](const std::optional<Hum>& hum) {
+    return hum ? Cell(hum->level, false) : "none";
+  };
+  return Line("Hum at " + std::to_string(frequency) + " Hz, dBFS", cell(before), cell(after),
+              before && after ? Cell(after->level - before->level, true) : "-");
 }
 
 }  // namespace
@@ -33,16 +49,23 @@ std::string Row(const char* name, double before, double after) {
 std::string FormatLevels(const RenderReport& report) {
   constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
   ClipAnalysis nothing;
-  nothing.loudness = nothing.truePeak = nothing.samplePeak = kNone;
+  nothing.loudness = nothing.loudnessRange = kNone;
+  nothing.truePeak = nothing.samplePeak = nothing.noiseFloor = kNone;
   const ClipAnalysis before = report.before.value_or(nothing);
   const ClipAnalysis after = report.after.value_or(nothing);
   std::ostringstream text;
-  text << std::setw(31) << "before" << std::setw(9) << "after" << std::setw(9) << "change"
-       << "\n"
+  text << Line("", "before", "after", "change")
        << Row("Loudness, LUFS", before.loudness, after.loudness)
+       << Row("Loudness range, LU", before.loudnessRange, after.loudnessRange)
        << Row("Sample peak, dBFS", before.samplePeak, after.samplePeak)
-       << Row("True peak, dBTP", before.truePeak, after.truePeak)
-       << Row("Side to mid, dB", before.width.value_or(kNone), after.width.value_or(kNone));
+       << Row("True peak, dBTP", before.truePeak, after.truePeak);
+  if (before.width || after.width) {
+    text << Row("Side to mid, dB", before.width.value_or(kNone), after.width.value_or(kNone));
+  }
+  if (std::isfinite(before.noiseFloor) || std::isfinite(after.noiseFloor)) {
+    text << Row("Noise floor, dBFS", before.noiseFloor, after.noiseFloor);
+  }
+  text << HumRow(before.hum, after.hum);
   return text.str();
 }
 

@@ -48,6 +48,8 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -fo", 2, "-o needs a value"},
       {"render in.wav -fxo out.wav", 2, "'-x'"},
       {"render in.wav -o out.wav --jobs 0", 2, "1 to 256, not '0'"},
+      {"render in.wav -o out.wav --picture a.jpg", 2, "must end in .png"},
+      {"render in.wav old.wav -o new --picture a.png", 2, "the pictures go into one, too"},
       {"render in.wav -o out.wav --report old.wav", 2, "exists already"},
       {"render in.wav -o out.wav --report in.wav --force", 2, "would replace 'in.wav'"},
       {"render in.wav -o", 2, "-o needs a value"},
@@ -100,6 +102,9 @@ TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
   EXPECT_TRUE(std::ranges::all_of(left.Channel(1), [](float sample) { return sample == 0.0f; }));
   EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
+  EXPECT_EQ(Run("render in.wav out.flac -qo both --picture drawn --jobs 2").exitCode, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "drawn/in.png"));
+  EXPECT_TRUE(std::filesystem::exists(folder_ / "drawn/out.png"));
   std::filesystem::rename(folder_ / "in.wav", folder_ / "take:12.wav");
   EXPECT_EQ(Run("render take:12.wav -o out.wav").exitCode, 0) << "a colon makes no protocol";
 }

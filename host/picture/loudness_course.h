@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/audio/loudness_state.h"
+#include "host/picture/merging_row.h"
+#include "host/picture/sound_portrait.h"
+
+namespace orvelhost {
+
+/// Measures loudness ten times a second.
+class LoudnessCourse {
+ public:
+  explicit LoudnessCourse(const AudioFormat& format);
+
+  void Add(const AudioBlock& block);
+
+  /// Those so far, a tenth of a second or a multiple of it each; none where the sample rate is too
+  /// low for the weighting.
+  const std::vector<LoudnessPoint>& Points() const { return points_.Cells(); }
+  double SecondsPerPoint() const;
+
+ private:
+  void Measure();
+
+  double sampleRate_;
+  std::size_t hop_;
+  bool isMeasurable_;
+  std::size_t filled_ = 0;
+  unsigned long elapsed_ = 0;  // ms
+  LoudnessState state_;
+  MergingRow<LoudnessPoint> points_;
+};
+
+}  // namespace orvelhost
