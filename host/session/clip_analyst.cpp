@@ -31,7 +31,8 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
 
   void End() {
     while (!jobs_.empty()) {
-      Cancel(jobs_.begin()->first);
+      const boost::intrusive_ptr<Clip> clip = jobs_.begin()->first;
+      Cancel(clip);
     }
     if (thread_.joinable()) {
       thread_.request_stop();
@@ -52,7 +53,7 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
     wake_.notify_one();
   }
 
-  void Cancel(boost::intrusive_ptr<Clip> clip) {
+  void Cancel(const boost::intrusive_ptr<Clip>& clip) {
     if (const auto found = jobs_.find(clip); found != jobs_.end()) {
       found->second->cancelled = true;
       jobs_.erase(found);

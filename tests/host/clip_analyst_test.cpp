@@ -1,7 +1,5 @@
 #include "host/session/clip_analyst.h"
 
-#include <thread>
-
 #include <gtest/gtest.h>
 
 #include "tests/host/support/audio.h"
@@ -30,22 +28,6 @@ class ClipAnalystTest : public ::testing::Test {
   boost::intrusive_ptr<orvel::QueuedEventLoop> loop_{new orvel::QueuedEventLoop};
   ClipAnalyst analyst_{cache_, loop_};
 };
-
-TEST_F(ClipAnalystTest, AClipIsToldByTheMainThreadWhatWasMeasured) {
-  const boost::intrusive_ptr<Clip> clip = Served(analyst_);
-  std::vector<std::thread::id> told;
-  clip->RegisterForMeasurements([&] { told.push_back(std::this_thread::get_id()); });
-  clip->RequestMeasurement(false);
-  clip->RequestMeasurement(false);
-  EXPECT_TRUE(analyst_.Wait([] { return true; }));
-  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_Running) << "until the loop runs";
-  Await(analyst_);
-  ASSERT_TRUE(clip->Measurement());
-  EXPECT_EQ(clip->Measurement()->analysis.frameCount, 192000);
-  EXPECT_TRUE(clip->Measurement()->noise);
-  EXPECT_EQ(told, std::vector(2, std::this_thread::get_id())) << "under way, and done";
-  EXPECT_EQ(analyst_.Done(clip), -1.0);
-}
 
 TEST_F(ClipAnalystTest, WhatWasCancelledIsNeverToldAndCanBeAskedForAgain) {
   const boost::intrusive_ptr<Clip> first = Served(analyst_);

@@ -304,13 +304,6 @@ TEST_F(ClipSectionModelTest, AListenerMayWriteAndLetGoOfTheModel) {
   EXPECT_EQ(clip_->SectionValues("model_volume")[Volume::kVolume], 0.25f);
 }
 
-TEST_F(ClipSectionModelTest, ValuesStayWithTheClipWhenModelsComeAndGo) {
-  Model("model_volume")->SetParamNormalized(Volume::kVolume, 0.125f);
-  float value = 0.0f;
-  Model("model_volume")->GetParamNormalized(Volume::kVolume, value);
-  EXPECT_EQ(value, 0.125f);
-}
-
 TEST_F(ClipSectionModelTest, AModifiersArgumentBendsWhatItsControlMaps) {
   enum : int { kEnabled, kSwitch, kAmount, kArgument };
   orvel::factory::RegisterModelDefinition("model_modified", [](const orvel::PropList& config) {

@@ -7,7 +7,6 @@
 #include <sched.h>
 #include <unistd.h>
 
-#include "host/audio/audio_error.h"
 #include "host/audio/temporary_file.h"
 #include "host/session/host.h"
 #include "tests/host/support/audio.h"
@@ -17,7 +16,6 @@ namespace orvelhost::testing {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 const orvel::Guid kPreset("11111111-1adc-44a9-a6eb-5490f965859b");
 
@@ -167,24 +165,6 @@ TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
   other.Commit();
   EXPECT_EQ(folder_.FileNames(), names);
   EXPECT_EQ(ReadBytes(file_), "");
-}
-
-TEST_F(SessionTest, AFileThatCannotBeReadOrWrittenIsNamed) {
-  const auto messageOf = [](const auto& work) -> std::string {
-    try {
-      work();
-    } catch (const std::runtime_error& error) {
-      return error.what();
-    }
-    return "no error";
-  };
-  EXPECT_THAT(messageOf([&] { ReadSession(folder_ / "no.orvelsession"); }),
-              HasSubstr("no.orvelsession'"));
-  EXPECT_THAT(messageOf([&] { ReadSession(folder_ / "a.wav"); }), HasSubstr("a.wav' is damaged"));
-  EXPECT_THAT(messageOf([&] { ReadSession(folder_ / ""); }), HasSubstr("folder"));
-  EXPECT_THAT(messageOf([&] { WriteSession({}, folder_ / "no/day.orvelsession"); }),
-              HasSubstr("no/day.orvelsession'"));
-  EXPECT_THAT(messageOf([&] { WriteSession({}, "/dev/full/x"); }), Not("no error"));
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ class ShellWalk : public ShellTest {
         return OneOf(
             {"revert", "open start.orvelsession", "open text.txt", "open a.wav", "open ''"});
       case 3:
-        return OneOf({"save other.orvelsession", "save", "save missing/x", "save ."});
+        return OneOf({"save other.orvelsession", "save missing/x", "save ."});
       case 4:
         return Below(20) == 0 ? "render out" : "render text.txt";
       default:

@@ -60,21 +60,6 @@ class UndoStackTest : public ::testing::Test {
   boost::intrusive_ptr<UndoStack> stack_{new UndoStack};
 };
 
-TEST_F(UndoStackTest, ADragIsOneStep) {
-  Add(1);
-  const auto drag = Add(2);
-  for (const int amount : {3, 4, 5}) {
-    drag->step = amount;
-    EXPECT_TRUE(stack_->Execute(drag));
-  }
-  EXPECT_EQ(number_, 6);
-  EXPECT_EQ(stack_->GetDoneCount(), 2u);
-  stack_->Undo();
-  EXPECT_EQ(number_, 1);
-  EXPECT_TRUE(stack_->Execute(drag)) << "it is no longer the last step";
-  EXPECT_EQ(stack_->GetDoneCount(), 2u);
-}
-
 TEST_F(UndoStackTest, WhatRunsWithoutUndoIsNoStep) {
   Add(1);
   const boost::intrusive_ptr<orvel::Action> silent(new AddAction(number_, 5, u"Silent"));
