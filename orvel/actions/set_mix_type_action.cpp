@@ -1,7 +1,6 @@
 #include "orvel/actions/set_mix_type_action.h"
 
 #include <map>
-#include <utility>
 
 #include "orvel/actions/action_types.h"
 #include "orvel/actions/run_silently.h"
@@ -92,18 +91,19 @@ class ChangeMixTypeAggregateAction : public Action {
     }
 
     const MixTypeClipModels clips = model_->GetMixTypeClipModels();
-    bool isChange = false;
+    MixTypeClipModels changing;
     for (const auto& clip : clips) {
-      if (!reportedClip_) reportedClip_ = clip;
       if (GetMode(clip) == modeID) continue;
-      if (!std::exchange(isChange, true)) reportedClip_ = clip;
+      changing.push_back(clip);
       clipMixTypes->AddAction(new SetClipMixTypeAction(clip, modeID, preset.Guid, name));
       clipPresets->AddAction(CreateSetUserPresetGuidAction(clip, preset.Guid, modeID, name));
     }
-    if (isChange) {
+    if (!changing.empty()) {
       initialParams->AddAction(
-          CreateSetInitialParamsAction(clips, modeID, preset.PresetData.Models, name));
+          CreateSetInitialParamsAction(changing, modeID, preset.PresetData.Models, name));
     }
+    const auto& reported = changing.empty() ? clips : changing;
+    if (!reported.empty()) reportedClip_ = reported.front();
 
     OrvelModel::SectionModels sections;
     model_->GetSectionModels(sections);
@@ -157,16 +157,15 @@ class ChangeMixTypeAggregateAction : public Action {
 
 }  // namespace
 
-boost::intrusive_ptr<Action> CreateSetMixTypeAction(const boost::intrusive_ptr<OrvelModel>& model,
-                                                    const std::string& modeID,
-                                                    const Preset<UserPresetData>& preset,
-                                                    const std::u16string& name) {
+boost::intrusive_ptr<MultiAction> CreateSetMixTypeAction(
+    const boost::intrusive_ptr<OrvelModel>& model, const std::string& modeID,
+    const Preset<UserPresetData>& preset, const std::u16string& name) {
   const auto action = MakeGroup(name);
   if (model) action->AddAction(new ChangeMixTypeAggregateAction(model, modeID, preset, name));
   return action;
 }
 
-boost::intrusive_ptr<Action> CreateSetMixTypeWithDefaultPresetAction(
+boost::intrusive_ptr<MultiAction> CreateSetMixTypeWithDefaultPresetAction(
     const boost::intrusive_ptr<OrvelModel>& model, const std::string& modeID,
     const std::u16string& name) {
   const auto action = MakeGroup(name);

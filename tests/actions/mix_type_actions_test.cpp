@@ -78,9 +78,8 @@ TEST_F(MixTypeActions, ModeIsWrittenBeforeGuidAndEachChangeIsRecorded) {
 }
 
 TEST_F(MixTypeActions, AreEmptyWithoutAModelOrAModeOrAManager) {
-  const auto isEmpty = [](const boost::intrusive_ptr<Action>& action) {
-    const auto& compound = dynamic_cast<const MultiAction&>(*action);
-    return compound.begin() == compound.end();
+  const auto isEmpty = [](const boost::intrusive_ptr<MultiAction>& compound) {
+    return compound->begin() == compound->end();
   };
   EXPECT_TRUE(isEmpty(CreateSetMixTypeAction(nullptr, "music", preset, u"")));
   EXPECT_TRUE(isEmpty(CreateSetMixTypeWithDefaultPresetAction(nullptr, "music", u"")));

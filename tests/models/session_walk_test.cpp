@@ -230,15 +230,13 @@ class SessionWalk : public FakeSessionTest {
     Step step = NewStep();
     step.generation = 0;
     step.clearing = model_.get();
-    const bool changes = std::any_of(selected_.begin(), selected_.end(),
-                                     [&](auto clip) { return now_.clips[clip].mode != mode; });
     for (const auto clip : selected_) {
       ClipState& state = step.after.clips[clip];
       for (const auto& modelID : sections_) {
         if (sectionsMode_ != mode) Fill(state, sectionsMode_, modelID, {}, true);
       }
-      if (!changes) continue;
-      if (state.mode != mode) state.preset = preset.Guid;
+      if (state.mode == mode) continue;
+      state.preset = preset.Guid;
       state.mode = mode;
       for (const auto& modelID : SectionsOf(mode)) {
         Fill(state, mode, modelID, preset.PresetData.Models[modelID], true);
