@@ -71,7 +71,6 @@ void RegisterPresetManager(const boost::intrusive_ptr<PresetManager>& manager) {
 }
 
 void GetConfigPresetNames(const std::u16string& componentID, std::set<std::u16string>& names) {
-  names.clear();
   Manager()->GetPresetNames(componentID, names);
 }
 

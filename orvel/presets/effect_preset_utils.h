@@ -19,7 +19,7 @@ namespace orvel::presetutils {
 /// somewhere else overrides it.
 class ORVEL_EXPORT PresetManager : public virtual RefCountedObject {
  public:
-  /// Adds the names of the effect's presets; none for an unknown effect.
+  /// Replaces `names` by those of the effect's presets; an unknown effect leaves them as they were.
   virtual void GetPresetNames(const std::u16string& componentID, std::set<std::u16string>& names);
 
   /// Replaces `values` by the preset's parameter values, in the effect's parameter order; false,
@@ -32,7 +32,7 @@ class ORVEL_EXPORT PresetManager : public virtual RefCountedObject {
 /// back the library's own.
 ORVEL_EXPORT void RegisterPresetManager(const boost::intrusive_ptr<PresetManager>& manager);
 
-/// Replaces `names` by those of the effect's presets; none for an unknown effect.
+/// Replaces `names` by those of the effect's presets; an unknown effect leaves them as they were.
 ORVEL_EXPORT void GetConfigPresetNames(const std::u16string& componentID,
                                        std::set<std::u16string>& names);
 

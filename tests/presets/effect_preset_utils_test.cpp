@@ -64,6 +64,9 @@ TEST_F(EffectPresetUtils, ATableIsFilledFromTheEffectAndEditedByName) {
   EXPECT_FALSE(configuration.GetValue("None", table));
   EXPECT_FALSE(GetPresetFromConfiguration(configuration, "T", "Plate", values));
   EXPECT_FALSE(GetPresetFromConfiguration(configuration, "None", "Hall", values));
+  std::set<std::u16string> names = {u"before"};
+  GetConfigPresetNames(u"none", names);
+  EXPECT_THAT(names, ElementsAre(u"before"));
   EXPECT_FALSE(GetConfigPreset(u"none", u"Hall", values));
   EXPECT_FALSE(GetConfigPreset(u"reverb", u"Cave", values));
   EXPECT_THAT(values, ElementsAre(0.9f)) << "a failure leaves the values alone";
@@ -90,7 +93,7 @@ TEST_F(EffectPresetUtils, ValuesFindThePresetThatTheyAreCloseTo) {
 TEST_F(EffectPresetUtils, AHostMayBringItsOwnManager) {
   struct Own : PresetManager {
     void GetPresetNames(const std::u16string&, std::set<std::u16string>& names) override {
-      names.insert(u"Own");
+      names = {u"Own"};
     }
   };
   RegisterPresetManager(new Own);
