@@ -233,18 +233,23 @@ void OrvelModel::UpdateFromClipSelection(const MixTypeClipModels& clips) {
 
 void OrvelModel::Refresh() {
   const boost::intrusive_ptr<OrvelModel> self(this);
+  FirstException failure;
   if (sessionHandler_) {
-    UpdateMixTypeClipModels(sessionHandler_->GetSelectedMixTypeClipModels());
-    enabled_ = sessionHandler_->IsSessionEnabled();
+    failure.Catch(
+        [this] { UpdateMixTypeClipModels(sessionHandler_->GetSelectedMixTypeClipModels()); });
+    failure.Catch([this] { enabled_ = sessionHandler_->IsSessionEnabled(); });
   }
-  UpdateSectionModels();
+  failure.Catch([this] { UpdateSectionModels(); });
+  failure.Rethrow();
 }
 
 void OrvelModel::OnSessionChanged(bool enabledNow) {
   const boost::intrusive_ptr<OrvelModel> self(this);
   enabled_ = enabledNow;
-  Refresh();
-  NotifyMixTypeClipModelChanged();
+  FirstException failure;
+  failure.Catch([this] { Refresh(); });
+  failure.Catch([this] { NotifyMixTypeClipModelChanged(); });
+  failure.Rethrow();
 }
 
 void OrvelModel::NotifyMixTypeClipModelChanged() {

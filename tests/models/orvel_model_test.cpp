@@ -249,6 +249,13 @@ TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
   b->SetAdjustmentsMode("music");
   Loop().Drain();
   EXPECT_THAT(TakeLog(), ElementsAre("model", "data 3"));  // no suspension was left behind
+  const boost::intrusive_ptr<FakeClip> c(new FakeClip("c", "sfx"));
+  c->onAttach = fail;
+  session->selected = {c};
+  EXPECT_THROW(session->sessionChanged(false), std::runtime_error);
+  EXPECT_EQ(CountSections(), 4u) << "of the clips that are there";
+  Loop().Drain();
+  EXPECT_EQ(TakeLog().back(), "data 4");
 }
 
 TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
