@@ -27,10 +27,15 @@ void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHand
                 const std::vector<AdjustmentsModeDescriptor>& modes) {
   State().sessionHandler = sessionHandler;
   SetOrvelActionExecutor(actionExecutor);
-  ModeDescriptorCache::Initialize(modes);
-  const boost::intrusive_ptr<PresetsCache> presetsCache(new PresetsCache(GetLibraryModule(), true));
-  ConfigurationManager::Initialize(sessionHandler, presetsCache,
-                                   ModeDescriptorCache::Get()->GetAdjustmentsModes());
+  try {
+    ModeDescriptorCache::Initialize(modes);
+    const boost::intrusive_ptr<PresetsCache> cache(new PresetsCache(GetLibraryModule(), true));
+    ConfigurationManager::Initialize(sessionHandler, cache,
+                                     ModeDescriptorCache::Get()->GetAdjustmentsModes());
+  } catch (...) {
+    Terminate();
+    throw;
+  }
   State().initialized = true;
 }
 

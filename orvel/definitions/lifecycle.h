@@ -15,7 +15,8 @@ struct AdjustmentsModeDescriptor;
 /// Starts the library: keeps the host's session handler and action executor, either of which may be
 /// null, and the adjustments modes, loads the preset folder below `Dir::PrefDir`, which it makes
 /// when there is none, and takes over the document's configurations. Called once on the main
-/// thread, and again only after `Terminate`.
+/// thread, and again only after `Terminate`. What a callback of the host throws goes on; the
+/// library is then stopped.
 ORVEL_EXPORT void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
                              const boost::intrusive_ptr<ActionExecutor>& actionExecutor,
                              const std::vector<AdjustmentsModeDescriptor>& modes);

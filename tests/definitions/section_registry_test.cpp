@@ -2,11 +2,13 @@
 
 #include <cstdlib>
 #include <memory>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "orvel/actions/action_executor.h"
+#include "orvel/configuration/configuration_manager.h"
 #include "orvel/core/audio_filter.h"
 #include "orvel/core/event_loop.h"
 #include "orvel/core/localizer.h"
@@ -177,6 +179,18 @@ TEST(Lifecycle, StartsAndStopsAgainAndAgain) {
   ASSERT_EQ(sections.size(), 2u);
   EXPECT_EQ(sections[1].modelID, "model_volume");
   ModeDescriptorCache::Terminate();
+}
+
+TEST(Lifecycle, AStartThatFailsInTheHostLeavesNothingStarted) {
+  struct Failing : FakeSession {
+    bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>&) override {
+      throw std::runtime_error("host");
+    }
+  };
+  EXPECT_THROW(Initialize(new Failing, nullptr, {}), std::runtime_error);
+  EXPECT_EQ(factory::GetSessionHandler(), nullptr);
+  EXPECT_EQ(ModeDescriptorCache::Get(), nullptr);
+  EXPECT_EQ(ConfigurationManager::Get(), nullptr);
 }
 
 // The program ends well when everything that holds the token still does so at its very end.
