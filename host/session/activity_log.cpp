@@ -12,7 +12,7 @@ using teskcore::serialization::GetJSONUTF8String;
 using teskcore::serialization::JSONValue;
 
 constexpr char kPresetChannel[] = "app.Presets";
-constexpr int kPresetLevel = 2;
+constexpr int kPresetLevel = 3;  // with the causes
 
 std::string Now() {
   const std::time_t seconds = std::time(nullptr);

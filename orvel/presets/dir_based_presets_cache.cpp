@@ -45,7 +45,7 @@ void DirBasedPresetsCache<T>::Load() {
   try {
     for (const auto& [title, file] : ListPresetFiles(folder_)) LoadFile(title, file);
   } catch (const std::exception& error) {
-    TracePresets(std::string("Skipping preset folder: ") + error.what());
+    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
   }
 }
 

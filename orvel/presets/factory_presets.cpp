@@ -27,7 +27,7 @@ std::vector<Preset<T>> ReadFactoryDocument(ModuleHandle module, const std::u16st
     try {
       ReadPresets(std::string(text.begin(), text.end()), presets);
     } catch (const std::exception& error) {
-      TracePresets("Skipping the factory's " + UTF16to8(name) + ": " + error.what());
+      TracePresetDetail("Skipping the factory's " + UTF16to8(name) + ": " + error.what());
     }
   }
   return presets;
@@ -65,7 +65,7 @@ void SeedFactoryFolder(ModuleHandle module, const Dir& target) {
   if (CreateFolder(target.Parent()) && CreateFolder(seed) && fill()) {
     fs::rename(ToNative(seed.FullPath()), ToNative(target.FullPath()), error);
     // Another process may have been faster.
-    if (error && !target.Exists()) TracePresets("No factory presets: " + error.message());
+    if (error && !target.Exists()) TracePresetDetail("No factory presets: " + error.message());
   }
   fs::remove_all(ToNative(seed.FullPath()), error);
 }

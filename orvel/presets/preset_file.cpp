@@ -20,6 +20,7 @@ using teskcore::filesupport::ToNative;
 namespace {
 
 constexpr int kTraceLevel = 2;
+constexpr int kDetailTraceLevel = 3;
 
 template <typename T>
 bool Read(const File& file, Preset<T>& preset) {
@@ -35,7 +36,7 @@ bool Read(const File& file, Preset<T>& preset) {
   } catch (const std::exception& error) {
     cause = error.what();
   }
-  TracePresets("Skipping preset file: " + ShownPath(file.FullPath()) + ": " + cause);
+  TracePresetDetail("Skipping preset file: " + ShownPath(file.FullPath()) + ": " + cause);
   return false;
 }
 
@@ -54,7 +55,7 @@ bool Write(const File& file, const Preset<T>& preset) {
     cause = error.what();
   }
   TracePresets("Error writing preset file: " + ShownPath(file.FullPath()));
-  TracePresets(cause);
+  TracePresetDetail(cause);
   return false;
 }
 
@@ -73,6 +74,10 @@ bool Repair(const File& file, const Preset<T>& preset) {
 
 void TracePresets(const std::string& text) {
   if (TraceEnabled("app.Presets", kTraceLevel, false)) Trace(text);
+}
+
+void TracePresetDetail(const std::string& text) {
+  if (TraceEnabled("app.Presets", kDetailTraceLevel, false)) Trace(text);
 }
 
 std::string ShownPath(const std::u16string& path) { return UTF16to8(path); }
@@ -103,7 +108,8 @@ bool MovePresetFile(const File& from, const File& to) {
   std::error_code error;
   fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
   if (!error) return true;
-  TracePresets("Error moving preset file: " + ShownPath(from.FullPath()) + ": " + error.message());
+  TracePresetDetail("Error moving preset file: " + ShownPath(from.FullPath()) + ": " +
+                    error.message());
   return false;
 }
 
@@ -115,7 +121,8 @@ bool DeletePresetFile(const File& file) {
     std::error_code unknown;
     const auto status = fs::symlink_status(ToNative(file.FullPath()), unknown);
     if (status.type() == fs::file_type::not_found || fs::is_directory(status)) return true;
-    TracePresets("Error deleting preset file: " + ShownPath(file.FullPath()) + ": " + error.what());
+    TracePresetDetail("Error deleting preset file: " + ShownPath(file.FullPath()) + ": " +
+                      error.what());
     return false;
   }
   return true;
@@ -133,7 +140,7 @@ bool MakePresetFileTitle(const std::string& name, std::u16string& title) {
     if (title + kPresetFileExtension != kConfigFileName) return true;
     cause = "the name is that of the configuration's file";
   }
-  TracePresets("Refusing preset name \"" + name + "\": " + cause);
+  TracePresetDetail("Refusing preset name \"" + name + "\": " + cause);
   return false;
 }
 

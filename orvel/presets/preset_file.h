@@ -15,8 +15,10 @@ namespace orvel {
 inline constexpr char16_t kPresetFileExtension[] = u".orvel";
 inline constexpr char16_t kConfigFileName[] = u"(Config).orvel";
 
-/// Writes a line on the channel of the presets: what was repaired, passed over or not written.
+/// Write a line on the channel "app.Presets": that a preset became a copy or could not be written,
+/// at level 2; why, and what was passed over, refused or left where it is, at level 3.
 void TracePresets(const std::string& text);
+void TracePresetDetail(const std::string& text);
 
 /// A path as traces show it.
 std::string ShownPath(const std::u16string& path);

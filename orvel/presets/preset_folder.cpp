@@ -25,7 +25,7 @@ void ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& f
   try {
     for (auto at = folder.BeginSubdirs(); at != folder.EndSubdirs(); ++at) visit(*at);
   } catch (const dir_exception& error) {
-    TracePresets(std::string("Skipping preset folder: ") + error.what());
+    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
   }
 }
 
@@ -39,7 +39,7 @@ bool DeleteFolder(const Dir& folder) {
     folder.Delete();
     return true;
   } catch (const dir_exception& error) {
-    TracePresets(std::string("Keeping preset folder: ") + error.what());
+    TracePresetDetail(std::string("Keeping preset folder: ") + error.what());
     return false;
   }
 }
@@ -58,8 +58,8 @@ bool MoveFolder(const Dir& from, const Dir& to) {
   std::error_code error;
   fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
   if (!error) return true;
-  TracePresets("Error moving preset folder: " + ShownPath(from.FullPath()) + ": " +
-               error.message());
+  TracePresetDetail("Error moving preset folder: " + ShownPath(from.FullPath()) + ": " +
+                    error.message());
   return false;
 }
 
@@ -68,7 +68,7 @@ bool CreateFolder(const Dir& folder) {
     folder.Create();
     return true;
   } catch (const dir_exception& error) {
-    TracePresets(std::string("Error creating preset folder: ") + error.what());
+    TracePresetDetail(std::string("Error creating preset folder: ") + error.what());
     return false;
   }
 }

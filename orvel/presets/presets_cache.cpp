@@ -313,7 +313,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
   const Dir folder = file.Parent();
   // Behind a link stand files that belong somewhere else.
   if (IsLink(folder.Parent())) {
-    TracePresets("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
+    TracePresetDetail("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
     return false;
   }
   const bool isLink = IsLink(folder);

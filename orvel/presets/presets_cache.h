@@ -29,9 +29,10 @@ namespace orvel {
 /// configuration preset ("Default" for the factory's), in it a folder for each adjustments mode,
 /// and in that the configuration preset's file and those of the user presets made under it.
 ///
-/// Each file is written whole or not at all. What goes wrong is traced on the channel
-/// "app.Presets" at level 2, with the file's path; nothing here throws but for want of memory and
-/// out of the functions that a host installs.
+/// Each file is written whole or not at all. A preset that becomes a copy or cannot be written is
+/// traced on the channel "app.Presets" at level 2, with the file's path; the cause, and all else
+/// that goes wrong, at level 3. Nothing here throws but for want of memory and out of the functions
+/// that a host installs.
 class ORVEL_EXPORT PresetsCache : public RefCountedObject {
  public:
   using MigrateUserPresetFunction = boost::function<bool(Preset<UserPresetData>& preset)>;

@@ -51,7 +51,7 @@ bool WriteTemporaryMark(const Dir& folder, const Guid& guid) {
                                        MarkText(folder, guid) + std::to_string(getpid()));
     return true;
   } catch (const file_exception& error) {
-    TracePresets(error.what());
+    TracePresetDetail(error.what());
     return false;
   }
 }

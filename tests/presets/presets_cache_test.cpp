@@ -12,8 +12,10 @@ namespace orvel::test {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
+using ::testing::StartsWith;
 
 class PresetsCacheTest : public PresetStore {
  protected:
@@ -165,7 +167,10 @@ TEST_F(PresetsCacheTest, WhatAPersonDidToTheFolderIsRepairedOnce) {
   fs::copy(Root() / "Mine", Root() / "Mine too", fs::copy_options::recursive);
   fs::copy(Root() / "Mine" / "dialog", Root() / "Mine" / "music");
   fs::rename(Root() / "Default" / "sfx", Root() / "Default" / "foley");
+  Write(Root() / "Mine" / "dialog" / "broken.orvel", "{");
+  teskcore::debug::SetTraceLevel("app.Presets", 2);  // what is skipped is told above that
   const auto cache = Open();
+  EXPECT_THAT(traces_, Each(StartsWith("Fixing preset with duplicate GUID: ")));
   ExpectDiskHolds(*cache);
 
   // The folder's names are the authority; a factory preset keeps its own name.

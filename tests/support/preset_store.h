@@ -56,7 +56,7 @@ class PresetStore : public ::testing::Test {
 
   PresetStore() : before_(Dir::PrefDir()) {
     Dir::SetPrefDir(folder_.AsDir());
-    teskcore::debug::SetTraceLevel("app.Presets", 2);
+    teskcore::debug::SetTraceLevel("app.Presets", 3);
     teskcore::debug::SetTraceSink(
         [this](const std::string&, int, const std::string& text) { traces_.push_back(text); });
   }
