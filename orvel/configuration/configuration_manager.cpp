@@ -321,13 +321,10 @@ bool ConfigurationManager::OnCurrentConfigurationDataRequested(const std::string
 void ConfigurationManager::OnWorkingDataChanged(const std::string& modeID,
                                                 const ConfigPresetData& previous) {
   const bool isOneModel = std::exchange(isSettingModel_, false);
-  try {
-    StoreCurrentConfigurations();
-  } catch (...) {
-    NotifyConfigurationChanged(modeID, previous, isOneModel);
-    throw;
-  }
-  NotifyConfigurationChanged(modeID, previous, isOneModel);
+  FirstException failure;
+  failure.Catch([this] { StoreCurrentConfigurations(); });
+  failure.Catch([&] { NotifyConfigurationChanged(modeID, previous, isOneModel); });
+  failure.Rethrow();
 }
 
 // A slot may change the configuration again. Each signal then carries what holds when it is sent,
@@ -341,12 +338,14 @@ void ConfigurationManager::NotifyConfigurationChanged(const std::string& modeID,
   for (const auto& [modelID, configuration] : handler->GetWorkingData().Models) {
     modelIDs.insert(modelID);
   }
-  if (!isOneModel) configurationChanged_();
+  FirstException failure;
+  if (!isOneModel) failure.Catch([this] { configurationChanged_(); });
   for (const auto& modelID : modelIDs) {
     const PropList configuration = ConfigurationOf(handler->GetWorkingData(), modelID);
     if (configuration == ConfigurationOf(previous, modelID)) continue;
-    modelConfigurationChanged_(modeID, modelID, configuration);
+    failure.Catch([&] { modelConfigurationChanged_(modeID, modelID, configuration); });
   }
+  failure.Rethrow();
 }
 
 void ConfigurationManager::CheckForMissingConfigPresets(const Presets& presets) {

@@ -13,6 +13,7 @@
 
 #include "orvel/core/action.h"
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/guid.h"
 #include "orvel/core/prop_list.h"
 #include "orvel/models/session_handler_interface.h"
@@ -31,9 +32,11 @@ extern ORVEL_EXPORT const std::string kSessionPropertyKey_Configurations;
 /// Main thread only; `Terminate` must not be called out of one of its callbacks or signals.
 class ORVEL_EXPORT ConfigurationManager {
  public:
-  using ConfigurationSignal = boost::signals2::signal<void()>;
-  using ModelConfigurationSignal = boost::signals2::signal<void(
-      const std::string& modeID, const std::string& modelID, const PropList& configuration)>;
+  using ConfigurationSignal = boost::signals2::signal<void(), CallEverySlot>;
+  using ModelConfigurationSignal =
+      boost::signals2::signal<void(const std::string& modeID, const std::string& modelID,
+                                   const PropList& configuration),
+                              CallEverySlot>;
 
   /// Fits a user preset's stored value list of one section from one configuration to another; false
   /// when it cannot.

@@ -242,8 +242,10 @@ void CacheBasedPresetsHandler<T, Cache>::SetState(const Preset<T>& selected, con
   T previous = data;  // a copy first: it may be what is replaced here
   std::swap(previous, working_);
   selected_ = Preset<T>(selected);
-  dataChanged_(previous);
-  stateChanged_();
+  FirstException failure;
+  failure.Catch([&] { dataChanged_(previous); });
+  failure.Catch([this] { stateChanged_(); });
+  failure.Rethrow();
 }
 
 template class CacheBasedPresetsHandler<UserPresetData, PresetsCache>;

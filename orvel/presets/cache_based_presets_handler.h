@@ -9,6 +9,7 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/presets/config_preset_data.h"
 #include "orvel/presets/presets_cache.h"
 #include "orvel/presets/presets_handler_interface.h"
@@ -33,8 +34,8 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   using Filter = boost::function<bool(const Preset<T>& preset)>;
   using Provider = boost::function<bool(T& data)>;
   using Verifier = boost::function<bool(const Preset<T>& preset)>;
-  using StateSignal = boost::signals2::signal<void()>;
-  using DataSignal = boost::signals2::signal<void(const T& previous)>;
+  using StateSignal = boost::signals2::signal<void(), CallEverySlot>;
+  using DataSignal = boost::signals2::signal<void(const T& previous), CallEverySlot>;
 
   /// Lists the presets of `cache` that `filter` accepts, all with an empty one. `provider` answers
   /// `RequestCurrentData`. With a null cache there are no presets, and none can be saved.

@@ -268,6 +268,27 @@ TEST_F(ConfigurationManagerTest, ASlotMayChangeTheConfigurationAgain) {
   EXPECT_FALSE(Handler("dialog").Select(kMusicTemplate)) << "of another mode";
 }
 
+TEST_F(ConfigurationManagerTest, AListenerThatThrowsKeepsNobodyFromBeingTold) {
+  auto preset = MakeConfigPreset("Mine");
+  preset.PresetData = Handler("dialog").GetWorkingData();
+  preset.PresetData.Models["model_volume"] = Gain(1.0f);
+  preset.PresetData.Models.erase("model_clarity");
+  ASSERT_TRUE(Store().CreateConfigPreset(preset));
+  const auto fail = [](auto&&...) { throw std::runtime_error("listener"); };
+  Manager().RegisterConfigurationDataChangedCallback(fail);
+  Manager().RegisterModelConfigurationDataChangedCallback(fail);
+  Handler("dialog").RegisterForDataChanges(fail);
+  Handler("dialog").RegisterForStateChanges(fail);
+  Manager().RegisterConfigurationDataChangedCallback([this] { log_.push_back("behind"); });
+  Manager().RegisterModelConfigurationDataChangedCallback(
+      [this](auto&&...) { log_.push_back("behind"); });
+  Handler("dialog").RegisterForDataChanges([this](auto&&) { log_.push_back("data"); });
+  Handler("dialog").RegisterForStateChanges([this] { log_.push_back("state"); });
+  EXPECT_THROW(Handler("dialog").Select(preset.Guid), std::runtime_error);
+  EXPECT_THAT(log_, ElementsAre("config", "behind", "dialog:model_clarity:empty", "behind",
+                                "dialog:model_volume", "behind", "data", "state"));
+}
+
 TEST_F(ConfigurationManagerTest, AReporterMayOpenAnotherDocumentOrFail) {
   const auto second = MakeConfigPreset("Second", "dialog", 2.0f);
   Manager().SetReportMissingConfigPresetFunction([this, second] {
