@@ -238,61 +238,71 @@ void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
   if (closing) hasDocument_ = false;
   if (closing || !changed) return;
   const unsigned number = ++documentNumber_;
+  const bool hadDocument = std::exchange(hasDocument_, false);  // nothing to store in, until read
   Presets presets;
-  const bool isReadable = sessionHandler_->GetConfigurationPresets(presets);
+  FirstException failure;
+  bool isReadable = false;
+  failure.Catch([&] { isReadable = sessionHandler_->GetConfigurationPresets(presets); });
+  if (number != documentNumber_) return failure.Rethrow();
+  hasDocument_ = isReadable;
+  if (!isReadable) presets.clear();
   // A host may tell late of what was written from here.
-  const bool isKnown = isReadable && hasDocument_ && AreSame(presets, documentPresets_);
-  if (number != documentNumber_ || isKnown) return;
-  const auto apply = [&] {
-    if (number == documentNumber_) UpdateCurrentConfigurations(presets);
-  };
+  if (isReadable && hadDocument && AreSame(presets, documentPresets_)) return;
   {
     const FlagScope reading(isReadingDocument_);
-    hasDocument_ = isReadable;
     documentPresets_ = presets;
     unservedPresets_ = presets;
     std::erase_if(unservedPresets_,
                   [this](const auto& preset) { return modes_.contains(preset.PresetData.ModeID); });
     documentNames_.clear();
-    if (cache_) cache_->RemoveTemporaryPresets();
-    try {
-      CheckForMissingConfigPresets(presets);  // whose reporter may open another document, or throw
-    } catch (...) {
-      apply();
-      throw;
-    }
-    apply();
+    // Whoever is told of a step may throw, or open another document.
+    const auto take = [&](const auto& step) {
+      if (number == documentNumber_) failure.Catch(step);
+    };
+    if (cache_) take([this] { cache_->RemoveTemporaryPresets(); });
+    take([&] { CheckForMissingConfigPresets(presets); });
+    take([&] { UpdateCurrentConfigurations(presets); });
   }
-  StoreCurrentConfigurations();
+  failure.Catch([this] { StoreCurrentConfigurations(); });
+  failure.Rethrow();
 }
 
 // Modes that the document does not mention keep the preset that is selected, without the edits that
 // belonged to the document before.
 void ConfigurationManager::UpdateCurrentConfigurations(const Presets& presets) {
+  const unsigned number = documentNumber_;
+  FirstException failure;
+  const auto take = [&](const auto& step) {
+    if (number == documentNumber_) failure.Catch(step);
+  };
   for (const auto& [modeID, mode] : modes_) {
     const bool isMentioned = std::ranges::any_of(
         presets, [&id = modeID](const auto& preset) { return preset.PresetData.ModeID == id; });
-    if (!isMentioned) RevertCurrentDirtyConfigForMode(modeID);
+    if (!isMentioned) take([&, &id = modeID] { RevertCurrentDirtyConfigForMode(id); });
   }
-  for (const auto& preset : presets) UpdateCurrentConfiguration(preset);
+  for (const auto& preset : presets) take([&] { UpdateCurrentConfiguration(preset); });
+  failure.Rethrow();
 }
 
 void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset) {
   const auto handler = GetConfigPresetHandler(preset.PresetData.ModeID);
   if (!handler || !cache_ || preset.Guid.IsNull()) return;
   Preset<ConfigPresetData> selected;
+  FirstException failure;
   const bool isInstalled = cache_->FindPreset(preset.Guid, selected);
   if (!isInstalled || selected.PresetData.ModeID != preset.PresetData.ModeID) {
     selected = preset;
     if (isInstalled) selected.Guid = Guid::CreateUnique();  // a preset of another mode has it
     selected.Name = SessionConfigName(preset.Name);
     // What cannot be filed stays current all the same, and goes back into the document.
-    if (cache_->AddTemporaryPreset(selected)) cache_->FindPreset(selected.Guid, selected);
+    failure.Catch([&] { cache_->AddTemporaryPreset(selected); });
+    cache_->FindPreset(selected.Guid, selected);
     documentNames_[selected.Guid] = preset.Name;
   } else if (selected.Name == SessionConfigName(preset.Name)) {
     documentNames_[selected.Guid] = preset.Name;  // a session's template that stayed
   }
-  handler->Restore(selected, preset.PresetData);
+  failure.Catch([&] { handler->Restore(selected, preset.PresetData); });
+  failure.Rethrow();
 }
 
 // A preset that was saved may have another name now, and one that is gone gives way to the

@@ -401,7 +401,10 @@ bool PresetsCache::RescueUserPresets(const Guid& guid) {
 }
 
 void PresetsCache::RemoveTemporaryPresets() {
-  while (!temporaries_.empty()) RemoveTemporaryPreset(Guid(*temporaries_.begin()));
+  const std::set<Guid> guids = temporaries_;  // a listener may bring others
+  FirstException failure;
+  for (const auto& guid : guids) failure.Catch([&] { RemoveTemporaryPreset(guid); });
+  failure.Rethrow();
 }
 
 void PresetsCache::GetUserPresetsForConfig(const Guid& config,

@@ -12,6 +12,7 @@
 #include "orvel/core/dir.h"
 #include "orvel/core/export.h"
 #include "orvel/core/file.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/guid.h"
 #include "orvel/core/module_resources.h"
 #include "orvel/core/ref_counted.h"
@@ -40,7 +41,7 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// (the configuration preset that was saved or removed; the same when it was saved, else the one
   /// that took its place, or null)
   using ConfigPresetSignal =
-      boost::signals2::signal<void(const Guid& preset, const Guid& successor)>;
+      boost::signals2::signal<void(const Guid& preset, const Guid& successor), CallEverySlot>;
 
   /// The factory presets are resources of `module`. With `usesFolder` the "Default" folder is made
   /// of them when there is none, what a crash left behind is cleared away, and the folder is

@@ -5,6 +5,7 @@
 #include "orvel/actions/action_executor.h"
 #include "orvel/actions/set_model_configuration_action.h"
 #include "orvel/configuration/user_presets_handler.h"
+#include "orvel/core/usage_logger.h"
 #include "orvel/definitions/lifecycle.h"
 #include "orvel/models/adjustments_modes_json.h"
 #include "orvel/models/user_preset_utils.h"
@@ -302,6 +303,40 @@ TEST_F(ConfigurationManagerTest, AReporterMayOpenAnotherDocumentOrFail) {
   Manager().SetReportMissingConfigPresetFunction([] { throw std::runtime_error("no window"); });
   EXPECT_THROW(session_->Open({MakeConfigPreset("Third", "dialog", 3.0f)}), std::runtime_error);
   EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(3.0f));
+}
+
+TEST_F(ConfigurationManagerTest, ADocumentThatOpensKeepsItsTemplatesWhateverAListenerThrows) {
+  // Each mode's template comes from the document before, or goes with it.
+  session_->Open({MakeConfigPreset("Old", "ambience"), MakeConfigPreset("Old too", "dialog")});
+  const auto fail = [](auto&&...) { throw std::runtime_error("listener"); };
+  const boost::signals2::scoped_connection failing =
+      Manager().RegisterModelConfigurationDataChangedCallback(fail);
+  UsageLogger::Get().SetSink(fail);
+  const ConfigPresets document = {MakeConfigPreset("A", "dialog", 1.0f),
+                                  MakeConfigPreset("B", "music", 2.0f)};
+  EXPECT_THROW(session_->Open(document), std::runtime_error);
+  UsageLogger::Get().SetSink({});
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), document[0].Guid);
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("music"), document[1].Guid);
+  EXPECT_NE(Held("dialog").find("\"A\""), std::string::npos);
+  EXPECT_NE(Held("music").find("\"B\""), std::string::npos);
+  EXPECT_THAT(ConfigsOf(Store()), SizeIs(6)) << "those of the document before are gone";
+  // One that cannot be read is given nothing of the one before.
+  session_->onRead = fail;
+  EXPECT_THROW(session_->Open({}), std::runtime_error);
+  EXPECT_THROW(SetGain(5.0f), std::runtime_error);
+  EXPECT_THAT(session_->document, IsEmpty());
+}
+
+TEST_F(ConfigurationManagerTest, OfTwoDocumentsTheOneOpenedInsideTheOtherHolds) {
+  const ConfigPresets second = {MakeConfigPreset("Second", "music", 2.0f)};
+  const auto opening = Manager().RegisterModelConfigurationDataChangedCallback(
+      [&, once = true](const std::string&, const std::string&, const PropList&) mutable {
+        if (std::exchange(once, false)) session_->Open(second);
+      });
+  session_->Open({MakeConfigPreset("First"), MakeConfigPreset("First", "music", 1.0f)});
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("music"), second[0].Guid);
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
 }
 
 TEST_F(ConfigurationManagerTest, WhatADocumentHoldsBesidesIsKept) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "orvel/models/session_handler_interface.h"
@@ -25,6 +26,7 @@ class DocumentSession : public SessionHandlerInterface {
     return documentChanged.connect(slot);
   }
   bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& presets) override {
+    if (onRead) onRead();
     if (isReadable) presets = document;
     return isReadable;
   }
@@ -42,6 +44,7 @@ class DocumentSession : public SessionHandlerInterface {
 
   DocumentSignal documentChanged;
   std::vector<Preset<ConfigPresetData>> document;
+  std::function<void()> onRead;
   int stores = 0;
   bool isReadable = true;
 };
