@@ -379,16 +379,21 @@ Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
   return preset;
 }
 
+// What the host edits while it is handed them is handed to it afterwards, so that the document ends
+// up with the truth wherever in between it keeps them.
 void ConfigurationManager::StoreCurrentConfigurations() {
-  if (!sessionHandler_ || !hasDocument_ || isReadingDocument_) return;
-  Presets presets;
-  for (const auto& [modeID, mode] : modes_) {
-    if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
+  if (!sessionHandler_ || isReadingDocument_ || isWritingDocument_) return;
+  while (hasDocument_) {
+    Presets presets;
+    for (const auto& [modeID, mode] : modes_) {
+      if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
+    }
+    presets.insert(presets.end(), unservedPresets_.begin(), unservedPresets_.end());
+    if (AreSame(presets, documentPresets_)) return;
+    const FlagScope writing(isWritingDocument_);
+    if (!sessionHandler_->SetConfigurationPresets(presets)) return;
+    documentPresets_ = presets;
   }
-  presets.insert(presets.end(), unservedPresets_.begin(), unservedPresets_.end());
-  if (AreSame(presets, documentPresets_)) return;
-  const FlagScope writing(isWritingDocument_);
-  if (sessionHandler_->SetConfigurationPresets(presets)) documentPresets_ = presets;
 }
 
 bool ConfigurationManager::MigrateUserPreset(Preset<UserPresetData>& preset) const {

@@ -400,6 +400,18 @@ TEST_F(ConfigurationManagerTest, TheLibrarysOwnWritesAndSuspendedOnesAreNoChange
   EXPECT_EQ(session_->stores, stores);
 }
 
+TEST_F(ConfigurationManagerTest, WhatTheHostEditsWhileItStoresIsStoredBehind) {
+  session_->onStore = [] { SetGain(2.0f); };
+  EXPECT_TRUE(SetGain(1.0f));
+  EXPECT_NE(Held("dialog").find("\"value\": 2"), std::string::npos);
+  const auto editing = session_->documentChanged.connect(
+      [once = true](bool, bool) mutable { return !std::exchange(once, false) || SetGain(4.0f); });
+  EXPECT_TRUE(SetGain(3.0f));
+  EXPECT_NE(Held("dialog").find("\"value\": 4"), std::string::npos);
+  EXPECT_TRUE(SetGain(3.0f));
+  EXPECT_NE(Held("dialog").find("\"value\": 3"), std::string::npos);
+}
+
 TEST_F(ConfigurationManagerTest, UserPresetsAreFittedToTheConfigurationTheyMoveTo) {
   auto target = MakeConfigPreset("Fewer Rooms");
   ASSERT_TRUE(Store().FindPreset(kDialogTemplate, target));

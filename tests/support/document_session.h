@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "orvel/models/session_handler_interface.h"
@@ -31,6 +32,8 @@ class DocumentSession : public SessionHandlerInterface {
     return isReadable;
   }
   bool SetConfigurationPresets(const std::vector<Preset<ConfigPresetData>>& presets) override {
+    const auto store = std::exchange(onStore, {});
+    if (store) store();
     document = presets;
     ++stores;
     documentChanged(true, false);  // the host tells of every change, also of the library's own
@@ -45,6 +48,7 @@ class DocumentSession : public SessionHandlerInterface {
   DocumentSignal documentChanged;
   std::vector<Preset<ConfigPresetData>> document;
   std::function<void()> onRead;
+  std::function<void()> onStore;  // once, before the presets are kept
   int stores = 0;
   bool isReadable = true;
 };
