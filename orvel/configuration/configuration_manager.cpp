@@ -382,7 +382,8 @@ Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
 // What the host edits while it is handed them is handed to it afterwards, so that the document ends
 // up with the truth wherever in between it keeps them.
 void ConfigurationManager::StoreCurrentConfigurations() {
-  if (!sessionHandler_ || isReadingDocument_ || isWritingDocument_) return;
+  // Without a cache no mode has a configuration, which is no reason to take the document's away.
+  if (!sessionHandler_ || !cache_ || isReadingDocument_ || isWritingDocument_) return;
   while (hasDocument_) {
     Presets presets;
     for (const auto& [modeID, mode] : modes_) {

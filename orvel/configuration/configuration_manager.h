@@ -49,7 +49,8 @@ class ORVEL_EXPORT ConfigurationManager {
   using VerifyChangeFunction = boost::function<bool(const std::string& modeID)>;
 
   /// Makes the one instance, which takes over the configurations of the document that is open.
-  /// Either pointer may be null.
+  /// Either pointer may be null; without a cache no mode has a configuration, and the document keeps
+  /// what it has.
   static void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
                          const boost::intrusive_ptr<PresetsCache>& presetsCache,
                          const std::set<std::string>& modeIDs);

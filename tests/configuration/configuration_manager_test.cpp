@@ -351,6 +351,10 @@ TEST_F(ConfigurationManagerTest, WhatADocumentHoldsBesidesIsKept) {
   EXPECT_TRUE(SetGain(2.0f));
   EXPECT_EQ(session_->stores, stores);
   session_->isReadable = true;
+  ConfigurationManager::Initialize(session_, nullptr, {"dialog", "foley"});
+  EXPECT_NE(Held("foley"), "nothing") << "there is no cache";
+  Terminate();
+  Start();
   // A template that stayed from another session keeps its name in the document.
   auto theirs = MakeConfigPreset("Their Show (from Session)");
   ASSERT_TRUE(Store().CreateConfigPreset(theirs));
