@@ -267,8 +267,6 @@ void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
   failure.Rethrow();
 }
 
-// Modes that the document does not mention keep the preset that is selected, without the edits that
-// belonged to the document before.
 void ConfigurationManager::UpdateCurrentConfigurations(const Presets& presets) {
   const unsigned number = documentNumber_;
   FirstException failure;
@@ -278,10 +276,22 @@ void ConfigurationManager::UpdateCurrentConfigurations(const Presets& presets) {
   for (const auto& [modeID, mode] : modes_) {
     const bool isMentioned = std::ranges::any_of(
         presets, [&id = modeID](const auto& preset) { return preset.PresetData.ModeID == id; });
-    if (!isMentioned) take([&, &id = modeID] { RevertCurrentDirtyConfigForMode(id); });
+    if (!isMentioned) take([this, &id = modeID] { ForgetDocumentConfiguration(id); });
   }
   for (const auto& preset : presets) take([&] { UpdateCurrentConfiguration(preset); });
   failure.Rethrow();
+}
+
+// A mode that a document does not mention keeps the preset that is selected, without the edits that
+// belonged to the document before; one that has gone by now gives way to the factory's.
+void ConfigurationManager::ForgetDocumentConfiguration(const std::string& modeID) {
+  ConfigPresetsHandler& handler = *modes_.at(modeID).handler;
+  Preset<ConfigPresetData> preset;
+  if (cache_ && !cache_->FindPreset(handler.GetSelectedGuid(), preset) &&
+      cache_->GetFactoryConfigPreset(modeID, preset)) {
+    return handler.Restore(preset, preset.PresetData);
+  }
+  RevertCurrentDirtyConfigForMode(modeID);
 }
 
 void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset) {
@@ -305,7 +315,7 @@ void ConfigurationManager::UpdateCurrentConfiguration(const Preset<ConfigPresetD
   failure.Rethrow();
 }
 
-// A preset that was saved may have another name now, and one that is gone gives way to the
+// A preset that was saved may have another name now, and one that was removed gives way to the
 // factory's.
 void ConfigurationManager::OnConfigPresetChanged(const Guid& preset, const Guid& successor) {
   if (preset == successor) {

@@ -49,8 +49,8 @@ class ORVEL_EXPORT ConfigurationManager {
   using VerifyChangeFunction = boost::function<bool(const std::string& modeID)>;
 
   /// Makes the one instance, which takes over the configurations of the document that is open.
-  /// Either pointer may be null; without a cache no mode has a configuration, and the document keeps
-  /// what it has.
+  /// Either pointer may be null; without a cache no mode has a configuration, and the document
+  /// keeps what it has.
   static void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
                          const boost::intrusive_ptr<PresetsCache>& presetsCache,
                          const std::set<std::string>& modeIDs);
@@ -145,6 +145,7 @@ class ORVEL_EXPORT ConfigurationManager {
   void OnConfigPresetChanged(const Guid& preset, const Guid& successor);
   bool OnCurrentConfigurationDataRequested(const std::string& modeID, ConfigPresetData& data);
   void UpdateCurrentConfigurations(const Presets& presets);
+  void ForgetDocumentConfiguration(const std::string& modeID);
   void UpdateCurrentConfiguration(const Preset<ConfigPresetData>& preset);
   void OnWorkingDataChanged(const std::string& modeID, const ConfigPresetData& previous);
   void NotifyConfigurationChanged(const std::string& modeID, const ConfigPresetData& previous,

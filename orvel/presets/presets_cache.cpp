@@ -85,17 +85,12 @@ void PresetsCache::ClearRemainsOfCrashes() const {
 }
 
 void PresetsCache::Reload() {
-  std::vector<Guid> before;
-  for (const auto& entry : entries_) before.push_back(entry.preset.Guid);
   entries_.clear();
   if (usesFolder_ && root_.Exists()) LoadFolders();
   std::erase_if(temporaries_, [this](const Guid& guid) {
     const ConfigEntry* entry = Find(guid);
     return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid);
   });
-  for (const auto& guid : before) {
-    if (Find(guid) == nullptr) configPresetChanged_(guid, Guid());
-  }
 }
 
 // The factory's first: of two with one guid, they keep theirs. A folder that links lead to twice is

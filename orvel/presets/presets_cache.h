@@ -51,7 +51,8 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// Replaces what is in memory by what stands in the folder. Files that cannot be read stay as
   /// they are and hide no others. The folders' names are the authority: a configuration preset
   /// takes its name and mode from them, also on disk, save that those in "Default" keep their name;
-  /// the second of two with one guid gets a guid of its own.
+  /// the second of two with one guid gets a guid of its own. What is not seen any more counts as
+  /// unseen, not as removed: its folder may only be away for a moment.
   void Reload();
 
   /// False, with `preset` as it was, when there is none.

@@ -238,15 +238,29 @@ TEST_F(ConfigurationManagerTest, ATemplateThatCannotBeFiledStaysWithTheDocument)
   EXPECT_NE(Held("dialog").find(lost.Guid.AsUTF8String()), std::string::npos);
 }
 
-TEST_F(ConfigurationManagerTest, ARemovedPresetGivesWayToTheFactorys) {
+TEST_F(ConfigurationManagerTest, ARemovedPresetGivesWayToTheFactorysAndOneThatIsUnseenDoesNot) {
   const auto preset = Create("Mine");
   ASSERT_TRUE(Handler("dialog").Select(preset.Guid));
   EXPECT_TRUE(Store().RemoveConfigPreset(preset.Guid));  // not through the handler
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
-  const auto removedByHand = Create("By Hand");
-  ASSERT_TRUE(Handler("dialog").Select(removedByHand.Guid));
-  std::filesystem::remove_all(Root() / "By Hand");
+  const auto unseen = Create("Unseen");
+  ASSERT_TRUE(Handler("dialog").Select(unseen.Guid));
+  EXPECT_TRUE(SetGain(1.0f));
+  const std::string held = Held("dialog");
+  const std::filesystem::path away = folder_.Path() / "away";
+  std::filesystem::rename(Root() / "Unseen", away);
   Store().Reload();
+  EXPECT_EQ(Handler("dialog").GetDisplayName(), u"Unseen *");
+  EXPECT_THAT(Handler("dialog").GetPresetList(), SizeIs(1));
+  EXPECT_EQ(Held("dialog"), held) << "the document keeps its edits";
+  EXPECT_TRUE(Manager().RevertCurrentDirtyConfigForMode("dialog"));
+  EXPECT_EQ(GetModelConfiguration("dialog", "model_volume"), Gain(6.0f));
+  std::filesystem::rename(away, Root() / "Seen");
+  Store().Reload();
+  EXPECT_EQ(Handler("dialog").GetDisplayName(), u"Seen");
+  std::filesystem::remove_all(Root() / "Seen");
+  Store().Reload();
+  session_->Open({});
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
   EXPECT_TRUE(Store().RemoveConfigPreset(kDialogTemplate));
   EXPECT_TRUE(Manager().GetCurrentConfigGuidForMode("dialog").IsNull());
