@@ -32,7 +32,7 @@ inline UChar32 NextCodePoint(std::string_view text, std::size_t& position) {
 
 inline bool IsSurrogate(UChar32 character) { return U_IS_SURROGATE(character); }
 
-/// `character` must be valid.
+/// `character` must be valid; an unpaired surrogate gives three bytes, which are no UTF-8.
 inline void AppendCodePoint(std::string& text, UChar32 character) {
   char bytes[U8_MAX_LENGTH];
   std::size_t length = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "orvel/core/dir.h"
 #include "orvel/core/export.h"
@@ -18,21 +19,23 @@ ORVEL_EXPORT std::u16string UniqueFileName(const filesupport::Dir& folder,
                                            const std::u16string& name,
                                            const std::u16string& extension);
 
-/// A file name for a name that a person typed: the same name, and readable, with all that a file
-/// system somewhere refuses written as "%" and two hexadecimal digits per UTF-8 byte. That is:
-/// control characters, / \ : * ? " < > | and % itself, a dot or blank at either end, the first
-/// letter of a reserved device name ("CON", "COM1" ...), letters that are seldom used and taken for
-/// others when case is passed over (ligatures, the long s, the Greek iota below a letter), what is
-/// not seen at all (joiners), and of a letter with its marks that is not in Unicode's NFC form, or
-/// that has such a character among them, all that is beyond ASCII.
-///
-/// Two different names never give one file name, also where the file system takes capitals and
-/// small letters for the same: a name that is not written Like This (capitals at the start of the
-/// name and of words above three letters) ends in "%~" and a code of the letters that differ, in
-/// case or by standing for others. "DJ Mix" becomes "DJ Mix%~14". A name that would take more than
-/// 200 bytes is cut short and ends in "%~" and 32 digits of its SHA-1 (RFC 4122, version 5). The
-/// result has 200 bytes of UTF-8 at the most, which leaves room for an extension.
+/// A file name for a name that a person typed: the same name, with all that a file system somewhere
+/// refuses written as "%" and two hexadecimal digits per UTF-8 byte. That is: control characters,
+/// / \ : * ? " < > | and % itself, a dot or blank at the end, and the first letter of a reserved
+/// device name ("CON", "COM1" ...). A name that would take more than 200 bytes of UTF-8 is cut
+/// short and ends in "%~" and 32 digits of its SHA-1 (RFC 4122, version 5). Two different names
+/// never give the same file name.
 ORVEL_EXPORT std::u16string NormalizePathForSaving(const std::u16string& name);
+
+/// The same for a folder in which `others` stand: the one of them that was made of this name, or
+/// else a new one. When a file system may take that for one of the others, because they differ in
+/// case or in how accents are composed, "%~" and a number from 2 stand behind it.
+ORVEL_EXPORT std::u16string NormalizePathForSaving(const std::u16string& name,
+                                                   const std::vector<std::u16string>& others);
+
+/// Whether one of the functions above, now or in the earlier versions that put a code of the
+/// letters' case behind "%~", made this file name of the name.
+ORVEL_EXPORT bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name);
 
 }  // namespace teskcore::utility::FileUtils
 

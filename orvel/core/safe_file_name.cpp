@@ -1,7 +1,6 @@
 #include <algorithm>
-#include <cassert>
+#include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -22,6 +21,7 @@ namespace {
 
 constexpr std::size_t kMaxBytes = 200;
 constexpr char16_t kMark[] = u"%~";
+constexpr char16_t kHexDigits[] = u"0123456789abcdef";
 constexpr std::u16string_view kRefused = u"/\\:*?\"<>|%";
 
 // Reserved on Windows with any extension, also those made of the digits' superscript forms.
@@ -33,39 +33,18 @@ constexpr std::u16string_view kDevices[] = {
     u"lpt8", u"lpt9", u"lpt\u00b9", u"lpt\u00b2", u"lpt\u00b3",
 };
 
-void AppendHex(std::u16string& text, unsigned value, int digits) {
-  constexpr char16_t kDigits[] = u"0123456789abcdef";
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
-    text += kDigits[(value >> shift) & 15U];
-}
-
-const icu::Normalizer2& NFC() {
-  UErrorCode status = U_ZERO_ERROR;
-  const auto* normalizer = icu::Normalizer2::getNFCInstance(status);
-  assert(normalizer != nullptr);  // its data is a part of ICU's code
-  return *normalizer;
+void AppendHex(std::u16string& text, unsigned char byte) {
+  text += kHexDigits[byte >> 4];
+  text += kHexDigits[byte & 15U];
 }
 
 void AppendEscaped(std::u16string& text, UChar32 character) {
-  if (IsSurrogate(character)) {
-    text += u"%u";  // no character, so no UTF-8: the unit itself
-    AppendHex(text, static_cast<unsigned>(character), 4);
-    return;
-  }
   std::string bytes;
   AppendCodePoint(bytes, character);
   for (const char byte : bytes) {
     text += u'%';
-    AppendHex(text, static_cast<unsigned char>(byte), 2);
+    AppendHex(text, static_cast<unsigned char>(byte));
   }
-}
-
-using Characters = std::vector<UChar32>;
-
-Characters Split(const std::u16string& name) {
-  Characters characters;
-  for (std::size_t i = 0; i < name.size();) characters.push_back(NextCodePoint(name, i));
-  return characters;
 }
 
 bool IsDevice(const std::u16string& name) {
@@ -75,135 +54,56 @@ bool IsDevice(const std::u16string& name) {
   return std::find(std::begin(kDevices), std::end(kDevices), stem) != std::end(kDevices);
 }
 
-// Whether comparing without regard to case makes something else of the character than its small
-// letter or its capital: more than one character, or the letter of another.
-bool FoldsOddly(UChar32 character) {
-  const UChar32 lower = u_tolower(character);
-  const UChar32 upper = u_toupper(character);
-  const bool roundTrips =
-      character == lower ? u_tolower(upper) == character : u_toupper(lower) == character;
-  const auto folded = icu::UnicodeString(character).foldCase();
-  return !roundTrips ||
-         (folded != icu::UnicodeString(lower) && folded != icu::UnicodeString(upper));
-}
-
-// Of the letters that fold oddly, those that the code of the name can tell from all others: the
-// ones in daily use, of which no two fold alike in the same case, and the small letters that fold
-// oddly only because they have no capital in one character.
-bool IsToldByCode(UChar32 character) {
-  constexpr UChar32 kInDailyUse[] = {
-      0xB5,    // micro sign, for the Greek mu
-      0xDF,    // sharp s, for ss
-      0x130,   // Turkish capital i with its dot, for i and a dot
-      0x3C2,   // final sigma, for sigma
-      0x587,   // Armenian ech yiwn, for ech and yiwn
-      0x1E9E,  // capital sharp s, for SS
-  };
-  if (std::find(std::begin(kInDailyUse), std::end(kInDailyUse), character) !=
-      std::end(kInDailyUse)) {
-    return true;
-  }
-  // Folded, these are the same character taken apart.
-  const icu::UnicodeString text(character);
-  UErrorCode status = U_ZERO_ERROR;
-  return NFC().normalize(icu::UnicodeString(text).foldCase(), status) == text && U_SUCCESS(status);
-}
-
 bool IsRefused(UChar32 character) {
-  if (character < 0x80) {
-    return u_iscntrl(character) || kRefused.find(static_cast<char16_t>(character)) != kRefused.npos;
-  }
-  // Some file systems pass over what is ignorable, and the eye does so everywhere.
-  return IsSurrogate(character) || u_iscntrl(character) ||
-         u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) ||
-         (FoldsOddly(character) && !IsToldByCode(character));
+  return IsSurrogate(character) || u_charType(character) == U_CONTROL_CHAR ||
+         (character < 0x80 && kRefused.find(static_cast<char16_t>(character)) != kRefused.npos);
 }
 
-bool IsInNFC(const icu::UnicodeString& text) {
-  UErrorCode status = U_ZERO_ERROR;
-  return NFC().isNormalized(text, status) && U_SUCCESS(status);
-}
-
-// Which characters are escaped. What composes with what stands before it shares its fate, so that
-// the result is in NFC again.
-std::vector<bool> FindEscapes(const std::u16string& name, const Characters& characters) {
-  const std::size_t count = characters.size();
-  std::vector<bool> escapes(count);
-  const bool device = IsDevice(name);
-  for (std::size_t i = 0; i < count; ++i) {
-    const bool atEnd = i == 0 || i + 1 == count;
-    escapes[i] = IsRefused(characters[i]) || (i == 0 && device) ||
-                 (atEnd && (characters[i] == ' ' || characters[i] == '.'));
-  }
-  for (std::size_t begin = 0; begin < count;) {
-    icu::UnicodeString sequence;
-    bool escape = false;
-    std::size_t end = begin;
-    do {
-      sequence.append(characters[end]);
-      escape = escape || escapes[end];
-      ++end;
-    } while (end < count && !NFC().hasBoundaryBefore(characters[end]));
-    if (escape || !IsInNFC(sequence)) {
-      for (std::size_t i = begin; i < end; ++i) escapes[i] = escapes[i] || characters[i] >= 0x80;
-    }
-    begin = end;
-  }
-  return escapes;
-}
-
-std::u16string Escape(const std::u16string& name, const Characters& characters) {
-  const std::vector<bool> escapes = FindEscapes(name, characters);
+std::u16string Escape(const std::u16string& name) {
+  const bool isDevice = IsDevice(name);
   std::u16string safe;
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    if (escapes[i]) {
-      AppendEscaped(safe, characters[i]);
+  for (std::size_t i = 0; i < name.size();) {
+    const bool isOfDevice = isDevice && i == 0;
+    const UChar32 character = NextCodePoint(name, i);
+    const bool isDropped = i == name.size() && (character == ' ' || character == '.');
+    if (IsRefused(character) || isOfDevice || isDropped) {
+      AppendEscaped(safe, character);
     } else {
-      AppendCodePoint(safe, characters[i]);
+      AppendCodePoint(safe, character);
     }
   }
   return safe.empty() ? u"%" : safe;
 }
 
-// The usual spelling: a capital begins the first word and every word of more than three letters.
-std::vector<bool> FindUsualCapitals(const Characters& characters) {
-  std::vector<bool> capitals(characters.size());
-  bool firstWord = true;
-  for (auto at = characters.begin(); at != characters.end();) {
-    const auto end = std::find_if_not(at, characters.end(), u_isUAlphabetic);
-    if (end == at) {
-      ++at;
-      continue;
+// In UTF-8. A "%" that escapes nothing stands for itself.
+std::string Unescape(const std::string& safe) {
+  std::string name;
+  for (std::size_t i = 0; i < safe.size(); ++i) {
+    const char* const digits = safe.data() + i + 1;
+    unsigned byte = 0;
+    if (safe[i] == '%' && i + 2 < safe.size() &&
+        std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+      name += static_cast<char>(byte);
+      i += 2;
+    } else {
+      name += safe[i];
     }
-    capitals[static_cast<std::size_t>(at - characters.begin())] = firstWord || end - at > 3;
-    firstWord = false;
-    at = end;
   }
-  return capitals;
+  return name;
 }
 
-// Two bits for each letter, a hexadecimal digit for two letters, zeros at the end left out: whether
-// its case is not the usual one, and whether it folds oddly. Empty for a name in the usual
-// spelling.
-std::u16string CaseCode(const Characters& characters) {
-  const std::vector<bool> capitals = FindUsualCapitals(characters);
-  std::u16string code;
-  unsigned pending = 0;
-  bool second = false;
-  for (std::size_t i = 0; i < characters.size(); ++i) {
-    const UChar32 character = characters[i];
-    const UChar32 lower = u_tolower(character);
-    const bool odd = FoldsOddly(character);
-    if (lower == u_toupper(character) && !odd) continue;
-    const bool unusual = (character != lower) != capitals[i];
-    const unsigned bits = (unusual ? 1U : 0U) | (odd ? 2U : 0U);
-    if (second) AppendHex(code, pending << 2 | bits, 1);
-    pending = bits;
-    second = !second;
+// Equal for names that some file system takes for one: those that differ in case, in how accents
+// are composed, or in what is not seen. It passes over some more differences, which does no harm.
+icu::UnicodeString Fold(const std::u16string& name) {
+  icu::UnicodeString folded;
+  for (std::size_t i = 0; i < name.size();) {
+    folded.append(u_tolower(u_toupper(NextCodePoint(name, i))));
   }
-  if (second) AppendHex(code, pending << 2, 1);
-  code.erase(code.find_last_not_of(u'0') + 1);
-  return code;
+  UErrorCode status = U_ZERO_ERROR;
+  const auto* folding = icu::Normalizer2::getNFKCCasefoldInstance(status);
+  if (folding == nullptr) return folded;  // ICU comes without its data
+  const auto normalized = folding->normalize(folded, status);
+  return U_SUCCESS(status) ? normalized : folded;
 }
 
 std::u16string Digest(const std::u16string& name) {
@@ -211,7 +111,7 @@ std::u16string Digest(const std::u16string& name) {
   const boost::uuids::name_generator_sha1 generator(boost::uuids::ns::url());
   const auto id = generator(name.data(), name.size() * sizeof(char16_t));
   std::u16string digits;
-  for (const auto byte : id) AppendHex(digits, byte, 2);
+  for (const auto byte : id) AppendHex(digits, byte);
   return digits;
 }
 
@@ -220,7 +120,7 @@ std::u16string Cut(const std::u16string& safe, std::size_t bytes) {
   std::u16string cut;
   for (std::size_t i = 0; i < safe.size();) {
     std::size_t units = U16_IS_LEAD(safe[i]) ? 2 : 1;
-    if (safe[i] == u'%') units = safe.compare(i, 2, u"%u") == 0 ? 6 : 3;
+    if (safe[i] == u'%') units = 3;
     const std::u16string next = cut + safe.substr(i, units);
     if (UTF16to8(next).size() > bytes) break;
     cut = next;
@@ -232,13 +132,34 @@ std::u16string Cut(const std::u16string& safe, std::size_t bytes) {
 }  // namespace
 
 std::u16string NormalizePathForSaving(const std::u16string& name) {
-  const Characters characters = Split(name);
-  const std::u16string safe = Escape(name, characters);
-  const std::u16string code = CaseCode(characters);
-  const std::u16string marked = code.empty() ? safe : safe + kMark + code;
-  if (UTF16to8(marked).size() <= kMaxBytes) return marked;
+  const std::u16string safe = Escape(name);
+  if (UTF16to8(safe).size() <= kMaxBytes) return safe;
   const std::u16string tail = kMark + Digest(name);
   return Cut(safe, kMaxBytes - tail.size()) + tail;
+}
+
+std::u16string NormalizePathForSaving(const std::u16string& name,
+                                      const std::vector<std::u16string>& others) {
+  const std::u16string safe = NormalizePathForSaving(name);
+  if (std::ranges::find(others, safe) != others.end()) return safe;
+  std::vector<icu::UnicodeString> taken;
+  for (const auto& other : others) {
+    if (IsNormalizedFrom(other, name)) return other;
+    taken.push_back(Fold(other));
+  }
+  std::u16string candidate = safe;
+  for (int number = 2; std::ranges::find(taken, Fold(candidate)) != taken.end(); ++number) {
+    candidate = safe + kMark + UTF8to16(std::to_string(number));
+  }
+  return candidate;
+}
+
+bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name) {
+  const std::size_t mark = std::min(fileName.find(kMark), fileName.size());
+  const std::u16string code = fileName.substr(std::min(mark + 2, fileName.size()));
+  if (name.empty() || code.find_first_not_of(kHexDigits) != code.npos) return false;
+  return Unescape(UTF16to8(fileName.substr(0, mark))) == UTF16to8(name) ||
+         code.starts_with(Digest(name));
 }
 
 }  // namespace teskcore::utility::FileUtils

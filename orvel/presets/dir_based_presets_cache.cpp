@@ -92,7 +92,12 @@ bool DirBasedPresetsCache<T>::Save(Preset<T> preset) {
   Title title;
   if (preset.Guid.IsNull() || !MakePresetFileTitle(preset.Name, title)) return false;
   adopt_(preset);
-  title = ChooseTitle(title, preset);
+  try {
+    title = ChooseTitle(preset);
+  } catch (const std::exception& error) {
+    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
+    return false;
+  }
   // A preset of another name, in a file that was renamed by hand, moves to a file of its own name.
   const auto occupant = entries_.find(title);
   Title aside;
@@ -122,13 +127,18 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
   return {folder_, title + kPresetFileExtension};
 }
 
-// The file for `preset`, whose name asks for `title`: two presets that have borne one name since
-// they were read keep a file each.
+// The file for `preset`: two presets that have borne one name since they were read keep a file
+// each.
 template <typename T>
-auto DirBasedPresetsCache<T>::ChooseTitle(const Title& title, const Preset<T>& preset) const
-    -> Title {
-  const auto occupant = entries_.find(title);
+auto DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset) const -> Title {
   const auto own = titles_.find(preset.Guid);
+  std::vector<Title> others;
+  const auto isFile = [](const Title& name) { return name.ends_with(kPresetFileExtension); };
+  for (auto at = folder_.BeginFiles(isFile); at != folder_.EndFiles(); ++at) {
+    if (own == titles_.end() || at->GetTitle() != own->second) others.push_back(at->GetTitle());
+  }
+  const Title title = FileUtils::NormalizePathForSaving(UTF8to16(preset.Name), others);
+  const auto occupant = entries_.find(title);
   const bool isTwin = occupant != entries_.end() && occupant->second.Guid != preset.Guid &&
                       occupant->second.Name == preset.Name && own != titles_.end() &&
                       entries_.at(own->second).Name == preset.Name;

@@ -60,7 +60,7 @@ class ORVEL_EXPORT DirBasedPresetsCache {
 
   File FileOf(const Title& title) const;
   void LoadFile(const Title& title, const File& file);
-  Title ChooseTitle(const Title& title, const Preset<T>& preset) const;
+  Title ChooseTitle(const Preset<T>& preset) const;
   bool Move(const Title& from, const Title& to);
   bool Put(const Title& title, const Preset<T>& preset);
   void Insert(const Title& title, Preset<T> preset);

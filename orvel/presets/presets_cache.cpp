@@ -39,9 +39,9 @@ bool FinishRenaming(const Dir& folder) {
   const File renamed(folder, kRenamedName);
   if (!renamed.Exists()) return false;
   Preset<ConfigPresetData> preset;
-  std::u16string title;
-  const bool isMoved = ReadPresetFile(renamed, preset) && MakePresetFileTitle(preset.Name, title) &&
-                       title == folder.Parent().GetName();
+  const bool isMoved =
+      ReadPresetFile(renamed, preset) &&
+      FileUtils::IsNormalizedFrom(folder.Parent().GetName(), UTF8to16(preset.Name));
   return isMoved ? MovePresetFile(renamed, File(folder, kConfigFileName))
                  : DeletePresetFile(renamed);
 }
@@ -137,11 +137,11 @@ void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entri
     preset.PresetData.ModeID = modeID;
     changed = true;
   }
-  // The folder of a name with characters that no folder can bear is called differently.
+  // The folder of a name that no folder can bear, or not beside another, is called differently.
   const std::u16string folderName = folder.Parent().GetName();
   const std::string name = UTF16to8(folderName);
   if (!isFactory && preset.Name != name &&
-      FileUtils::NormalizePathForSaving(UTF8to16(preset.Name)) != folderName) {
+      !FileUtils::IsNormalizedFrom(folderName, UTF8to16(preset.Name))) {
     preset.Name = name;
     changed = true;
   }
@@ -212,7 +212,7 @@ bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
 // it.
 bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset) {
   std::u16string title;
-  if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
+  if (IsReservedPresetName(preset.Name) || !MakeFolderTitle(preset.Name, title)) return false;
   if (IsNameTaken(preset.Name, preset.PresetData.ModeID)) return false;
   const Dir from = entry.file.Parent();
   const Dir to(Dir(root_, title), from.GetName());
@@ -238,6 +238,15 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   return true;
 }
 
+// The name folder for a preset of this name; false when it can have none.
+bool PresetsCache::MakeFolderTitle(const std::string& name, std::u16string& title) const {
+  if (!MakePresetFileTitle(name, title)) return false;
+  std::vector<std::u16string> others;
+  ForEachSubfolder(root_, [&others](const Dir& folder) { others.push_back(folder.GetName()); });
+  title = FileUtils::NormalizePathForSaving(UTF8to16(name), others);
+  return true;
+}
+
 // A name is that of a folder, which a person may have renamed so that it is not what the name
 // makes.
 bool PresetsCache::IsNameTaken(const std::string& name, const std::string& modeID) const {
@@ -254,7 +263,7 @@ void PresetsCache::MakeOrdinary(const Guid& guid) {
 
 bool PresetsCache::CreateConfigPreset(const Preset<ConfigPresetData>& preset) {
   std::u16string title;
-  if (IsReservedPresetName(preset.Name) || !MakePresetFileTitle(preset.Name, title)) return false;
+  if (IsReservedPresetName(preset.Name) || !MakeFolderTitle(preset.Name, title)) return false;
   return Create(preset, title, false);
 }
 
@@ -352,7 +361,7 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
   Preset<ConfigPresetData> temporary = preset;
   for (int number = 2;; ++number) {
     std::u16string title;
-    if (!MakePresetFileTitle(temporary.Name, title)) return false;
+    if (!MakeFolderTitle(temporary.Name, title)) return false;
     const Dir folder(Dir(root_, title), UTF8to16(preset.PresetData.ModeID));
     const bool isTaken = IsReservedPresetName(temporary.Name) ||
                          IsNameTaken(temporary.Name, preset.PresetData.ModeID);

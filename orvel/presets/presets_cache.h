@@ -154,6 +154,7 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   const ConfigEntry* Find(const Guid& guid) const;
   ConfigEntry* Find(const Guid& guid);
   void Insert(const Preset<ConfigPresetData>& preset, const File& file, bool isFactory);
+  bool MakeFolderTitle(const std::string& name, std::u16string& title) const;
   bool IsNameTaken(const std::string& name, const std::string& modeID) const;
   bool Create(const Preset<ConfigPresetData>& preset, const std::u16string& title,
               bool isTemporary);

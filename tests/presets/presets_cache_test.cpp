@@ -1,7 +1,9 @@
 #include "orvel/presets/presets_cache.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <set>
 
 #include <gmock/gmock.h>
 
@@ -98,6 +100,53 @@ TEST_F(PresetsCacheTest, WhatAPersonTypesIsANameOrIsRefused) {
   }
   EXPECT_TRUE(PresetsCache::IsReservedPresetName("Default"));
   EXPECT_FALSE(PresetsCache::IsReservedPresetName("default"));
+  ExpectDiskHolds(*cache);
+}
+
+TEST_F(PresetsCacheTest, WhatAFileSystemMayTakeForOneFileStandsInTwo) {
+  const auto cache = Open();
+  const Guid config = AddConfig(*cache, "my show");
+  AddConfig(*cache, "My Show");
+  EXPECT_TRUE(cache->CreateConfigPreset(MakeConfigPreset("My Show", "music")));
+  EXPECT_TRUE(fs::exists(Root() / "My Show%~2" / "music"));
+  auto renamed = MakeConfigPreset("Other", "sfx");
+  EXPECT_TRUE(cache->CreateConfigPreset(renamed));
+  renamed.Name = "MY SHOW";
+  EXPECT_TRUE(cache->SavePreset(renamed));
+  for (const char* name : {"voice", "Voice", "Voice", "(config)"}) {
+    EXPECT_TRUE(cache->SavePreset(MakeUserPreset(name, config))) << name;
+  }
+  EXPECT_THAT(NamesOf(UsersOf(*cache, config)), ElementsAre("(config)", "Voice", "voice"));
+  ExpectDiskHolds(*cache);
+  std::set<std::string> folded;
+  for (const auto& [path, text] : Snapshot()) {
+    std::string name = path;
+    for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    EXPECT_TRUE(folded.insert(name).second) << path;
+  }
+  // A change of the case alone needs no second name.
+  auto voice = UsersOf(*cache, config).back();
+  voice.Name = "VOICE ";
+  EXPECT_TRUE(cache->SavePreset(voice));
+  voice.Name = "Voice ";
+  EXPECT_TRUE(cache->SavePreset(voice));
+  EXPECT_TRUE(fs::exists(Root() / "my show" / "dialog" / "Voice%20.orvel"));
+}
+
+TEST_F(PresetsCacheTest, TheFilesOfEarlierVersionsKeepTheirNames) {
+  const auto first = Open();
+  const Guid config = AddConfig(*first, "mine");
+  const auto look = MakeUserPreset("my look", config);
+  ASSERT_TRUE(first->SavePreset(look));
+  const auto folder = Root() / "mine%~4" / "dialog";
+  fs::rename(Root() / "mine", Root() / "mine%~4");
+  fs::rename(folder / "my look.orvel", folder / "my look%~44.orvel");
+  const auto cache = Open();
+  EXPECT_EQ(ConfigsOf(*cache).front().Name, "mine");
+  EXPECT_TRUE(cache->CreateConfigPreset(MakeConfigPreset("mine", "music")));
+  EXPECT_FALSE(fs::exists(Root() / "mine"));
+  EXPECT_TRUE(cache->SavePreset(MakeUserPreset("my look", config, 2.0f)));
+  EXPECT_THAT(NamesOf(UsersOf(*cache, config)), ElementsAre("my look")) << "it is replaced";
   ExpectDiskHolds(*cache);
 }
 
