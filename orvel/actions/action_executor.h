@@ -14,6 +14,7 @@ namespace orvel {
 /// the scope notification.
 class ORVEL_EXPORT ActionExecutor : public virtual RefCountedObject {
  public:
+  /// See `RegisterForActionExecutionScopeChanges`.
   using ScopeSignal = boost::signals2::signal<void(bool begin, bool sendSignals)>;
 
   /// Runs the action and puts it on the undo stack; false when it was not run. The action that is
@@ -30,12 +31,16 @@ class ORVEL_EXPORT ActionExecutor : public virtual RefCountedObject {
       const ScopeSignal::slot_type& slot) = 0;
 };
 
-/// The host's executor; null until one is set. Setting one lets go of the one before.
+/// Keeps the host's executor, and lets go of the one before.
 ORVEL_EXPORT void SetOrvelActionExecutor(const boost::intrusive_ptr<ActionExecutor>& executor);
+
+/// The host's executor; null until one is set.
 ORVEL_EXPORT boost::intrusive_ptr<ActionExecutor> GetOrvelActionExecutor();
 
-/// Hand an action to the executor and give its result; false when there is no executor.
+/// Hands an action to the executor's `Execute` and gives its result; false without an executor.
 ORVEL_EXPORT bool ExecuteOrvelAction(const boost::intrusive_ptr<Action>& action);
+
+/// The same through `ExecuteWithoutUndo`.
 ORVEL_EXPORT bool ExecuteOrvelActionWithoutUndo(const boost::intrusive_ptr<Action>& action,
                                                 bool flag);
 

@@ -32,7 +32,10 @@ extern ORVEL_EXPORT const std::string kSessionPropertyKey_Configurations;
 /// Main thread only; `Terminate` must not be called out of one of its callbacks or signals.
 class ORVEL_EXPORT ConfigurationManager {
  public:
+  /// See `RegisterConfigurationDataChangedCallback`.
   using ConfigurationSignal = boost::signals2::signal<void(), CallEverySlot>;
+
+  /// See `RegisterModelConfigurationDataChangedCallback`.
   using ModelConfigurationSignal =
       boost::signals2::signal<void(const std::string& modeID, const std::string& modelID,
                                    const PropList& configuration),
@@ -43,9 +46,15 @@ class ORVEL_EXPORT ConfigurationManager {
   using MigrateModelFunction =
       boost::function<bool(const PropList& oldConfiguration, const PropList& newConfiguration,
                            std::vector<float>& values)>;
+
+  /// See `SetHandleDirtyConfigurationPresetFunction`.
   using HandleDirtyFunction =
       boost::function<bool(const std::string& modeID, const Preset<ConfigPresetData>& preset)>;
+
+  /// See `SetReportMissingConfigPresetFunction`.
   using ReportMissingFunction = boost::function<void()>;
+
+  /// See `SetVerifyConfigurationChangeFunction`.
   using VerifyChangeFunction = boost::function<bool(const std::string& modeID)>;
 
   /// Makes the one instance, which takes over the configurations of the document that is open.
@@ -54,20 +63,24 @@ class ORVEL_EXPORT ConfigurationManager {
   static void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
                          const boost::intrusive_ptr<PresetsCache>& presetsCache,
                          const std::set<std::string>& modeIDs);
+
+  /// Ends the instance; harmless without one. What was registered with the `Set...Function` goes.
   static void Terminate();
 
   /// Null before `Initialize` and after `Terminate`.
   static ConfigurationManager* Get();
 
+  /// The store that `Initialize` was given; may be null.
   const boost::intrusive_ptr<PresetsCache>& GetPresetsCache() const { return cache_; }
 
   /// Null for a mode that is not served.
   boost::intrusive_ptr<ConfigPresetsHandler> GetConfigPresetHandler(
       const std::string& modeID) const;
 
-  /// The null guid for a mode that is not served or has no configuration; for all modes in the
-  /// order of their ids.
+  /// The null guid for a mode that is not served or has no configuration.
   Guid GetCurrentConfigGuidForMode(const std::string& modeID) const;
+
+  /// The same for all modes, in the order of their ids.
   std::vector<Guid> GetCurrentConfigGuidForAllModes() const;
 
   /// Copies the current configuration of a section; false, with `configuration` as it was, when the
@@ -119,11 +132,12 @@ class ORVEL_EXPORT ConfigurationManager {
   /// Asked before a person's selection or a `SetModelConfiguration` takes effect; false refuses it.
   void SetVerifyConfigurationChangeFunction(const VerifyChangeFunction& function);
 
-  /// The slots are called after a mode's current configuration was replaced, and after that of a
-  /// section changed, in the order of the model ids. A section that is no longer configured is
-  /// announced with an empty list.
+  /// The slot is called after a mode's current configuration was replaced.
   boost::signals2::connection RegisterConfigurationDataChangedCallback(
       const ConfigurationSignal::slot_type& slot);
+
+  /// The slot is called after the configuration of a section changed, in the order of the model
+  /// ids. A section that is no longer configured is announced with an empty list.
   boost::signals2::connection RegisterModelConfigurationDataChangedCallback(
       const ModelConfigurationSignal::slot_type& slot);
 

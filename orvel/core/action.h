@@ -17,28 +17,43 @@ class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
   /// whether it makes the document differ from its saved state. The action itself acts on neither.
   Action(bool undoable, bool changesDocument, const std::u16string& displayName);
 
+  /// Makes the change, the first time as well as after an undo.
   virtual void Redo() { RedoSelf(); }
+
+  /// Takes the change back.
   virtual void Undo() { UndoSelf(); }
 
   /// Whether the action can still be applied; an action that depends on nothing always can.
   virtual bool DoStillViable() const { return true; }
 
-  /// The display name as it stands, and as the menu shows it: "Undo ..." and "Redo ...", localised.
+  /// The display name as it stands.
   const std::u16string& GetActionString() const { return displayName_; }
+
+  /// The display name as the menu shows it: "Undo ...", localised.
   std::u16string GetUndoDescription() const;
+
+  /// The same for "Redo ...".
   std::u16string GetRedoDescription() const;
 
   /// Tags the action with the name of its kind.
   void SetActionType(const std::u16string& type) { type_ = type; }
+
+  /// Empty until one is set.
   const std::u16string& GetActionType() const { return type_; }
 
+  /// As it was told to the constructor.
   bool IsUndoable() const { return undoable_; }
+
+  /// As it was told to the constructor.
   bool ChangesDocument() const { return changesDocument_; }
 
  protected:
   ~Action() override;
 
+  /// What `Redo` does.
   virtual void RedoSelf() = 0;
+
+  /// What `Undo` does.
   virtual void UndoSelf() = 0;
 
  private:
@@ -53,8 +68,10 @@ class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
 /// goes on.
 class ORVEL_EXPORT MultiAction : public Action {
  public:
+  /// In the order of the redo.
   using Children = std::vector<boost::intrusive_ptr<Action>>;
 
+  /// Undoable, changes the document, and has no children yet.
   explicit MultiAction(const std::u16string& displayName);
 
   /// Appends a child; null is passed over.
@@ -63,7 +80,10 @@ class ORVEL_EXPORT MultiAction : public Action {
   /// Whether every child is still viable.
   bool DoStillViable() const override;
 
+  /// The first child.
   Children::const_iterator begin() const { return children_.begin(); }
+
+  /// Behind the last child.
   Children::const_iterator end() const { return children_.end(); }
 
  protected:

@@ -16,6 +16,7 @@ namespace teskaudiofilterhost {
 /// The parameter values of one effect preset.
 class ORVEL_EXPORT PresetData : public teskcore::utility::RefCountedObject {
  public:
+  /// Keeps the values as `GetParamList` gives them.
   explicit PresetData(const std::list<float>& params) : params_(params) {}
 
   /// Stores the values in the effect's parameter order, each in the effect's normalised 0..1 scale.
@@ -28,8 +29,10 @@ class ORVEL_EXPORT PresetData : public teskcore::utility::RefCountedObject {
 /// The factory presets of one effect.
 class ORVEL_EXPORT PresetList : public teskcore::utility::RefCountedObject {
  public:
+  /// Adds a preset; one of the same name is replaced.
   void AddPreset(const std::u16string& name, const std::list<float>& params);
 
+  /// Replaces `names` by those of the presets.
   void GetPresetNames(std::set<std::u16string>& names) const;
 
   /// Null when there is no preset of that name.

@@ -9,11 +9,14 @@
 namespace teskcore::filesupport {
 
 /// How a stream is opened.
-enum StreamFlags : std::uint32_t { kStreamRead = 1 };
+enum StreamFlags : std::uint32_t {
+  kStreamRead = 1,  ///< for reading
+};
 
 /// Reads a file. Every operation raises `file_exception` when it fails.
 class ORVEL_EXPORT IPlatformByteStream {
  public:
+  /// Opens the file; `flags` of `StreamFlags`.
   explicit IPlatformByteStream(const File& file, std::uint32_t flags = kStreamRead);
   ~IPlatformByteStream();
   IPlatformByteStream(const IPlatformByteStream&) = delete;

@@ -18,17 +18,25 @@ namespace teskcore::filesupport {
 template <typename Entry>
 class ListingIterator {
  public:
+  /// What the standard asks of a forward iterator.
+  /// @{
   using value_type = Entry;
   using difference_type = std::ptrdiff_t;
   using reference = const Entry&;
   using pointer = const Entry*;
   using iterator_category = std::forward_iterator_tag;
+  /// @}
 
+  /// The end of every walk.
   ListingIterator() = default;
+
+  /// The begin of a walk over `entries`.
   explicit ListingIterator(std::vector<Entry> entries) {
     if (!entries.empty()) entries_ = std::make_shared<const std::vector<Entry>>(std::move(entries));
   }
 
+  /// As of any forward iterator; not to be used at the end.
+  /// @{
   reference operator*() const { return (*entries_)[position_]; }
   pointer operator->() const { return &**this; }
   ListingIterator& operator++() {
@@ -43,6 +51,7 @@ class ListingIterator {
   friend bool operator==(const ListingIterator& left, const ListingIterator& right) {
     return left.entries_ == right.entries_ && left.position_ == right.position_;
   }
+  /// @}
 
  private:
   std::shared_ptr<const std::vector<Entry>> entries_;  // null at the end
@@ -52,11 +61,19 @@ class ListingIterator {
 /// The path of a folder, which may or may not exist.
 class ORVEL_EXPORT Dir {
  public:
+  /// Whether a name is listed.
   using Filter = boost::function<bool(const std::u16string& name)>;
+
+  /// Whether the listing ends here.
   using Cancel = boost::function<bool()>;
+
+  /// Over folders.
   using SubdirIterator = ListingIterator<Dir>;
+
+  /// Over files.
   using FileIterator = ListingIterator<File>;
 
+  /// No folder: the empty path.
   Dir() = default;
 
   /// Slashes at the end are left out, but the root's.
@@ -69,13 +86,20 @@ class ORVEL_EXPORT Dir {
   /// The user's preferences folder: the one that the host set, else $XDG_CONFIG_HOME or ~/.config
   /// (/.config where there is no home). It need not exist yet.
   static Dir PrefDir();
+
+  /// Sets the preferences folder for the rest of the program; before `Initialize`, which reads it.
   static void SetPrefDir(const Dir& folder);
 
-  /// The root is its own parent, and has no name.
+  /// The folder above; the root is its own parent.
   Dir Parent() const;
+
+  /// The last part of the path; the root has no name.
   std::u16string GetName() const;
+
+  /// The path as it was given, without slashes at the end.
   const std::u16string& FullPath() const { return path_; }
 
+  /// Whether a folder stands there; a link counts as what it leads to.
   bool Exists() const;
 
   /// Creates the folder and its missing parents; one that exists is no error. Raises
@@ -86,13 +110,19 @@ class ORVEL_EXPORT Dir {
   /// not there.
   void Delete() const;
 
-  /// The direct sub-folders, and the direct regular files, sorted by name. `filter` keeps the names
-  /// for which it answers true; `cancel` ends the listing as soon as it answers true; both may be
-  /// empty. Raises `dir_exception` when the folder cannot be listed.
+  /// The direct sub-folders, sorted by name. `filter` keeps the names for which it answers true;
+  /// `cancel` ends the listing as soon as it answers true; both may be empty. Raises
+  /// `dir_exception` when the folder cannot be listed.
   SubdirIterator BeginSubdirs(const Filter& filter = Filter(),
                               const Cancel& cancel = Cancel()) const;
+
+  /// The end of `BeginSubdirs`.
   SubdirIterator EndSubdirs() const { return SubdirIterator(); }
+
+  /// The same for the direct regular files.
   FileIterator BeginFiles(const Filter& filter = Filter(), const Cancel& cancel = Cancel()) const;
+
+  /// The end of `BeginFiles`.
   FileIterator EndFiles() const { return FileIterator(); }
 
  private:

@@ -50,6 +50,7 @@ ORVEL_EXPORT void RegisterMainThread(const boost::intrusive_ptr<AsyncEventLoopAd
 /// runs it.
 ORVEL_EXPORT boost::intrusive_ptr<QueuedEventLoop> GetDefaultEventLoop();
 
+/// The thread that calls.
 inline std::thread::id GetCurrentThreadID() { return std::this_thread::get_id(); }
 
 }  // namespace teskcore::threads

@@ -12,20 +12,26 @@ class Dir;
 /// The path of a file, which may or may not exist.
 class ORVEL_EXPORT File {
  public:
+  /// No file: the empty path.
   File() = default;
+
+  /// The path as it stands; nothing is looked up.
   explicit File(const std::u16string& path) : path_(path) {}
 
   /// The file `name` in `folder`. Raises `file_exception` for a name that would lead elsewhere: an
   /// empty one, "." and "..", and any with a slash or a NUL in it.
   File(const Dir& folder, const std::u16string& name);
 
+  /// The path as it was given.
   const std::u16string& FullPath() const { return path_; }
 
-  /// The name without its extension, and the extension with or without its dot. A leading dot
-  /// begins no extension.
+  /// The name without its extension. A leading dot begins no extension.
   std::u16string GetTitle() const;
+
+  /// The extension with or without its dot; empty when there is none.
   std::u16string GetExtension(bool withDot) const;
 
+  /// The folder that it stands in.
   Dir Parent() const;
 
   /// Whether a regular file stands there; a link counts as what it leads to.

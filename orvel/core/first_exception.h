@@ -9,6 +9,7 @@ namespace orvel {
 /// unwritten because somebody before failed. The first exception goes on afterwards.
 class FirstException {
  public:
+  /// Takes a step, and keeps what it throws when nothing was kept before.
   template <typename Step>
   void Catch(Step&& step) noexcept {
     try {
@@ -30,8 +31,10 @@ class FirstException {
 /// Lets a signal call every slot, whatever one of them throws, and throws that afterwards; as it
 /// is, Boost's ends with the first that throws.
 struct CallEverySlot {
+  /// What Boost asks of a combiner.
   using result_type = void;
 
+  /// Calls each slot from `slot` up to `last`.
   template <typename Iterator>
   void operator()(Iterator slot, Iterator last) const {
     FirstException failure;

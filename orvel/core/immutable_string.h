@@ -10,10 +10,13 @@ namespace teskcore::utility {
 /// comparing two of them compares addresses.
 class ORVEL_EXPORT ImmutableString {
  public:
+  /// The one string of this text.
   static ImmutableString CreateStatic(const std::string& text);
 
+  /// The text; lives as long as the program.
   const std::string& AsUTF8String() const { return *text_; }
 
+  /// Whether the texts are equal.
   friend bool operator==(ImmutableString left, ImmutableString right) {
     return left.text_ == right.text_;
   }

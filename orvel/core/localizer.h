@@ -17,11 +17,13 @@ class ORVEL_EXPORT Localizer {
   /// is none.
   using Lookup = boost::function<bool(const std::string& path, std::u16string& text)>;
 
+  /// The one instance; it lives as long as the program.
   static Localizer& Get();
 
   /// Replaces the tables; an empty function takes them away.
   void SetLookup(const Lookup& lookup) { lookup_ = lookup; }
 
+  /// Asks the host's tables; false when there are none.
   bool Find(const std::string& path, std::u16string& text) const {
     const Lookup lookup = lookup_;  // it may replace itself
     return lookup && lookup(path, text);

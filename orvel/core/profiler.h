@@ -14,21 +14,26 @@ namespace teskcore::debug {
 
 /// One named place that is profiled.
 struct ProfileDataLog {
-  std::string name;
-  int volume = 0;
+  std::string name;  ///< as the profiler shows it
+  int volume = 0;    ///< the least profiling volume at which it is measured
 };
 
 /// How much is profiled, and where the times go.
 class ORVEL_EXPORT CodeProfilerManager {
  public:
+  /// Takes the duration of one pass.
   using Sink = boost::function<void(const ProfileDataLog& log, std::chrono::nanoseconds duration)>;
 
   /// The volume at which the library's own scopes are opened.
   static constexpr int kDefaultVolume = 1;
 
+  /// The one instance; it lives as long as the program.
   static CodeProfilerManager& Get();
 
+  /// Whether profiling is on.
   bool IsConditionalProfiling() const { return conditional_.load(std::memory_order_relaxed); }
+
+  /// The volume given with the last `SetConditionalProfiling`; 0 before.
   int GetProfilingVolume() const { return volume_.load(std::memory_order_relaxed); }
 
   /// Switches profiling on or off; scopes are opened while it is on and `volume` is at least
@@ -38,6 +43,7 @@ class ORVEL_EXPORT CodeProfilerManager {
   /// Receives each scope's duration as it ends; called on the scope's thread.
   void SetSink(const Sink& sink) { sink_ = sink; }
 
+  /// A place of this name, for scopes to report under.
   std::shared_ptr<const ProfileDataLog> CreateNewProfileDataLog(const std::string& name,
                                                                 int volume);
 
@@ -55,6 +61,7 @@ class ORVEL_EXPORT CodeProfilerManager {
 /// Measures from its construction to its end.
 class ORVEL_EXPORT CodeProfiler {
  public:
+  /// Starts the measurement, which is reported under `log`.
   explicit CodeProfiler(const std::shared_ptr<const ProfileDataLog>& log);
   ~CodeProfiler();
   CodeProfiler(const CodeProfiler&) = delete;
@@ -73,7 +80,10 @@ namespace orvel {
 /// made on first use, and never destroyed.
 class ORVEL_EXPORT ProfileName {
  public:
+  /// `name` must live as long as the object: a literal.
   explicit constexpr ProfileName(const char* name) : name_(name) {}
+
+  /// The place of this name; made by the first call.
   const std::shared_ptr<const teskcore::debug::ProfileDataLog>& GetLog();
 
  private:
@@ -85,6 +95,7 @@ class ORVEL_EXPORT ProfileName {
 /// and a load while it is off.
 class ProfileScope {
  public:
+  /// Measures from here to its own end.
   explicit ProfileScope(ProfileName& name) {
     using teskcore::debug::CodeProfilerManager;
     const CodeProfilerManager& manager = CodeProfilerManager::Get();

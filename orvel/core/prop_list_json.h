@@ -10,6 +10,7 @@ namespace teskcore::serialization {
 /// tags "float", "std::uint32_t", "array::float" and "tree::any".
 template <>
 struct ORVEL_EXPORT JSONConvert<proplist::PropList> {
+  /// Keeps order and types.
   static JSONValue ToJSON(const proplist::PropList& list);
 
   /// Raises `BadCast` for a value of the wrong JSON kind, a fraction where a whole number belongs,

@@ -16,19 +16,26 @@ namespace teskcore::utility {
 /// its own.
 class ORVEL_EXPORT RefCountedInterface {
  public:
+  /// One owner more.
   virtual void AddRef() const;
+
+  /// One owner less; the last one deletes the object.
   virtual void Release() const;
 
  protected:
+  /// Starts without owners, also as a copy; an assignment leaves the owners as they are.
+  /// @{
   RefCountedInterface() = default;
   RefCountedInterface(const RefCountedInterface&) = default;
   RefCountedInterface& operator=(const RefCountedInterface&) = default;
+  /// @}
   virtual ~RefCountedInterface();
 
   /// For a constructor or a destructor that hands the object to code which may own it for a while:
   /// until the hold ends, owners that go do not delete it.
   class SelfHold {
    public:
+    /// Begins the hold.
     explicit SelfHold(const RefCountedInterface& object) : object_(object) { object_.AddRef(); }
     ~SelfHold() { object_.owners_.count.fetch_sub(1, std::memory_order_relaxed); }
     SelfHold(const SelfHold&) = delete;
@@ -53,14 +60,20 @@ class ORVEL_EXPORT RefCountedInterface {
 /// An object that goes with its last owner.
 class ORVEL_EXPORT RefCountedObject : public virtual RefCountedInterface {
  protected:
+  /// Made, copied and assigned like what it is.
+  /// @{
   RefCountedObject() = default;
   RefCountedObject(const RefCountedObject&) = default;
   RefCountedObject& operator=(const RefCountedObject&) = default;
+  /// @}
   ~RefCountedObject() override;
 };
 
+/// How `boost::intrusive_ptr` counts.
+/// @{
 inline void intrusive_ptr_add_ref(const RefCountedInterface* object) { object->AddRef(); }
 inline void intrusive_ptr_release(const RefCountedInterface* object) { object->Release(); }
+/// @}
 
 }  // namespace teskcore::utility
 

@@ -21,6 +21,7 @@ class ORVEL_EXPORT SafeSave {
   SafeSave(const SafeSave&) = delete;
   SafeSave& operator=(const SafeSave&) = delete;
 
+  /// The file to write; it is there until `Commit`.
   const File& GetTempFile() const { return temp_; }
 
   /// Gives the temporary file the target's permissions when there is a target, brings it to the

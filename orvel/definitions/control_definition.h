@@ -18,22 +18,36 @@ class ORVEL_EXPORT ControlDefinition {
   /// From a model parameter's id to the effect parameters that follow it.
   using ParameterMap = std::map<std::int32_t, std::vector<ParameterMapping>>;
 
+  /// A control that drives the effect `componentID`, switched by the parameter `enableParamID`,
+  /// with no mappings yet. `controlKey` names it in documents.
   ControlDefinition(const std::u16string& componentID, int enableParamID,
                     const std::string& controlKey);
 
+  /// The id of the model parameter that switches the effect on: from the middle of its range.
   int GetEnableParamID() const { return enableParamID_; }
+
+  /// The effect; one of component_ids.h, or a host's own.
   const std::u16string& GetComponentID() const { return componentID_; }
+
+  /// The control's name in documents.
   const std::string& GetControlKey() const { return controlKey_; }
 
   /// The effect's place in a clip's chain, smaller numbers first; -1 until set.
   int GetEffectOrderNumber() const { return effectOrderNumber_; }
+
+  /// Any number but -1, which says that none is set.
   void SetEffectOrderNumber(int number) { effectOrderNumber_ = number; }
 
   /// Whether the effect is costly to run.
   bool GetCPUIntensive() const { return cpuIntensive_; }
+
+  /// False until set.
   void SetCPUIntensive(bool intensive) { cpuIntensive_ = intensive; }
 
+  /// All mappings.
   const ParameterMap& GetParameterMap() const { return parameterMap_; }
+
+  /// The same, to be changed in place.
   ParameterMap& GetParameterMapRef() { return parameterMap_; }
 
   /// Adds an effect parameter behind those that follow `paramID` already.
@@ -42,6 +56,8 @@ class ORVEL_EXPORT ControlDefinition {
   /// Empty when nothing follows `paramID`.
   std::vector<ParameterMapping> GetParameterMappings(int paramID) const;
 
+  /// Adds a modifier behind those that are there. It bends nothing by itself: mappings have theirs
+  /// by `ParameterMapping::SetModifier`.
   void AddParameterModifier(const ParameterModifier& modifier);
 
   /// Replaces what `modifiers` held by the control's modifiers, in the order added.

@@ -13,6 +13,10 @@ namespace orvel {
 /// How one parameter of an audio effect follows a control: the control's normalized value, raised
 /// to the power `curve`, is a place on the line through the keypoints, which stand at even
 /// distances over 0..1. A modifier may bend the result. All arithmetic is in single precision.
+///
+/// In the sections of this library keypoints are places between 0 and 1 on the effect parameter's
+/// own scale, which is the effect's affair: -100..50 dB for the gain of the hard limiter, for
+/// example.
 class ORVEL_EXPORT ParameterMapping {
  public:
   /// No keypoints yet; they are added one by one.
@@ -24,12 +28,17 @@ class ORVEL_EXPORT ParameterMapping {
   /// A straight range from `start` to `end`.
   ParameterMapping(unsigned paramIndex, float start, float end, float curve);
 
+  /// The line through these keypoints.
   ParameterMapping(unsigned paramIndex, const std::vector<float>& keypoints, float curve);
+
+  /// The same.
   ParameterMapping(unsigned paramIndex, std::initializer_list<float> keypoints, float curve);
 
   /// Moving copies: what is left behind keeps the answers that its keypoints give.
+  /// @{
   ParameterMapping(const ParameterMapping&) = default;
   ParameterMapping& operator=(const ParameterMapping&) = default;
+  /// @}
 
   /// The range from element `paramIndex` of `starts` to the same element of `ends`; where a list is
   /// too short for it, its default stands in.
@@ -39,20 +48,30 @@ class ORVEL_EXPORT ParameterMapping {
 
   /// The effect's own index of the parameter that follows.
   unsigned GetParamIndex() const { return paramIndex_; }
+
+  /// Whether it is this index.
   bool IsIndex(unsigned index) const { return paramIndex_ == index; }
 
+  /// Adds a keypoint behind the last; all of them move to even distances.
   void AddKeypoint(float value);
 
   /// Removes the keypoints and nothing else.
   void Clear();
 
-  /// The second argument of the modifier's functions; 1 until set. Whoever drives the mapping sets
-  /// it to the value of the parameter that the modifier names.
+  /// The second argument of the modifier's functions; 1 until set.
   float GetModifierValue() const { return modifierValue_; }
+
+  /// Whoever drives the mapping sets it to the normalized value of the model parameter that the
+  /// modifier names, before each `FromNormalized`.
   void SetModifierValue(float value) { modifierValue_ = value; }
 
+  /// The modifier; one that changes nothing until set.
   ParameterModifier GetModifier() const { return modifier_; }
+
+  /// Replaces the modifier. The modifier value stays.
   void SetModifier(const ParameterModifier& modifier);
+
+  /// Whether the modifier bends what comes out: both of its functions are there.
   bool HasModifierFunction() const { return modifier_.IsEnabled(); }
 
   /// The effect parameter's value at `normalized`, for any input: a value above 1 gives the last

@@ -10,6 +10,7 @@ namespace orvel {
 /// and its inverse, both of (value, argument). Either may be empty.
 class ORVEL_EXPORT ParameterModifier {
  public:
+  /// Of the mapped value and the normalized value of the parameter that is the argument.
   using Function = boost::function<float(float value, float argument)>;
 
   /// Depends on no parameter and changes nothing.
@@ -18,10 +19,12 @@ class ORVEL_EXPORT ParameterModifier {
   /// `paramID` is the id of the model parameter that gives the argument.
   ParameterModifier(int paramID, const Function& modify, const Function& invert);
 
-  /// `value` unchanged when the function concerned is empty.
+  /// `value` bent; unchanged when there is no function for it.
   float Modify(float value, float argument) const {
     return modify_ ? modify_(value, argument) : value;
   }
+
+  /// The way back; unchanged when there is no function for it.
   float Invert(float value, float argument) const {
     return invert_ ? invert_(value, argument) : value;
   }

@@ -24,21 +24,37 @@ enum ParamType : std::int32_t {
 /// and its controls.
 class ORVEL_EXPORT SectionDefinition {
  public:
+  /// Without a name, parameters and controls.
   SectionDefinition() = default;
+
+  /// Each field as it is given; nothing is checked.
   SectionDefinition(const std::string& modelID, const std::u16string& localizedName,
                     const PropList& configuration,
                     const std::vector<ParamDefinition>& paramDefinitions,
                     const std::vector<ControlDefinition>& controlDefinitions,
                     const std::string& sectionKey);
 
+  /// The section's id, such as "model_volume".
   const std::string& GetModelID() const { return modelID_; }
+
+  /// The title to show.
   const std::u16string& GetLocalizedName() const { return localizedName_; }
+
+  /// What the definition was built from.
   const PropList& GetConfiguration() const { return configuration_; }
+
+  /// The parameters; the id of each is its place.
   const std::vector<ParamDefinition>& GetParamDefinitions() const { return paramDefinitions_; }
+
+  /// The controls; each drives one effect.
   const std::vector<ControlDefinition>& GetControlDefinitions() const {
     return controlDefinitions_;
   }
+
+  /// The same, to be changed in place.
   std::vector<ControlDefinition>& GetControlDefinitionsRef() { return controlDefinitions_; }
+
+  /// The section's name in documents.
   const std::string& GetSectionKey() const { return sectionKey_; }
 
   /// The section's switch: the first parameter, or a default-built definition when there is none.
@@ -49,6 +65,8 @@ class ORVEL_EXPORT SectionDefinition {
   /// that map an id or take it as a modifier's argument, the last one counts; a control that it
   /// switches counts at once.
   ParamType GetParamTypeAndControl(int paramID, const ControlDefinition** control) const;
+
+  /// The same, for a control that is to be changed.
   ParamType GetParamTypeAndControl(int paramID, ControlDefinition** control);
 
  private:

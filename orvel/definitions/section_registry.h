@@ -32,10 +32,12 @@ using ModelCreator = boost::function<void(
     const boost::intrusive_ptr<SessionHandlerInterface>& sessionHandler,
     const MixTypeClipModels& clips, bool flag, boost::intrusive_ptr<SectionModelInterface>& model)>;
 
-/// Each keeps the first function given for a model id, and tells whether this was it. Safe to call
-/// from static initialisers.
+/// Says how the definition of a section is built. Keeps the first builder given for a model id, and
+/// tells whether this was it. Safe to call from static initialisers.
 ORVEL_EXPORT bool RegisterModelDefinition(const std::string& modelID,
                                           const DefinitionBuilder& builder);
+
+/// Says how the section models of this model id are made; otherwise the same.
 ORVEL_EXPORT bool RegisterModelClass(const std::string& modelID, const ModelCreator& creator);
 
 /// Replaces the creator for the model ids that have none of their own; an empty one takes it away.

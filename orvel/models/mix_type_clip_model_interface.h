@@ -19,18 +19,31 @@ class OrvelModel;
 /// refuses with status 1, and so cannot be given a mode or a preset.
 class ORVEL_EXPORT MixTypeClipModelInterface : public virtual RefCountedObject {
  public:
+  /// See `RegisterForModelChanges`.
   using ChangeSignal = boost::signals2::signal<void()>;
 
+  /// What the clip holds.
   virtual int GetClipType(ClipType& type) = 0;
+
+  /// Keeps the type with the clip.
   virtual int SetClipType(ClipType) { return 1; }
+
+  /// The id of the clip's mode; `kAdjustmentsModeUnknown` when it has none.
   virtual int GetAdjustmentsMode(std::string& modeID) = 0;
+
+  /// Keeps the mode with the clip. Its values are written apart, by whoever changes the mode.
   virtual int SetAdjustmentsMode(const std::string& /*modeID*/) { return 1; }
+
+  /// The preset that the clip's values came from; null when it has none.
   virtual int GetUserPresetGuid(Guid& guid) = 0;
+
+  /// Keeps the guid with the clip. It changes no value.
   virtual int SetUserPresetGuid(const Guid&) { return 1; }
 
   /// Whether the clip can be edited now.
   virtual bool IsReady() = 0;
 
+  /// The clip's name, as a panel shows it.
   virtual std::string GetName() = 0;
 
   /// The slot is called after each change of the clip type, the mode or the preset.

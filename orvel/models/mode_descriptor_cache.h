@@ -12,14 +12,20 @@ namespace orvel {
 /// The adjustments modes of the running library. A mode id is compared byte by byte.
 class ORVEL_EXPORT ModeDescriptorCache {
  public:
+  /// Makes the one instance; called once until `Terminate`, by `orvel::Initialize`.
   static void Initialize(const std::vector<AdjustmentsModeDescriptor>& descriptors);
+
+  /// Ends it; harmless without one.
   static void Terminate();
 
   /// Null before `Initialize` and after `Terminate`.
   static ModeDescriptorCache* Get();
 
-  /// The mode ids, sorted; and in the order of the descriptors, with whether there is one at all.
+  /// The mode ids, sorted.
   std::set<std::string> GetAdjustmentsModes() const;
+
+  /// Replaces `modeIDs` by the mode ids in the order of the descriptors; whether there is one at
+  /// all.
   bool GetOrderedJSONAdjustmentsModes(std::vector<std::string>& modeIDs) const;
 
   /// One for each descriptor, in their order.
@@ -34,6 +40,7 @@ class ORVEL_EXPORT ModeDescriptorCache {
   /// `type_other`, for an id that no descriptor has, and for a mode of that clip type.
   bool GetClipTypeFromAdjustmentsMode(const std::string& modeID, ClipType& type) const;
 
+  /// Whether a descriptor has this id.
   bool IsValidMode(const std::string& modeID) const;
 
   /// The name to show for one of the modes that this library knows by itself, whatever the

@@ -40,8 +40,13 @@ struct UserPresetData;
 /// makes new ones each time.
 class ORVEL_EXPORT OrvelModel : public RefCountedObject {
  public:
+  /// One for each section, in the mode's order.
   using SectionModels = std::vector<boost::intrusive_ptr<SectionModelInterface>>;
+
+  /// See `RegisterForModelChanges`.
   using ModelSignal = boost::signals2::signal<void(const OrvelModel*), CallEverySlot>;
+
+  /// See `RegisterForSectionModelDataChanges`.
   using SectionModelDataSignal =
       boost::signals2::signal<void(const OrvelModel*, UserPresetData), CallEverySlot>;
 
@@ -63,7 +68,7 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
   int GetSectionModel(const std::string& modelID,
                       boost::intrusive_ptr<SectionModelInterface>& model) const;
 
-  /// Returns 0.
+  /// Replaces `models` by all of them. Returns 0.
   int GetSectionModels(SectionModels& models) const;
 
   /// Whether the session can be worked in; true for a model of given clips.
@@ -76,10 +81,12 @@ class ORVEL_EXPORT OrvelModel : public RefCountedObject {
   /// session handler only the latter. Model changes are not signalled.
   void Refresh();
 
-  /// Silence the section models and this model until the outermost resume; a resume without a
-  /// suspension does nothing. With `sendSignals` that resume signals what was held back; without,
-  /// section changes are forgotten, and a change of the mix type waits for the next one that sends.
+  /// Silences the section models and this model until the outermost resume.
   void SuspendSignaling();
+
+  /// Ends a suspension; does nothing without one. With `sendSignals` the outermost resume signals
+  /// what was held back; without, section changes are forgotten, and a change of the mix type waits
+  /// for the next one that sends.
   void ResumeSignaling(bool sendSignals);
 
   /// The slot for the scopes of actions: suspends at the begin, resumes at the end.

@@ -10,13 +10,15 @@
 
 namespace orvel::modelutils {
 
-/// The stored value list of a section holds one physical value for each parameter without
-/// `kParamFlag_NotStored`, in the order of the parameters.
+// The stored value list of a section holds one physical value for each parameter without
+// `kParamFlag_NotStored`, in the order of the parameters.
 
 /// Reads a model's values as such a list. Parameters with `kParamFlag_DefaultWhenOff` give their
 /// default while the section is switched off. False, with `values` as it was, when a value cannot
 /// be read.
 ORVEL_EXPORT bool GetParamList(SectionModelInterface& model, std::vector<float>& values);
+
+/// The same; false when there is no model.
 ORVEL_EXPORT bool GetParamList(const boost::intrusive_ptr<SectionModelInterface>& model,
                                std::vector<float>& values);
 

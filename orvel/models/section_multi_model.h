@@ -26,8 +26,10 @@ namespace orvel {
 /// first exception goes on afterwards.
 class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
  public:
+  /// In the order of their addresses.
   using Models = std::set<boost::intrusive_ptr<SectionModelInterface>>;
 
+  /// Without models yet. `adjustmentsMode` is the mode of those that will be added.
   explicit SectionMultiModel(const std::string& adjustmentsMode);
 
   int GetNumParams() const override;
@@ -49,6 +51,8 @@ class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
   bool ToNormalized(int paramID, float physical, float& normalized) const override;
   std::string GetName() override;
   boost::signals2::connection RegisterForModelChanges(const ChangeSignal::slot_type& slot) override;
+
+  /// Tells every model.
   void SetActive(bool active) override;
 
   /// Whether one of the models is.
@@ -56,14 +60,15 @@ class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
 
   std::string GetAdjustmentsMode() override { return adjustmentsMode_; }
 
-  /// Silence every model until the outermost resume; a resume without a suspension does nothing.
-  /// Signals are sent when any resume of the suspension asked for them, an inner one included, one
-  /// for each parameter with its last value, in ascending order. A change of all parameters (-1)
-  /// stands for the single ones before it.
+  /// Silences every model until the outermost resume.
+  void SuspendSignaling() override;
+
+  /// Ends a suspension; does nothing without one. Signals are sent when any resume of the
+  /// suspension asked for them, an inner one included, one for each parameter with its last value,
+  /// in ascending order. A change of all parameters (-1) stands for the single ones before it.
   ///
   /// A suspension whose outermost resume comes while a write or a resume is under way here, from
   /// one of its listeners, ends without resuming the models: they stay silent.
-  void SuspendSignaling() override;
   void ResumeSignaling(bool sendSignals) override;
 
   /// Takes a model in, also into a suspension in force. Null, a model that is in already and one
@@ -74,6 +79,7 @@ class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
   /// mixed by this, also where `GetParamNormalized` still calls the values equal.
   virtual bool ModelsHaveIdenticalSetting(int paramID);
 
+  /// The models taken in.
   virtual const Models& GetModels() { return models_; }
 
  protected:

@@ -21,8 +21,13 @@ struct Preset;
 /// operations as they are.
 class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
  public:
+  /// See `RegisterForClipSelectionChanges`.
   using SelectionSignal = boost::signals2::signal<void(const MixTypeClipModels& clips)>;
+
+  /// See `RegisterForSessionChanges`.
   using SessionSignal = boost::signals2::signal<void(bool enabled)>;
+
+  /// See `RegisterForDocumentChanges`.
   using DocumentSignal = boost::signals2::signal<void(bool changed, bool closing)>;
 
   /// The slot receives the newly selected clips.
@@ -33,7 +38,10 @@ class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
   virtual boost::signals2::connection RegisterForSessionChanges(
       const SessionSignal::slot_type& slot) = 0;
 
+  /// The clips that are selected now, in the order of the session.
   virtual MixTypeClipModels GetSelectedMixTypeClipModels() = 0;
+
+  /// Whether the session can be worked in now.
   virtual bool IsSessionEnabled() = 0;
 
   /// The slot receives (true, false) after a document was opened or replaced, and (..., true)

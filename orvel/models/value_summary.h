@@ -9,10 +9,10 @@ namespace orvel::modelutils {
 
 /// What a panel can show of one parameter of one or several clips. Values are normalized.
 struct ValueSummary {
-  bool mixed = false;  ///< the clips hold different values, were it by the last bit
-  float least = 0.0f;
-  float greatest = 0.0f;
-  float first = 0.0f;  ///< of the first model, which `GetParamNormalized` gives
+  bool mixed = false;     ///< the clips hold different values, were it by the last bit
+  float least = 0.0f;     ///< of all that can be read
+  float greatest = 0.0f;  ///< likewise
+  float first = 0.0f;     ///< of the first model, which `GetParamNormalized` gives
 };
 
 /// Summarises a parameter over the model, or over the members of a `SectionMultiModel`. Members

@@ -19,7 +19,7 @@ namespace orvel {
 
 /// Why a name cannot be given to a new preset.
 enum class PresetNameStatus {
-  kUsable,
+  kUsable,        ///< it can
   kReserved,      ///< "Default"
   kTaken,         ///< a listed preset is stored or shown under it
   kNotAFileName,  ///< empty, not valid UTF-8, or that of the configuration's file
@@ -30,11 +30,22 @@ enum class PresetNameStatus {
 template <typename T, typename Cache = PresetsCache>
 class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> {
  public:
+  /// A preset's guid and its name as it is stored.
   using PresetEntry = typename PresetsHandlerInterface<T>::PresetEntry;
+
+  /// Whether a preset is listed.
   using Filter = boost::function<bool(const Preset<T>& preset)>;
+
+  /// Replaces `data` by the values as they are now; false when they cannot be had.
   using Provider = boost::function<bool(T& data)>;
+
+  /// Whether a preset may be selected now.
   using Verifier = boost::function<bool(const Preset<T>& preset)>;
+
+  /// See `RegisterForStateChanges`.
   using StateSignal = boost::signals2::signal<void(), CallEverySlot>;
+
+  /// See `RegisterForDataChanges`.
   using DataSignal = boost::signals2::signal<void(const T& previous), CallEverySlot>;
 
   /// Lists the presets of `cache` that `filter` accepts, all with an empty one. `provider` answers
@@ -56,7 +67,11 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   /// The selected preset as the cache has it now; as it was selected, when the cache has it no
   /// more.
   Preset<T> GetSelectedPreset() const;
+
+  /// Of the selected preset; null before the first selection.
   const Guid& GetSelectedGuid() const { return selected_.Guid; }
+
+  /// The selected preset's data with the edits on it.
   const T& GetWorkingData() const { return working_; }
 
   /// Puts what a person edited in the place of the working data.
@@ -88,9 +103,11 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   /// Whether a `Save` or a `Remove` is under way, which will select by itself.
   bool IsChangingCache() const { return isChangingCache_; }
 
-  /// After every selection, save, removal and change of the working data. The data's slot receives
-  /// the working data from before and is called first.
+  /// The slot is called after every selection, save, removal and change of the working data, with
+  /// the working data from before, and before the slots of `RegisterForStateChanges`.
   boost::signals2::connection RegisterForDataChanges(const typename DataSignal::slot_type& slot);
+
+  /// The slot is called after every selection, save, removal and change of the working data.
   boost::signals2::connection RegisterForStateChanges(const typename StateSignal::slot_type& slot);
 
  private:
@@ -109,7 +126,10 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
   StateSignal stateChanged_;
 };
 
+/// The handler of the configuration presets of a mode.
 using ConfigPresetsHandler = CacheBasedPresetsHandler<ConfigPresetData, PresetsCache>;
+
+/// The handler of the user presets of a mode's configuration.
 using UserPresetsHandler = CacheBasedPresetsHandler<UserPresetData, PresetsCache>;
 
 }  // namespace orvel

@@ -18,6 +18,7 @@ struct ORVEL_EXPORT ConfigPresetData {
   /// From model id to the section's configuration; an empty one leaves the section as it is built.
   std::map<std::string, PropList> Models;
 
+  /// Whether all values are equal, to the bit.
   friend bool operator==(const ConfigPresetData&, const ConfigPresetData&) = default;
 };
 

@@ -23,9 +23,13 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   /// Makes a preset one of this folder's, and tells whether it had to change it.
   using Adopt = boost::function<bool(Preset<T>& preset)>;
 
+  /// Reads nothing yet. `adopt` is asked for every preset that is loaded or saved.
   DirBasedPresetsCache(const Dir& folder, const Adopt& adopt);
 
+  /// The folder; it may or may not exist.
   const Dir& GetFolder() const { return folder_; }
+
+  /// The number of presets in memory.
   std::size_t GetCount() const { return entries_.size(); }
 
   /// Replaces what is in memory by what stands in the folder. A file that cannot be read stays as

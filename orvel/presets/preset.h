@@ -16,7 +16,7 @@ struct Preset {
       Type;  ///< the kind of payload, as it was read; written as the constant of the payload
   std::uint32_t Version = 1;  ///< of the record's format
 
-  T PresetData;
+  T PresetData;  ///< the payload
 };
 
 }  // namespace orvel

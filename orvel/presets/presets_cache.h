@@ -36,6 +36,7 @@ namespace orvel {
 /// that a host installs.
 class ORVEL_EXPORT PresetsCache : public RefCountedObject {
  public:
+  /// Fits a user preset to the configuration that its `Config` names; false when it cannot.
   using MigrateUserPresetFunction = boost::function<bool(Preset<UserPresetData>& preset)>;
 
   /// (the configuration preset that was saved or removed; the same when it was saved, else the one
@@ -55,18 +56,24 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// unseen, not as removed: its folder may only be away for a moment.
   void Reload();
 
-  /// False, with `preset` as it was, when there is none.
+  /// Copies the preset of this guid; false, with `preset` as it was, when there is none.
+  /// @{
   bool FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const;
   bool FindPreset(const Guid& guid, Preset<UserPresetData>& preset) const;
+  /// @}
 
-  /// The same presets in the order of `GetPresets`; `visit` answers whether to go on.
+  /// Visits the presets in the order of `GetPresets`; `visit` answers whether to go on.
+  /// @{
   void ForEachPreset(const boost::function<bool(const Preset<ConfigPresetData>&)>& visit) const;
   void ForEachPreset(const boost::function<bool(const Preset<UserPresetData>&)>& visit) const;
+  /// @}
 
-  /// Replace `presets` by all of them: configuration presets by the names of their folders, the
+  /// Replaces `presets` by all of them: configuration presets by the names of their folders, the
   /// factory's last; user presets in the same order, each configuration's by their file names.
+  /// @{
   void GetPresets(std::vector<Preset<ConfigPresetData>>& presets) const;
   void GetPresets(std::vector<Preset<UserPresetData>>& presets) const;
+  /// @}
 
   /// Saves a user preset among those of its `Config`; one of the same name there, or of the same
   /// guid, is replaced. False when that configuration is unknown or the file cannot be written;
@@ -90,9 +97,10 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// something could not be deleted; it is gone from memory when its file is gone.
   bool RemoveConfigPreset(const Guid& guid);
 
-  /// Deletes one user preset: the first with this guid, or that of a configuration. False when
-  /// there is none or its file stays.
+  /// Deletes the first user preset with this guid. False when there is none or its file stays.
   bool RemovePreset(const Guid& guid);
+
+  /// The same for the one that was made under the configuration `config`.
   bool RemovePreset(const Guid& guid, const Guid& config);
 
   /// Creates a configuration preset that lives until it is removed or the next one is created in
@@ -104,7 +112,11 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// the factory's of the mode, where a taken name gets a number; when they cannot, the preset
   /// stays as an ordinary one. True also for a guid that is not temporary, which stays.
   bool RemoveTemporaryPreset(const Guid& guid);
+
+  /// Removes all temporary presets in this way.
   void RemoveTemporaryPresets();
+
+  /// Whether the preset is here as a temporary one.
   bool IsTemporaryPreset(const Guid& guid) const { return temporaries_.contains(guid); }
 
   /// Replaces `presets` by those of a configuration; none for an unknown one.
@@ -130,9 +142,10 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// or a preset cannot be saved. Nothing is done when both are the same.
   bool MigrateUserPresets(const Guid& from, const Guid& to, bool copy);
 
-  /// Replaces the function; an empty one fits nothing and refuses nothing. While it runs,
-  /// `GetMigrationSource` gives the configuration that the presets come from, and null otherwise.
+  /// Replaces the function; an empty one fits nothing and refuses nothing.
   void SetMigrateUserPresetFunction(const MigrateUserPresetFunction& function);
+
+  /// While that function runs, the configuration that the presets come from; null otherwise.
   const Guid& GetMigrationSource() const { return migrationSource_; }
 
   /// The slot is called after a configuration preset was saved or removed.

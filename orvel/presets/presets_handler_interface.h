@@ -16,6 +16,7 @@ namespace orvel {
 template <typename T>
 class ORVEL_EXPORT PresetsHandlerInterface : public virtual RefCountedObject {
  public:
+  /// A preset's guid and its name as it is stored.
   using PresetEntry = std::pair<Guid, std::string>;
 
   /// Whether edits of the preset of this name are shown as "(Custom)": it is not one to overwrite.

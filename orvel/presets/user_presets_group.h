@@ -19,7 +19,10 @@ class ORVEL_EXPORT UserPresetsGroup : public RefCountedObject {
   /// on disk: it was moved or copied there.
   UserPresetsGroup(const Guid& config, const std::string& modeID, const Dir& folder);
 
+  /// The configuration preset.
   const Guid& GetConfig() const { return config_; }
+
+  /// What stands in the folder.
   const DirBasedPresetsCache<UserPresetData>& GetPresets() const { return presets_; }
 
  private:

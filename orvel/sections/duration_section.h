@@ -12,17 +12,19 @@ namespace orvel {
 /// `kDurationDenominator` seconds, or `kTargetDuration` seconds when the denominator is 0.
 class ORVEL_EXPORT SectionModelDurationParams {
  public:
+  /// The ids. Values are physical; a switch is 0 or 1.
   enum Param : int {
-    kEnabled,
-    kTargetDuration,
-    kMode,  ///< 0 remixes, 1 stretches
-    kFavorShorterSegments,
-    kSamplerate,  ///< of the clip, in Hz
-    kMinDuration,
-    kMaxDuration,
-    kDurationDenominator,
+    kEnabled,               ///< the section, a switch
+    kTargetDuration,        ///< 0..86400, see above
+    kMode,                  ///< 0 remixes, 1 stretches
+    kFavorShorterSegments,  ///< a switch, for a remix
+    kSamplerate,            ///< read back: of the clip, in Hz
+    kMinDuration,           ///< read back: the least target, in seconds
+    kMaxDuration,           ///< read back: the greatest target, in seconds
+    kDurationDenominator,   ///< 0..100000, see above
   };
 
+  /// In the order of the ids.
   static const std::vector<ParamDefinition> sParamDefinitions;
 };
 

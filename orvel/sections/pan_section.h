@@ -11,8 +11,14 @@ namespace orvel {
 /// itself.
 class ORVEL_EXPORT SectionModelPanParams {
  public:
-  enum Param : int { kEnabled, kPan, kPanNotSupported };
+  /// The ids. Values are physical; a switch is 0 or 1.
+  enum Param : int {
+    kEnabled,          ///< the section, a switch
+    kPan,              ///< -5 (left) to 5 (right)
+    kPanNotSupported,  ///< read back: 1 for a clip that cannot be panned
+  };
 
+  /// In the order of the ids.
   static const std::vector<ParamDefinition> sParamDefinitions;
 };
 

@@ -19,9 +19,16 @@ class ORVEL_EXPORT SectionSoundEffectsConfig {
   static const std::string kConfig_ReverbPresets;
 };
 
+/// The parameters of the creative section.
 class ORVEL_EXPORT SectionModelSoundEffectsParams {
  public:
-  enum Param : int { kEnabled, kEnableReverb, kAdjustReverb, kReverbPreset };
+  /// The ids. Values are physical; a switch is 0 or 1.
+  enum Param : int {
+    kEnabled,       ///< the section, a switch
+    kEnableReverb,  ///< the control, a switch
+    kAdjustReverb,  ///< 0..10, from dry to wet
+    kReverbPreset,  ///< the place in the list of reverbs, from 0
+  };
 
   /// The maximum of `kReverbPreset` is set by the configuration.
   static const std::vector<ParamDefinition> sParamDefinitions;

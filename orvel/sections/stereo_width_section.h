@@ -15,10 +15,17 @@ class ORVEL_EXPORT SectionStereoWidthConfig {
   static const std::u16string& GetStereoWidthComponentID();
 };
 
+/// The parameters of the stereo width section.
 class ORVEL_EXPORT SectionModelStereoWidthParams {
  public:
-  enum Param : int { kEnabled, kEnableStereoWidth, kAdjustStereoWidth };
+  /// The ids. Values are physical; a switch is 0 or 1.
+  enum Param : int {
+    kEnabled,            ///< the section, a switch
+    kEnableStereoWidth,  ///< the control, a switch
+    kAdjustStereoWidth,  ///< 0..10; in the middle the width stays
+  };
 
+  /// In the order of the ids.
   static const std::vector<ParamDefinition> sParamDefinitions;
 };
 

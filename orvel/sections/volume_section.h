@@ -15,14 +15,22 @@ class ORVEL_EXPORT SectionVolumeConfig {
   /// The hard limiter.
   static const std::u16string& GetGainComponentID();
 
-  /// The ends of the volume slider, floats in dB; -15 and 6 when absent.
+  /// The lower end of the volume slider, a float in dB; -15 when absent.
   static const std::string kConfig_MinGain;
+
+  /// The upper end, a float in dB; 6 when absent.
   static const std::string kConfig_MaxGain;
 };
 
+/// The parameters of the volume section.
 class ORVEL_EXPORT SectionModelVolumeParams {
  public:
-  enum Param : int { kEnabled, kEnableVolume, kVolume };
+  /// The ids. Values are physical; a switch is 0 or 1.
+  enum Param : int {
+    kEnabled,       ///< the section, a switch
+    kEnableVolume,  ///< the control, a switch
+    kVolume,        ///< in dB, over the range of the configuration
+  };
 
   /// The range of `kVolume` is the one without a configuration.
   static const std::vector<ParamDefinition> sParamDefinitions;
