@@ -1,125 +1,23 @@
-// The smallest host: one clip whose effects are just lists of parameters. It shows what a host
-// brings (a session and section models) and what it gets (definitions, mappings, conversions), and
-// prints what a control does to an effect.
+// The smallest host: one clip without a session. It shows what a host brings (section models, in
+// clip_section.h) and what it gets (definitions, mappings, conversions), and prints what a control
+// does to an effect.
 
+#include <cstddef>
 #include <iostream>
-#include <map>
-#include <set>
-#include <string>
-#include <utility>
+#include <memory>
 #include <vector>
 
+#include "examples/clip_section.h"
 #include "orvel/orvel.h"
 
-namespace {
-
-// A section of one clip. A control's value goes through the definition's mappings to the effect's
-// parameters.
-class ClipSection : public orvel::SectionModelInterface {
- public:
-  using EffectParams = std::map<unsigned, float>;
-
-  explicit ClipSection(const orvel::SectionDefinition& definition) : definition_(definition) {
-    for (const auto& param : definition.GetParamDefinitions()) {
-      values_.push_back(
-          orvel::modelutils::ToNormalized(param.minValue, param.maxValue, param.defaultValue));
-    }
-  }
-
-  int GetNumParams() const override { return static_cast<int>(values_.size()); }
-  orvel::ParamDefinition GetParamDefinition(int index) override { return Definition(index); }
-  bool GetSectionDefinition(orvel::SectionDefinition& definition) const override {
-    definition = definition_;
-    return true;
-  }
-
-  int SetParamNormalized(int id, float normalized) override {
-    return SetParamsNormalized({{id, normalized}});
-  }
-  int SetParamsNormalized(const std::map<int, float>& values) override {
-    for (const auto& [id, value] : values) {
-      if (!IsKnown(id)) return kUnknownParameter;
-    }
-    for (const auto& [id, value] : values) {
-      values_[static_cast<std::size_t>(id)] = value;
-      ApplyToEffects(id, value);
-      if (suspended_ == 0) {
-        changed_(id, value);
-      } else {
-        heldBack_.insert(id);
-      }
-    }
-    return orvel::kStatus_Success;
-  }
-  int GetParamNormalized(int id, float& normalized) const override {
-    if (!IsKnown(id)) return kUnknownParameter;
-    normalized = values_[static_cast<std::size_t>(id)];
-    return orvel::kStatus_Success;
-  }
-
-  bool ToPhysical(int id, float normalized, float& physical) const override {
-    if (!IsKnown(id)) return false;
-    const auto& param = Definition(id);
-    physical = orvel::modelutils::ToPhysical(param.minValue, param.maxValue, normalized);
-    return true;
-  }
-  bool ToNormalized(int id, float physical, float& normalized) const override {
-    if (!IsKnown(id)) return false;
-    const auto& param = Definition(id);
-    normalized = orvel::modelutils::ToNormalized(param.minValue, param.maxValue, physical);
-    return true;
-  }
-
-  std::string GetName() override { return definition_.GetModelID(); }
-  boost::signals2::connection RegisterForModelChanges(
-      const ChangeSignal::slot_type& slot) override {
-    return changed_.connect(slot);
-  }
-  void SetActive(bool active) override { active_ = active; }
-  bool IsActive() const override { return active_; }
-  std::string GetAdjustmentsMode() override { return "dialog"; }
-  void SuspendSignaling() override { ++suspended_; }
-  void ResumeSignaling(bool sendSignals) override {
-    if (suspended_ == 0 || --suspended_ > 0) return;
-    const std::set<int> ids = std::exchange(heldBack_, {});
-    if (!sendSignals) return;
-    for (const int id : ids) changed_(id, values_[static_cast<std::size_t>(id)]);
-  }
-
-  const EffectParams& GetEffect(const std::u16string& componentID) { return effects_[componentID]; }
-
- private:
-  static constexpr int kUnknownParameter = 1;
-
-  bool IsKnown(int id) const { return id >= 0 && id < GetNumParams(); }
-  const orvel::ParamDefinition& Definition(int id) const {
-    return definition_.GetParamDefinitions()[static_cast<std::size_t>(id)];
-  }
-  void ApplyToEffects(int id, float value) {
-    for (const auto& control : definition_.GetControlDefinitions()) {
-      for (const auto& mapping : control.GetParameterMappings(id)) {
-        effects_[control.GetComponentID()][mapping.GetParamIndex()] = mapping.FromNormalized(value);
-      }
-    }
-  }
-
-  orvel::SectionDefinition definition_;
-  std::vector<float> values_;
-  std::map<std::u16string, EffectParams> effects_;
-  std::set<int> heldBack_;
-  ChangeSignal changed_;
-  unsigned suspended_ = 0;
-  bool active_ = false;
-};
-
-}  // namespace
-
 int main() {
-  // 1. Say how section models are made.
+  // 1. Say how section models are made. What stays of the section belongs to the clip.
+  const auto clip = std::make_shared<example::SectionState>();
   orvel::factory::SetGenericFactoryFunction(
-      [](const std::string&, const orvel::SectionDefinition& definition, const auto&, const auto&,
-         bool, boost::intrusive_ptr<orvel::SectionModelInterface>& model) {
-        model = new ClipSection(definition);
+      [clip](const std::string& mode, const orvel::SectionDefinition& definition, const auto&,
+             const auto&, bool, boost::intrusive_ptr<orvel::SectionModelInterface>& model) {
+        model = new example::ClipSection(
+            mode, std::make_shared<const orvel::SectionDefinition>(definition), clip);
       });
 
   // 2. Start the library. An editor hands over its session and its undo stack here.
@@ -144,9 +42,9 @@ int main() {
   float normalized = 0.0f;
   volume->ToNormalized(orvel::SectionModelVolumeParams::kVolume, -6.0f, normalized);
   volume->SetParamNormalized(orvel::SectionModelVolumeParams::kVolume, normalized);
-  auto& section = dynamic_cast<ClipSection&>(*volume);
-  for (const auto& [index, value] : section.GetEffect(orvel::kHardLimiterID)) {
-    std::cout << "limiter parameter " << index << " = " << value << '\n';
+  const auto& limiter = clip->effects.front();
+  for (std::size_t index = 0; index < limiter.size(); ++index) {
+    std::cout << "limiter parameter " << index << " = " << limiter[index] << '\n';
   }
 
   // 5. Keep the values as a preset would.

@@ -5,11 +5,12 @@
 #include <functional>
 #include <iostream>
 #include <map>
-#include <set>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "examples/clip_section.h"
 #include "orvel/orvel.h"
 
 namespace {
@@ -41,8 +42,12 @@ class Clip : public orvel::MixTypeClipModelInterface {
   }
   void AttachToModel(bool, orvel::OrvelModel*) override {}
 
-  // Section models come and go with the selection; the values stay with the clip.
-  std::map<std::string, std::vector<float>> sectionValues;
+  // Of each section, by its model id; made when it is first asked for.
+  std::shared_ptr<example::SectionState> GetSection(const std::string& modelID) {
+    auto& section = sections_[modelID];
+    if (!section) section = std::make_shared<example::SectionState>();
+    return section;
+  }
 
  private:
   template <typename T>
@@ -55,96 +60,7 @@ class Clip : public orvel::MixTypeClipModelInterface {
   std::string modeID_;
   orvel::ClipType type_ = orvel::type_not_set;
   orvel::Guid presetGuid_;
-  ChangeSignal changed_;
-};
-
-// A section of one clip.
-class ClipSection : public orvel::SectionModelInterface {
- public:
-  ClipSection(const std::string& modeID, const orvel::SectionDefinition& definition,
-              const boost::intrusive_ptr<Clip>& clip)
-      : modeID_(modeID),
-        definition_(definition),
-        clip_(clip),
-        values_(clip->sectionValues[definition.GetModelID()]) {
-    for (auto id = values_.size(); id < definition.GetParamDefinitions().size(); ++id) {
-      const auto& param = definition.GetParamDefinitions()[id];
-      values_.push_back(
-          orvel::modelutils::ToNormalized(param.minValue, param.maxValue, param.defaultValue));
-    }
-  }
-
-  int GetNumParams() const override { return static_cast<int>(values_.size()); }
-  orvel::ParamDefinition GetParamDefinition(int id) override { return Definition(id); }
-  bool GetSectionDefinition(orvel::SectionDefinition& definition) const override {
-    definition = definition_;
-    return true;
-  }
-  int SetParamNormalized(int id, float normalized) override {
-    return SetParamsNormalized({{id, normalized}});
-  }
-  int SetParamsNormalized(const std::map<int, float>& values) override {
-    for (const auto& [id, value] : values) {
-      if (id < 0 || id >= GetNumParams()) return kUnknownParameter;
-    }
-    for (const auto& [id, value] : values) {
-      if (std::exchange(values_[static_cast<std::size_t>(id)], value) != value)
-        heldBack_.insert(id);
-    }
-    Send();
-    return orvel::kStatus_Success;
-  }
-  int GetParamNormalized(int id, float& normalized) const override {
-    if (id < 0 || id >= GetNumParams()) return kUnknownParameter;
-    normalized = values_[static_cast<std::size_t>(id)];
-    return orvel::kStatus_Success;
-  }
-  bool ToPhysical(int id, float normalized, float& physical) const override {
-    const auto& param = Definition(id);
-    physical = orvel::modelutils::ToPhysical(param.minValue, param.maxValue, normalized);
-    return true;
-  }
-  bool ToNormalized(int id, float physical, float& normalized) const override {
-    const auto& param = Definition(id);
-    normalized = orvel::modelutils::ToNormalized(param.minValue, param.maxValue, physical);
-    return true;
-  }
-  std::string GetName() override { return definition_.GetModelID(); }
-  boost::signals2::connection RegisterForModelChanges(
-      const ChangeSignal::slot_type& slot) override {
-    return changed_.connect(slot);
-  }
-  void SetActive(bool active) override { active_ = active; }
-  bool IsActive() const override { return active_; }
-  std::string GetAdjustmentsMode() override { return modeID_; }
-  void SuspendSignaling() override { ++suspendCount_; }
-  void ResumeSignaling(bool sendSignals) override {
-    if (--suspendCount_ > 0) return;
-    if (!sendSignals) heldBack_.clear();
-    Send();
-  }
-
- private:
-  static constexpr int kUnknownParameter = 1;
-
-  const orvel::ParamDefinition& Definition(int id) const {
-    return definition_.GetParamDefinitions()[static_cast<std::size_t>(id)];
-  }
-  void Send() {
-    const boost::intrusive_ptr<ClipSection> self(this);  // a listener may let go of it
-    while (suspendCount_ == 0 && !heldBack_.empty()) {
-      const int id = heldBack_.extract(heldBack_.begin()).value();
-      changed_(id, values_[static_cast<std::size_t>(id)]);
-    }
-  }
-
-  std::string modeID_;
-  orvel::SectionDefinition definition_;
-  boost::intrusive_ptr<Clip> clip_;
-  std::vector<float>& values_;  // in clip_
-  std::set<int> heldBack_;
-  unsigned suspendCount_ = 0;
-  bool active_ = false;
+  std::map<std::string, std::shared_ptr<example::SectionState>> sections_;
   ChangeSignal changed_;
 };
 
@@ -211,9 +127,11 @@ void CreateSection(const std::string& modeID, const orvel::SectionDefinition& de
                    const boost::intrusive_ptr<orvel::SessionHandlerInterface>&,
                    const orvel::MixTypeClipModels& clips, bool,
                    boost::intrusive_ptr<orvel::SectionModelInterface>& model) {
+  const auto shared = std::make_shared<const orvel::SectionDefinition>(definition);
   const boost::intrusive_ptr<orvel::SectionMultiModel> all(new orvel::SectionMultiModel(modeID));
   for (const auto& clip : clips) {
-    model = new ClipSection(modeID, definition, dynamic_cast<Clip*>(clip.get()));
+    const auto state = dynamic_cast<Clip&>(*clip).GetSection(definition.GetModelID());
+    model = new example::ClipSection(modeID, shared, state);
     all->AddModel(model);
   }
   if (clips.size() > 1) model = all;
@@ -279,6 +197,15 @@ int main() {
   show("dragged");
   undoStack->Undo();
   show("undone");
+
+  // A preset of the menu, by the name that it shows, for both clips in one step.
+  const auto presets = orvel::CreateUserPresetsHandler("dialog");
+  for (const auto& [guid, name] : presets->GetPresetList()) {
+    if (orvel::ZString(name) == u"Podcast Voice") presets->Select(guid);
+  }
+  orvel::ExecuteOrvelAction(
+      orvel::CreateSetUserPresetAction(panel, presets->GetSelectedPreset(), u"Preset"));
+  show("preset");
 
   orvel::Terminate();
   return 0;
