@@ -1,6 +1,8 @@
 #include "orvel/core/action.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "orvel/core/localizer.h"
 
@@ -26,30 +28,56 @@ void WalkOrTakeBack(Iterator first, Iterator last, Step step, Back back) {
   }
 }
 
+// Nothing of this is ever destroyed: a host may make actions while its static objects die.
+
+// The actions of one step are made one after the other.
+std::shared_ptr<const std::u16string> ShareName(const std::u16string& name) {
+  static auto& last = *new std::shared_ptr<const std::u16string>;
+  if (!last || *last != name) last = std::make_shared<const std::u16string>(name);
+  return last;
+}
+
+const std::u16string* KeepType(const std::u16string& type) {
+  static auto& kept = *new std::set<std::u16string>;
+  static const std::u16string* last = nullptr;
+  if (last == nullptr || *last != type) last = &*kept.insert(type).first;
+  return last;
+}
+
+const std::u16string* NoType() {
+  static const auto* none = new std::u16string;
+  return none;
+}
+
 constexpr auto kRedo = [](Action& action) { action.Redo(); };
 constexpr auto kUndo = [](Action& action) { action.Undo(); };
 
 }  // namespace
 
 Action::Action(bool undoable, bool changesDocument, const std::u16string& displayName)
-    : undoable_(undoable), changesDocument_(changesDocument), displayName_(displayName) {}
+    : undoable_(undoable),
+      changesDocument_(changesDocument),
+      displayName_(ShareName(displayName)),
+      type_(NoType()) {}
 
 Action::~Action() = default;
 
+void Action::SetActionType(const std::u16string& type) { type_ = KeepType(type); }
+
 std::u16string Action::GetUndoDescription() const {
-  return teskcore::ZString("$$$/orvel/Action/UndoDescription=Undo @0", displayName_);
+  return teskcore::ZString("$$$/orvel/Action/UndoDescription=Undo @0", *displayName_);
 }
 
 std::u16string Action::GetRedoDescription() const {
-  return teskcore::ZString("$$$/orvel/Action/RedoDescription=Redo @0", displayName_);
+  return teskcore::ZString("$$$/orvel/Action/RedoDescription=Redo @0", *displayName_);
 }
 
 MultiAction::MultiAction(const std::u16string& displayName) : Action(true, true, displayName) {}
 
 MultiAction::~MultiAction() = default;
 
-void MultiAction::AddAction(const boost::intrusive_ptr<Action>& child) {
-  if (child) children_.push_back(child);
+void MultiAction::AddAction(boost::intrusive_ptr<Action> child) {
+  if (child) children_.push_back(std::move(child));
 }
 
 bool MultiAction::DoStillViable() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,7 +28,7 @@ class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
   virtual bool DoStillViable() const { return true; }
 
   /// The display name as it stands.
-  const std::u16string& GetActionString() const { return displayName_; }
+  const std::u16string& GetActionString() const { return *displayName_; }
 
   /// The display name as the menu shows it: "Undo ...", localised.
   std::u16string GetUndoDescription() const;
@@ -35,11 +36,12 @@ class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
   /// The same for "Redo ...".
   std::u16string GetRedoDescription() const;
 
-  /// Tags the action with the name of its kind.
-  void SetActionType(const std::u16string& type) { type_ = type; }
+  /// Tags the action with the name of its kind. A program has a few kinds of actions: their names
+  /// are kept until it ends.
+  void SetActionType(const std::u16string& type);
 
   /// Empty until one is set.
-  const std::u16string& GetActionType() const { return type_; }
+  const std::u16string& GetActionType() const { return *type_; }
 
   /// As it was told to the constructor.
   bool IsUndoable() const { return undoable_; }
@@ -59,8 +61,9 @@ class ORVEL_EXPORT Action : public teskcore::utility::RefCountedObject {
  private:
   bool undoable_;
   bool changesDocument_;
-  std::u16string displayName_;
-  std::u16string type_;
+  // A step over many clips is as many actions of one name and kind, which they share.
+  std::shared_ptr<const std::u16string> displayName_;
+  const std::u16string* type_;
 };
 
 /// An action made of others: redone from the first to the last, undone from the last to the first.
@@ -75,7 +78,7 @@ class ORVEL_EXPORT MultiAction : public Action {
   explicit MultiAction(const std::u16string& displayName);
 
   /// Appends a child; null is passed over.
-  void AddAction(const boost::intrusive_ptr<Action>& child);
+  void AddAction(boost::intrusive_ptr<Action> child);
 
   /// Whether every child is still viable.
   bool DoStillViable() const override;
