@@ -36,6 +36,16 @@ SectionModelInterface* SectionMultiModel::First() const {
   return models_.empty() ? nullptr : models_.begin()->get();
 }
 
+std::shared_ptr<const SectionMultiModel::Order> SectionMultiModel::InOrder() const {
+  if (!order_ || order_->size() != models_.size()) {
+    Order order;
+    order.reserve(models_.size());
+    for (const auto& model : models_) order.push_back(model.get());
+    order_ = std::make_shared<const Order>(std::move(order));
+  }
+  return order_;
+}
+
 int SectionMultiModel::GetNumParams() const { return First() ? First()->GetNumParams() : 0; }
 
 ParamDefinition SectionMultiModel::GetParamDefinition(int index) {
@@ -80,9 +90,10 @@ void SectionMultiModel::AddModel(const boost::intrusive_ptr<SectionModelInterfac
 }
 
 bool SectionMultiModel::ModelsHaveIdenticalSetting(int paramID) {
+  const auto order = InOrder();
   bool isFirst = true;
   float reference = kUnread;
-  for (const auto& model : models_) {
+  for (auto* model : *order) {
     float value = kUnread;
     if (model->GetParamNormalized(paramID, value) != kStatus_Success) continue;
     if (std::exchange(isFirst, false)) {
@@ -95,9 +106,10 @@ bool SectionMultiModel::ModelsHaveIdenticalSetting(int paramID) {
 }
 
 int SectionMultiModel::GetParamNormalized(int paramID, float& normalized) const {
+  const auto order = InOrder();
   int kept = kStatus_Success;
   bool isFirst = true;
-  for (const auto& model : models_) {
+  for (auto* model : *order) {
     float value = kUnread;
     const int status = model->GetParamNormalized(paramID, value);
     if (status != kStatus_Success) kept = status;
@@ -123,9 +135,10 @@ int SectionMultiModel::WriteToModels(Write write) {
   if (sending_) return kStatus_WriteUnderWay;
   const boost::intrusive_ptr<SectionMultiModel> self(this);  // a listener may let go of it
   const teskcore::utility::FlagScope sending(sending_);
+  const auto order = InOrder();
   FirstException failure;
   int kept = kStatus_Success;
-  for (const auto& model : models_) {
+  for (auto* model : *order) {
     failure.Catch([&] {
       const int status = write(*model);
       if (status != kStatus_Success) kept = status;
@@ -151,8 +164,9 @@ void SectionMultiModel::OnSubModelChanged(int paramID, float value) {
 
 void SectionMultiModel::SuspendSignaling() {
   if (++suspendCount_ > 1) return;
+  const auto order = InOrder();
   FirstException failure;
-  for (const auto& model : models_) failure.Catch([&model] { model->SuspendSignaling(); });
+  for (auto* model : *order) failure.Catch([model] { model->SuspendSignaling(); });
   failure.Rethrow();
 }
 
@@ -168,8 +182,9 @@ void SectionMultiModel::ResumeSignaling(bool sendSignals) {
   const boost::intrusive_ptr<SectionMultiModel> self(this);
   allParamsChanged_ = false;
   const teskcore::utility::FlagScope sending(sending_);
+  const auto order = InOrder();
   FirstException failure;
-  for (const auto& model : models_) {
+  for (auto* model : *order) {
     failure.Catch([&] { model->ResumeSignaling(passedOn); });
     // One signal for all parameters covers what the remaining models would tell.
     if (std::exchange(allParamsChanged_, false)) passedOn = false;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -92,8 +93,14 @@ class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
   void SendCachedModelSignals(FirstException& failure);
   SectionModelInterface* First() const;
 
+  using Order = std::vector<SectionModelInterface*>;
+  std::shared_ptr<const Order> InOrder() const;
+
   std::string adjustmentsMode_;
   Models models_;
+  // The same side by side in memory, for walks over many; made when it is asked for. A walk holds
+  // the one that it began with, whatever is added meanwhile.
+  mutable std::shared_ptr<const Order> order_;
   std::map<std::int32_t, float> cachedSignals_;  // the last value of each
   boost::signals2::signal<void(int, float), CallEverySlot> modelChangedSignal_;
   std::vector<boost::signals2::scoped_connection> subModelConnections_;
