@@ -55,11 +55,9 @@ auto PlaceOf(const File& file) {
 }  // namespace
 
 PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
-    : usesFolder_(usesFolder), root_(RootFolder()) {
-  for (const auto& preset : ReadFactoryConfigs(module)) factoryNames_.insert(preset.Name);
-  for (const auto& preset : ReadFactoryUserPresets(module)) factoryNames_.insert(preset.Name);
+    : module_(module), usesFolder_(usesFolder), root_(RootFolder()) {
   if (!usesFolder_) return;
-  SeedFactoryFolder(module, Dir(root_, kFactoryFolderName));
+  SeedFactoryFolder(module_, Dir(root_, kFactoryFolderName));
   ClearRemainsOfCrashes();
   Reload();
 }
@@ -427,7 +425,12 @@ boost::intrusive_ptr<UserPresetsGroup> PresetsCache::GetUserPresetsGroupForGuid(
 bool PresetsCache::IsReservedPresetName(const std::string& name) { return name == kReservedName; }
 
 bool PresetsCache::IsFactoryPresetName(const std::string& name) const {
-  return factoryNames_.contains(name);
+  if (!factoryNames_) {
+    auto& names = factoryNames_.emplace();
+    for (const auto& preset : ReadFactoryConfigs(module_)) names.insert(preset.Name);
+    for (const auto& preset : ReadFactoryUserPresets(module_)) names.insert(preset.Name);
+  }
+  return factoryNames_->contains(name);
 }
 
 bool PresetsCache::GetFactoryConfigPreset(const std::string& modeID,

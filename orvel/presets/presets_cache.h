@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -176,11 +177,12 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& preset);
   bool Remove(Guid guid, Guid successor);  // copies: they may come from what it removes
 
+  ModuleHandle module_;
   bool usesFolder_;
   Dir root_;
   Entries entries_;
   std::set<Guid> temporaries_;
-  std::set<std::string> factoryNames_;
+  mutable std::optional<std::set<std::string>> factoryNames_;  // read when they are asked for
   MigrateUserPresetFunction migrate_;
   Guid migrationSource_;
   ConfigPresetSignal configPresetChanged_;
