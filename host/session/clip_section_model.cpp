@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace orvelhost {
@@ -29,10 +30,11 @@ void CreateSectionModel(const std::string& mode, const orvel::SectionDefinition&
   if (definition.GetModelID().empty()) {
     return;
   }
+  const auto shared = std::make_shared<const orvel::SectionDefinition>(definition);
   std::vector<boost::intrusive_ptr<ClipSectionModel>> models;
   for (const auto& one : clips) {
     if (const boost::intrusive_ptr<Clip> clip(dynamic_cast<Clip*>(one.get())); clip) {
-      models.emplace_back(new ClipSectionModel(mode, definition, clip));
+      models.emplace_back(new ClipSectionModel(mode, shared, clip));
       models.back()->RequestMeasurement();
     }
   }
@@ -49,15 +51,15 @@ void CreateSectionModel(const std::string& mode, const orvel::SectionDefinition&
 
 }  // namespace
 
-ClipSectionModel::ClipSectionModel(const std::string& mode,
-                                   const orvel::SectionDefinition& definition,
-                                   const boost::intrusive_ptr<Clip>& clip)
+ClipSectionModel::ClipSectionModel(
+    const std::string& mode, const std::shared_ptr<const orvel::SectionDefinition>& definition,
+    const boost::intrusive_ptr<Clip>& clip)
     : mode_(mode),
       definition_(definition),
       clip_(clip),
-      values_(clip->SectionValues(definition.GetModelID())),
-      behaviour_(FindBehaviour(definition.GetModelID())) {
-  const std::vector<orvel::ParamDefinition>& params = definition_.GetParamDefinitions();
+      values_(clip->SectionValues(definition->GetModelID())),
+      behaviour_(FindBehaviour(definition->GetModelID())) {
+  const std::vector<orvel::ParamDefinition>& params = definition_->GetParamDefinitions();
   for (std::size_t index = values_.size(); index < params.size(); ++index) {
     const orvel::ParamDefinition& param = params[index];
     values_.push_back(std::clamp(
@@ -73,12 +75,12 @@ ClipSectionModel::ClipSectionModel(const std::string& mode,
 }
 
 int ClipSectionModel::GetNumParams() const {
-  return static_cast<int>(definition_.GetParamDefinitions().size());
+  return static_cast<int>(definition_->GetParamDefinitions().size());
 }
 
 const orvel::ParamDefinition* ClipSectionModel::Find(int paramID) const {
   return paramID >= 0 && paramID < GetNumParams()
-             ? &definition_.GetParamDefinitions()[static_cast<std::size_t>(paramID)]
+             ? &definition_->GetParamDefinitions()[static_cast<std::size_t>(paramID)]
              : nullptr;
 }
 
@@ -88,7 +90,7 @@ orvel::ParamDefinition ClipSectionModel::GetParamDefinition(int index) {
 }
 
 bool ClipSectionModel::GetSectionDefinition(orvel::SectionDefinition& definition) const {
-  definition = definition_;
+  definition = *definition_;
   return true;
 }
 
@@ -192,14 +194,14 @@ void ClipSectionModel::Follow() {
 }
 
 void ClipSectionModel::ApplyToClip() {
-  for (const orvel::ControlDefinition& control : definition_.GetControlDefinitions()) {
+  for (const orvel::ControlDefinition& control : definition_->GetControlDefinitions()) {
     ApplyControl(control);
   }
-  SectionState state(definition_, values_, *clip_);
+  SectionState state(*definition_, values_, *clip_);
   if (behaviour_ != nullptr && behaviour_->apply != nullptr) {
     behaviour_->apply(state);
   }
-  for (const orvel::ControlDefinition& control : definition_.GetControlDefinitions()) {
+  for (const orvel::ControlDefinition& control : definition_->GetControlDefinitions()) {
     ReadBack(control);
   }
 }
@@ -208,7 +210,7 @@ void ClipSectionModel::RequestMeasurement() {
   if (behaviour_ == nullptr || behaviour_->needs == nullptr) {
     return;
   }
-  const MeasurementNeed need = behaviour_->needs(SectionState(definition_, values_, *clip_));
+  const MeasurementNeed need = behaviour_->needs(SectionState(*definition_, values_, *clip_));
   if (need != MeasurementNeed::kNothing) {
     clip_->RequestMeasurement(need == MeasurementNeed::kSoundAndRemix);
   }
@@ -219,7 +221,7 @@ void ClipSectionModel::ApplyControl(const orvel::ControlDefinition& control) {
   if (slot == nullptr) {
     return;
   }
-  slot->enabled = SectionState(definition_, values_, *clip_).IsOn(control.GetEnableParamID());
+  slot->enabled = SectionState(*definition_, values_, *clip_).IsOn(control.GetEnableParamID());
   for (const auto& [paramID, mappings] : control.GetParameterMap()) {
     const orvel::ParamDefinition* param = Find(paramID);
     if (param == nullptr || IsReadBack(*param)) {

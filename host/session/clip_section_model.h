@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 
@@ -26,7 +27,8 @@ class ClipSectionModel : public orvel::SectionModelInterface {
   static constexpr int kStatus_UnknownParam = 1;
   static constexpr int kStatus_NotFinite = 2;
 
-  ClipSectionModel(const std::string& mode, const orvel::SectionDefinition& definition,
+  ClipSectionModel(const std::string& mode,
+                   const std::shared_ptr<const orvel::SectionDefinition>& definition,
                    const boost::intrusive_ptr<Clip>& clip);
 
   int GetNumParams() const override;
@@ -46,7 +48,7 @@ class ClipSectionModel : public orvel::SectionModelInterface {
   bool ToPhysical(int paramID, float normalized, float& physical) const override;
   bool ToNormalized(int paramID, float physical, float& normalized) const override;
 
-  std::string GetName() override { return definition_.GetModelID(); }
+  std::string GetName() override { return definition_->GetModelID(); }
   boost::signals2::connection RegisterForModelChanges(const ChangeSignal::slot_type& slot) override;
   void SetActive(bool active) override { active_ = active; }
   bool IsActive() const override { return active_; }
@@ -65,7 +67,7 @@ class ClipSectionModel : public orvel::SectionModelInterface {
   void SendHeldBack();
 
   std::string mode_;
-  orvel::SectionDefinition definition_;
+  std::shared_ptr<const orvel::SectionDefinition> definition_;  // of all clips together
   boost::intrusive_ptr<Clip> clip_;
   std::vector<float>& values_;  // in clip_
   const SectionBehaviour* behaviour_;
