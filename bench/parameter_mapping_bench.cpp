@@ -12,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/ratio.h"
 #include "orvel/definitions/parameter_mapping.h"
 
 #if ORVEL_BENCH_HAS_JUCE
@@ -132,6 +133,13 @@ class RatioReporter : public benchmark::BenchmarkReporter {
                 "promised");
     for (const SubjectRow& row : kSubjects) {
       for (const std::size_t count : kKeypointCounts) PrintRow(row, count);
+    }
+    for (const SubjectRow& row : kSubjects) {
+      const auto ours = nanosecondsPerCall_.find(NameOfOurs(row, 2));
+      const auto juce = nanosecondsPerCall_.find(NameOfJuce(row));
+      if (ours == nanosecondsPerCall_.end() || juce == nanosecondsPerCall_.end()) continue;
+      bench::PrintRatio(row.name, "JUCE, NormalisableRange", ours->second / juce->second,
+                        row.promisedRatio);
     }
   }
 

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <functional>
 #include <map>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -14,35 +13,21 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "bench/ratio.h"
+#include "bench/sample_presets.h"
 #include "orvel/orvel.h"
 
 namespace {
 
 constexpr std::size_t kPresets = 10000;
 
-// Shaped like the dialogue presets that the product ships.
 std::vector<orvel::UserPreset> MakePresets() {
-  std::mt19937 random(20240917);
-  std::uniform_real_distribution<float> value(-15.0f, 10.0f);
-  const std::map<std::string, std::size_t> sizes = {{"model_clarity", 8},
-                                                    {"model_loudness", 3},
-                                                    {"model_restoration", 10},
-                                                    {"model_soundeffects", 4},
-                                                    {"model_volume", 3}};
-  std::vector<orvel::UserPreset> presets(kPresets);
-  for (std::size_t i = 0; i < presets.size(); ++i) {
-    auto& preset = presets[i];
-    preset.Guid = orvel::Guid::CreateUnique();
-    preset.Name =
-        "$$$/app/Presets/Orvel/User" + std::to_string(i) + "PresetName=Voice " + std::to_string(i);
-    preset.PresetData.Config = orvel::Guid("58dc27a8-6a2a-480c-bd0c-4b45fff346a6");
-    preset.PresetData.ModeID = "dialog";
-    for (const auto& [modelID, size] : sizes) {
-      auto& values = preset.PresetData.Models[modelID];
-      for (std::size_t k = 0; k < size; ++k) {
-        values.push_back(k % 2 == 0 ? value(random) : static_cast<float>(random() % 2));
-      }
-    }
+  std::vector<orvel::UserPreset> presets;
+  presets.reserve(kPresets);
+  for (std::size_t i = 0; i < kPresets; ++i) {
+    const std::string number = std::to_string(i);
+    presets.push_back(
+        bench::MakePreset("$$$/app/Presets/Orvel/User" + number + "PresetName=Voice " + number));
   }
   return presets;
 }
@@ -138,11 +123,9 @@ int main(int argc, char** argv) {
   }
   Times times;
   benchmark::RunSpecifiedBenchmarks(&times);
-  std::printf(
-      "\nours / peer: text to records %.2f of parsing alone (promised 1.00), records to text %.2f "
-      "of dumping "
-      "(promised 1.00)\n",
-      times.medians["read"] / times.medians["parse"],
-      times.medians["write"] / times.medians["dump"]);
+  bench::PrintRatio("presets, text to records", "nlohmann::json, parsing",
+                    times.medians["read"] / times.medians["parse"], 1.0);
+  bench::PrintRatio("presets, records to text", "nlohmann::json, dumping",
+                    times.medians["write"] / times.medians["dump"], 1.0);
   return 0;
 }

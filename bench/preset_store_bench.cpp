@@ -1,55 +1,31 @@
 // Reads a folder of 10,000 user presets beside nlohmann::json, which only reads the same files'
 // bytes and parses them; and saves one preset among 10,000 beside one among 10. Prints the ratios.
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <random>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "bench/ratio.h"
+#include "bench/sample_presets.h"
 #include "orvel/orvel.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
+using bench::MakePreset;
+using bench::Median;
 using Cache = boost::intrusive_ptr<orvel::PresetsCache>;
 
 constexpr std::size_t kMany = 10000;
 constexpr std::size_t kFew = 10;
 constexpr int kReloads = 15;
 constexpr int kSaves = 2000;
-
-const orvel::Guid kDialog("58dc27a8-6a2a-480c-bd0c-4b45fff346a6");
-
-// Shaped like the dialogue presets that the product ships.
-orvel::UserPreset MakePreset(std::size_t index) {
-  static std::mt19937 random(20240917);
-  std::uniform_real_distribution<float> value(-15.0f, 10.0f);
-  const std::pair<const char*, std::size_t> sizes[] = {{"model_clarity", 8},
-                                                       {"model_loudness", 3},
-                                                       {"model_restoration", 10},
-                                                       {"model_soundeffects", 4},
-                                                       {"model_volume", 3}};
-  orvel::UserPreset preset;
-  preset.Guid = orvel::Guid::CreateUnique();
-  preset.Name = "Voice " + std::to_string(index);
-  preset.PresetData.Config = kDialog;
-  preset.PresetData.ModeID = "dialog";
-  for (const auto& [modelID, size] : sizes) {
-    auto& values = preset.PresetData.Models[modelID];
-    for (std::size_t k = 0; k < size; ++k) {
-      values.push_back(k % 2 == 0 ? value(random) : static_cast<float>(random() % 2));
-    }
-  }
-  return preset;
-}
 
 // A store of its own with so many presets.
 struct Store {
@@ -59,13 +35,13 @@ struct Store {
     const fs::path mode = folder / "Presets/Orvel/Default/dialog";
     fs::create_directories(mode);
     orvel::ConfigPreset config;
-    config.Guid = kDialog;
+    config.Guid = bench::kDialogConfig;
     config.PresetData.ModeID = "dialog";
     std::string text;
     orvel::WritePreset(config, text);
     std::ofstream(mode / "(Config).orvel", std::ios::binary) << text;
     for (std::size_t i = 0; i < presets; ++i) {
-      const auto preset = MakePreset(i);
+      const auto preset = MakePreset("Voice " + std::to_string(i));
       orvel::WritePreset(preset, text);
       files.push_back(mode / (preset.Name + ".orvel"));
       std::ofstream(files.back(), std::ios::binary) << text;
@@ -79,12 +55,6 @@ struct Store {
   std::vector<fs::path> files;
   Cache cache;
 };
-
-double Median(std::vector<double> times) {
-  std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
-                   times.end());
-  return times[times.size() / 2];
-}
 
 template <typename Work>
 double MillisecondsOf(Work work) {
@@ -115,10 +85,10 @@ void CompareReloads(const Store& store) {
   }
   std::vector<orvel::UserPreset> presets;
   store.cache->GetPresets(presets);
-  std::printf(
-      "Reload of %zu user presets %.1f ms, their bytes and nlohmann::json %.1f ms: "
-      "%.2f (promised at most 1.00)\n",
-      presets.size(), Median(ours), Median(parsing), Median(ours) / Median(parsing));
+  std::printf("Reload of %zu user presets %.1f ms, their bytes and nlohmann::json %.1f ms\n",
+              presets.size(), Median(ours), Median(parsing));
+  bench::PrintRatio("reload of 10,000 presets", "nlohmann::json, same files",
+                    Median(ours) / Median(parsing), 1.0);
 }
 
 // Alternately, so that both meet the same weather.
@@ -126,7 +96,7 @@ void CompareSaves(const Store& many, const Store& few) {
   std::vector<double> amongMany;
   std::vector<double> amongFew;
   const auto save = [](const Store& store, int i) {
-    const auto preset = MakePreset(static_cast<std::size_t>(i) % kFew);
+    const auto preset = MakePreset("Voice " + std::to_string(static_cast<std::size_t>(i) % kFew));
     return MillisecondsOf([&store, &preset] {
       if (!store.cache->SavePreset(preset)) std::printf("not saved\n");
     });
@@ -135,10 +105,10 @@ void CompareSaves(const Store& many, const Store& few) {
     amongMany.push_back(save(many, i));
     amongFew.push_back(save(few, i));
   }
-  std::printf(
-      "One save among %zu presets %.3f ms, among %zu %.3f ms: %.2f "
-      "(promised at most 1.00, within the noise)\n",
-      kMany, Median(amongMany), kFew, Median(amongFew), Median(amongMany) / Median(amongFew));
+  std::printf("One save among %zu presets %.3f ms, among %zu %.3f ms\n", kMany, Median(amongMany),
+              kFew, Median(amongFew));
+  bench::PrintRatio("one save among 10,000 presets", "one save among 10",
+                    Median(amongMany) / Median(amongFew), 1.0);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // with the very same filters, in turns, and prints the ratio of their times; and a hundred files by
 // one job and by two.
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -18,6 +17,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "bench/ratio.h"
 #include "host/audio/audio_writer.h"
 #include "host/session/clip.h"
 #include "host/session/host.h"
@@ -144,13 +144,9 @@ Times Run(std::vector<std::string> words) {
           seconds(usage.ru_utime) + seconds(usage.ru_stime)};
 }
 
-double Median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
-}
-
-void Compare(const char* name, const Host& host, const std::filesystem::path& folder,
-             const std::vector<std::string>& settings, int turns) {
+void Compare(const char* name, double promised, const Host& host,
+             const std::filesystem::path& folder, const std::vector<std::string>& settings,
+             int turns) {
   const std::string input = folder / "in.wav";
   const std::string script = folder / "filters.txt";
   std::string text;
@@ -180,8 +176,10 @@ void Compare(const char* name, const Host& host, const std::filesystem::path& fo
     std::cout << name << ": orvel " << our.wall << " s, of a processor " << our.processor
               << " s; ffmpeg " << their.wall << " s, " << their.processor << " s\n";
   }
-  std::cout << name << ", median of orvel's time over ffmpeg's: " << Median(wall)
-            << ", of processor time: " << Median(processor) << "\n";
+  std::cout << name << ", median of orvel's time over ffmpeg's: " << bench::Median(wall)
+            << std::endl;
+  bench::PrintRatio((std::string("render, ") + name).c_str(), "ffmpeg, processor time",
+                    bench::Median(processor), promised);
 }
 
 std::string Bytes(const std::filesystem::path& file) {
@@ -217,7 +215,7 @@ void CompareJobs(const std::filesystem::path& folder, double seconds, int turns)
       throw std::runtime_error("two jobs made another " + entry.path().filename().string());
     }
   }
-  std::cout << "a hundred files, median of two jobs' time over one job's: " << Median(wall) << "\n";
+  bench::PrintRatio("render, a hundred files by two jobs", "by one job", bench::Median(wall), 0.6);
 }
 
 }  // namespace
@@ -233,8 +231,8 @@ int main(int argc, char** argv) {
     WriteRecording(folder / "in.wav", seconds);
     std::vector<std::string> all = kUnmeasured;
     all.insert(all.end(), kMeasured.begin(), kMeasured.end());
-    Compare("filters alone", host, folder, kUnmeasured, turns);
-    Compare("measured, then filtered", host, folder, all, turns);
+    Compare("filters alone", 1.05, host, folder, kUnmeasured, turns);
+    Compare("measured, then filtered", 0.0, host, folder, all, turns);
     CompareJobs(folder, seconds / 20, turns);
   } catch (const std::exception& error) {
     std::cerr << error.what() << "\n";
