@@ -246,8 +246,11 @@ void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
   if (number != documentNumber_) return failure.Rethrow();
   hasDocument_ = isReadable;
   if (!isReadable) presets.clear();
-  // A host may tell late of what was written from here.
-  if (isReadable && hadDocument && AreSame(presets, documentPresets_)) return;
+  // A host may tell late of what was written from here: no document is opened then.
+  if (isReadable && hadDocument && AreSame(presets, documentPresets_)) {
+    --documentNumber_;
+    return;
+  }
   {
     const FlagScope reading(isReadingDocument_);
     documentPresets_ = presets;
@@ -389,11 +392,11 @@ Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
   return preset;
 }
 
-// What the host edits while it is handed them is handed to it afterwards, so that the document ends
-// up with the truth wherever in between it keeps them.
+// What the host edits while it is handed them is handed to it once more afterwards, so that the
+// document ends up with the truth whenever in between it keeps them.
 void ConfigurationManager::StoreCurrentConfigurations() {
   // Without a cache no mode has a configuration, which is no reason to take the document's away.
-  if (!sessionHandler_ || !cache_ || isReadingDocument_ || isWritingDocument_) return;
+  if (!sessionHandler_ || !cache_ || isReadingDocument_) return;
   while (hasDocument_) {
     Presets presets;
     for (const auto& [modeID, mode] : modes_) {

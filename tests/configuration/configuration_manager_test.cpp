@@ -351,6 +351,14 @@ TEST_F(ConfigurationManagerTest, OfTwoDocumentsTheOneOpenedInsideTheOtherHolds) 
   session_->Open({MakeConfigPreset("First"), MakeConfigPreset("First", "music", 1.0f)});
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("music"), second[0].Guid);
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
+  Manager().RegisterConfigurationDataChangedCallback(
+      [this] { session_->documentChanged(true, false); });
+  const ConfigPresets told = {MakeConfigPreset("Told"), MakeConfigPreset("Told", "music")};
+  session_->Open(told);
+  EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("music"), told[1].Guid) << "it is the same one";
+  session_->onRead = [] { SetGain(7.0f); };
+  session_->Open({MakeConfigPreset("Third", "music")});
+  EXPECT_NE(Held("music").find("\"Third\""), std::string::npos) << "nothing is stored before";
 }
 
 TEST_F(ConfigurationManagerTest, WhatADocumentHoldsBesidesIsKept) {

@@ -291,6 +291,7 @@ TEST(FileNames, ThoseOfEarlierVersionsAreKnown) {
   EXPECT_EQ(FileUtils::NormalizePathForSaving(u"voice", {u"voice%~4"}), u"voice%~4");
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"voice%~copy", u"voice"));
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"Voice", u"voice"));
+  EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"%~4", u"")) << "no preset is without a name";
 }
 
 TEST(FileNames, AUniqueNameCountsUpwards) {
