@@ -15,10 +15,11 @@ constexpr float kSwitchedOn = 0.5f;
 
 std::string ShortName(const Section& section) { return ShortSectionName(section->GetName()); }
 
+/// For one of the clips at least; a switch that cannot be read is none.
 bool IsOn(const Section& section, int paramID) {
-  float value = 1.0f;
-  section->GetParamNormalized(paramID, value);
-  return value >= kSwitchedOn;
+  orvel::modelutils::ValueSummary summary;
+  const int status = orvel::modelutils::GetValueSummary(section, paramID, summary);
+  return status != orvel::kStatus_Success || summary.greatest >= kSwitchedOn;
 }
 
 bool IsEnabled(const Section& section, int paramID) {
