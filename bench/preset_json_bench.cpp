@@ -26,8 +26,9 @@ std::vector<orvel::UserPreset> MakePresets() {
   presets.reserve(kPresets);
   for (std::size_t i = 0; i < kPresets; ++i) {
     const std::string number = std::to_string(i);
-    presets.push_back(
-        bench::MakePreset("$$$/app/Presets/Orvel/User" + number + "PresetName=Voice " + number));
+    std::string name = "$$$/app/Presets/Orvel/User";
+    name.append(number).append("PresetName=Voice ").append(number);
+    presets.push_back(bench::MakePreset(name));
   }
   return presets;
 }
