@@ -70,8 +70,6 @@ ConfigurationManager::ConfigurationManager(
     : sessionHandler_(sessionHandler), cache_(presetsCache) {
   for (const auto& modeID : modeIDs) AddMode(modeID);
   if (cache_) {
-    cache_->SetMigrateUserPresetFunction(
-        [this](Preset<UserPresetData>& preset) { return MigrateUserPreset(preset); });
     presetConnection_ =
         cache_->RegisterForConfigPresetChanges([this](const Guid& preset, const Guid& successor) {
           OnConfigPresetChanged(preset, successor);
@@ -80,6 +78,11 @@ ConfigurationManager::ConfigurationManager(
   if (sessionHandler_) {
     documentConnection_ = sessionHandler_->RegisterForDocumentChanges(
         [this](bool changed, bool closing) { OnSessionChanged(changed, closing); });
+  }
+  // Last: when a host's code throws above, no destructor takes it back.
+  if (cache_) {
+    cache_->SetMigrateUserPresetFunction(
+        [this](Preset<UserPresetData>& preset) { return MigrateUserPreset(preset); });
   }
 }
 

@@ -220,6 +220,15 @@ TEST_F(ConfigurationManagerTest, ATemplateOfTheDocumentCanBeSavedWithItsPresets)
   EXPECT_NE(Held("dialog").find("Our Show"), std::string::npos);
 }
 
+TEST_F(ConfigurationManagerTest, AHostThatThrowsAtTheStartLeavesNothingBehind) {
+  const auto store = Manager().GetPresetsCache();
+  Terminate();
+  session_->onRegister = [] { throw std::runtime_error("no documents"); };
+  EXPECT_THROW(ConfigurationManager::Initialize(session_, store, {"dialog"}), std::runtime_error);
+  ASSERT_TRUE(store->SavePreset(MakeUserPreset("Voice")));
+  EXPECT_TRUE(store->MigrateUserPresets(kDialogTemplate, kMusicTemplate, true));
+}
+
 TEST_F(ConfigurationManagerTest, ATemplateThatCannotBeFiledStaysWithTheDocument) {
   // Its guid is that of a preset in another mode.
   auto clash = MakeConfigPreset("Clash", "dialog", 2.0f);

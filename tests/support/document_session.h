@@ -24,6 +24,7 @@ class DocumentSession : public SessionHandlerInterface {
   bool IsSessionEnabled() override { return true; }
   boost::signals2::connection RegisterForDocumentChanges(
       const DocumentSignal::slot_type& slot) override {
+    if (onRegister) onRegister();
     return documentChanged.connect(slot);
   }
   bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& presets) override {
@@ -47,6 +48,7 @@ class DocumentSession : public SessionHandlerInterface {
 
   DocumentSignal documentChanged;
   std::vector<Preset<ConfigPresetData>> document;
+  std::function<void()> onRegister;
   std::function<void()> onRead;
   std::function<void()> onStore;  // once, before the presets are kept
   int stores = 0;
