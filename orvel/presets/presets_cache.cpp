@@ -254,6 +254,7 @@ bool PresetsCache::IsNameTaken(const std::string& name, const std::string& modeI
   });
 }
 
+// Unless it is gone, or ordinary already.
 void PresetsCache::MakeOrdinary(const Guid& guid) {
   if (temporaries_.erase(guid) == 0) return;
   DeleteTemporaryMark(Find(guid)->file.Parent());
@@ -288,12 +289,10 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   Insert(preset, file, false);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
-    if (MigrateUserPresets(current, preset.Guid, true)) {
-      temporaries_.erase(current);
-      Remove(current, preset.Guid);
-    } else {
-      MakeOrdinary(current);  // what could not be copied stays with it
-    }
+    // It stays with what could not be copied, or not be deleted.
+    const bool isGone =
+        MigrateUserPresets(current, preset.Guid, true) && Remove(current, preset.Guid);
+    if (!isGone) MakeOrdinary(current);
   }
   UsageLogger::Get().Log({"orvel_save_master_preset",
                           "Orvel",
@@ -302,10 +301,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   return true;
 }
 
-bool PresetsCache::RemoveConfigPreset(const Guid& guid) {
-  temporaries_.erase(guid);
-  return Remove(guid, Guid());
-}
+bool PresetsCache::RemoveConfigPreset(const Guid& guid) { return Remove(guid, Guid()); }
 
 bool PresetsCache::Remove(Guid guid, Guid successor) {
   const auto entry =
@@ -335,6 +331,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
     isClean = DeleteTemporaryMark(folder);
   }
   entries_.erase(entry);
+  temporaries_.erase(guid);
   DeleteModeFolder(folder);
   if (isLink) Reload();  // what it led to may stand here under another name, too
   configPresetChanged_(guid, successor);
@@ -372,12 +369,9 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
 
 bool PresetsCache::RemoveTemporaryPreset(const Guid& guid) {
   if (!temporaries_.contains(guid)) return true;
-  if (!RescueUserPresets(guid)) {
-    MakeOrdinary(guid);
-    return false;
-  }
-  temporaries_.erase(guid);
-  return Remove(guid, Guid());
+  const bool isGone = RescueUserPresets(guid) && Remove(guid, Guid());
+  if (!isGone) MakeOrdinary(guid);
+  return isGone;
 }
 
 // Moves what somebody saved under a configuration preset that goes, and be it in another process,

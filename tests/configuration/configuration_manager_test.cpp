@@ -218,6 +218,13 @@ TEST_F(ConfigurationManagerTest, ATemplateOfTheDocumentCanBeSavedWithItsPresets)
   Preset<ConfigPresetData> gone;
   EXPECT_FALSE(Store().FindPreset(foreign.Guid, gone));
   EXPECT_NE(Held("dialog").find("Our Show"), std::string::npos);
+  // One that cannot be deleted stays as an ordinary one, on the disk, too.
+  session_->Open({MakeConfigPreset("Stuck")});
+  const auto folder = Root() / "Stuck (from Session)";
+  std::filesystem::rename(folder, folder_.Path() / "Elsewhere");
+  std::filesystem::create_directory_symlink(folder_.Path() / "Elsewhere", folder);
+  ASSERT_TRUE(Handler("dialog").SaveAsNew("Mine"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "dialog/.temporary"));
 }
 
 TEST_F(ConfigurationManagerTest, AHostThatThrowsAtTheStartLeavesNothingBehind) {

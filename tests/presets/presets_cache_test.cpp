@@ -436,6 +436,15 @@ TEST_F(PresetsCacheTest, ATemporaryThatGoesLeavesWhatWasSavedUnderIt) {
   EXPECT_TRUE(cache->SavePreset(kept));
   cache->RemoveTemporaryPresets();
   EXPECT_TRUE(fs::exists(Root() / "Kept"));
+  // One that cannot be deleted stays as an ordinary one, on the disk, too.
+  const auto stuck = MakeConfigPreset("Stuck");
+  ASSERT_TRUE(cache->AddTemporaryPreset(stuck));
+  fs::rename(Root() / "Stuck", folder_.Path() / "Elsewhere");
+  fs::create_directory_symlink(folder_.Path() / "Elsewhere", Root() / "Stuck");
+  EXPECT_FALSE(cache->RemoveConfigPreset(stuck.Guid));
+  EXPECT_TRUE(cache->IsTemporaryPreset(stuck.Guid));
+  EXPECT_FALSE(cache->RemoveTemporaryPreset(stuck.Guid));
+  EXPECT_FALSE(fs::exists(Root() / "Stuck" / "dialog" / ".temporary"));
   ExpectDiskHolds(*cache);
 }
 
