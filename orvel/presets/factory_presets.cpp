@@ -49,6 +49,7 @@ void SeedFactoryFolder(ModuleHandle module, const Dir& target) {
   const auto fill = [module, &seed] {
     const auto userPresets = ReadFactoryUserPresets(module);
     for (const auto& config : ReadFactoryConfigs(module)) {
+      if (!IsFolderName(config.PresetData.ModeID)) continue;
       const Dir folder(seed, UTF8to16(config.PresetData.ModeID));
       if (!CreateFolder(folder)) return false;
       if (!WritePresetFile(File(folder, kConfigFileName), config)) return false;

@@ -58,6 +58,14 @@ TEST_F(PresetsCacheTest, TheFirstStartMakesTheFactoryFolderWhole) {
   EXPECT_THAT(ConfigsOf(*Open()), SizeIs(3));
 }
 
+TEST_F(PresetsCacheTest, AFactoryPresetOfAModeThatIsNoFolderNameIsPassedOver) {
+  static std::string configs;  // lives as long as the module that it is
+  ASSERT_TRUE(WritePresets({MakeConfigPreset("No", ".."), MakeConfigPreset("Yes")}, configs));
+  teskcore::filesupport::RegisterModuleResource(&configs, u"OrvelConfigPresets", u"json",
+                                                configs.data(), configs.size());
+  EXPECT_THAT(ConfigsOf(*Cache(new PresetsCache(&configs, true))), SizeIs(1));
+}
+
 TEST_F(PresetsCacheTest, WithoutTheFolderThereIsNothingAndNothingIsSaved) {
   const boost::intrusive_ptr<PresetsCache> cache(new PresetsCache(GetLibraryModule(), false));
   EXPECT_THAT(ConfigsOf(*cache), SizeIs(0));
