@@ -1,5 +1,6 @@
 // Reads a folder of 10,000 user presets beside nlohmann::json, which only reads the same files'
-// bytes and parses them; and saves one preset among 10,000 beside one among 10. Prints the ratios.
+// bytes and parses them; and saves one preset among 10,000 beside one among 10: in the place of
+// another, once more, and under a new name. Prints the ratios.
 
 #include <chrono>
 #include <cstdio>
@@ -25,7 +26,7 @@ using Cache = boost::intrusive_ptr<orvel::PresetsCache>;
 constexpr std::size_t kMany = 10000;
 constexpr std::size_t kFew = 10;
 constexpr int kReloads = 15;
-constexpr int kSaves = 2000;
+constexpr int kSaves = 501;
 
 // A store of its own with so many presets.
 struct Store {
@@ -91,22 +92,41 @@ void CompareReloads(const Store& store) {
                     Median(ours) / Median(parsing), 1.0);
 }
 
+double TimeOfSave(const Store& store, const orvel::UserPreset& preset) {
+  return MillisecondsOf([&store, &preset] {
+    if (!store.cache->SavePreset(preset)) std::printf("not saved\n");
+  });
+}
+
+double ReplaceAnother(const Store& store, int i) {
+  return TimeOfSave(store,
+                    MakePreset("Voice " + std::to_string(static_cast<std::size_t>(i) % kFew)));
+}
+
+double SaveAgain(const Store& store, int) {
+  const auto preset = MakePreset("Voice 0");
+  TimeOfSave(store, preset);
+  return TimeOfSave(store, preset);
+}
+
+double SaveNew(const Store& store, int i) {
+  const auto preset = MakePreset("New " + std::to_string(i));
+  const double time = TimeOfSave(store, preset);
+  store.cache->RemovePreset(preset.Guid, preset.PresetData.Config);
+  return time;
+}
+
 // Alternately, so that both meet the same weather.
-void CompareSaves(const Store& many, const Store& few) {
+void CompareSaves(const char* name, const Store& many, const Store& few,
+                  double (*save)(const Store& store, int i)) {
   std::vector<double> amongMany;
   std::vector<double> amongFew;
-  const auto save = [](const Store& store, int i) {
-    const auto preset = MakePreset("Voice " + std::to_string(static_cast<std::size_t>(i) % kFew));
-    return MillisecondsOf([&store, &preset] {
-      if (!store.cache->SavePreset(preset)) std::printf("not saved\n");
-    });
-  };
   for (int i = 0; i < kSaves; ++i) {
     amongMany.push_back(save(many, i));
     amongFew.push_back(save(few, i));
   }
-  std::printf("One save among %zu presets %.3f ms, among %zu %.3f ms\n", kMany, Median(amongMany),
-              kFew, Median(amongFew));
+  std::printf("A preset saved %s among %zu presets %.3f ms, among %zu %.3f ms\n", name, kMany,
+              Median(amongMany), kFew, Median(amongFew));
   bench::PrintRatio("one save among 10,000 presets", "one save among 10",
                     Median(amongMany) / Median(amongFew), 1.0);
 }
@@ -117,6 +137,8 @@ int main() {
   const Store many(kMany);
   const Store few(kFew);
   CompareReloads(many);
-  CompareSaves(many, few);
+  CompareSaves("in the place of another", many, few, ReplaceAnother);
+  CompareSaves("once more", many, few, SaveAgain);
+  CompareSaves("under a new name", many, few, SaveNew);
   return 0;
 }

@@ -159,7 +159,7 @@ bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name
   const std::u16string code = fileName.substr(std::min(mark + 2, fileName.size()));
   if (name.empty() || code.find_first_not_of(kHexDigits) != code.npos) return false;
   return Unescape(UTF16to8(fileName.substr(0, mark))) == UTF16to8(name) ||
-         code.starts_with(Digest(name));
+         (!code.empty() && code.starts_with(Digest(name)));
 }
 
 }  // namespace teskcore::utility::FileUtils

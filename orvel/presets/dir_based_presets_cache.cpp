@@ -127,11 +127,15 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
   return {folder_, title + kPresetFileExtension};
 }
 
-// The file for `preset`: two presets that have borne one name since they were read keep a file
-// each.
+// The file for `preset`: one that is saved again under its name stays where it is, and two presets
+// that have borne one name since they were read keep a file each.
 template <typename T>
 auto DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset) const -> Title {
   const auto own = titles_.find(preset.Guid);
+  const bool keepsName = own != titles_.end() && entries_.at(own->second).Name == preset.Name;
+  if (keepsName && own->second == FileUtils::NormalizePathForSaving(UTF8to16(preset.Name))) {
+    return own->second;
+  }
   std::vector<Title> others;
   const auto isFile = [](const Title& name) { return name.ends_with(kPresetFileExtension); };
   for (auto at = folder_.BeginFiles(isFile); at != folder_.EndFiles(); ++at) {
@@ -140,8 +144,7 @@ auto DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset) const -> Titl
   const Title title = FileUtils::NormalizePathForSaving(UTF8to16(preset.Name), others);
   const auto occupant = entries_.find(title);
   const bool isTwin = occupant != entries_.end() && occupant->second.Guid != preset.Guid &&
-                      occupant->second.Name == preset.Name && own != titles_.end() &&
-                      entries_.at(own->second).Name == preset.Name;
+                      occupant->second.Name == preset.Name && keepsName;
   return isTwin ? own->second : title;
 }
 
