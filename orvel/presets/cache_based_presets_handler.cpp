@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <tuple>
 #include <utility>
 
 #include "orvel/core/collation.h"
@@ -74,18 +73,13 @@ template <typename T, typename Cache>
 bool CacheBasedPresetsHandler<T, Cache>::Find(const Guid& guid, Preset<T>& preset) const {
   if (!cache_ || !cache_->FindPreset(guid, preset)) return false;
   if (!filter_ || filter_(preset)) return true;
-  const auto listed = GetListedPresets();
-  const auto found = std::ranges::find(listed, guid, [](const auto& p) { return p.Guid; });
-  if (found != listed.end()) preset = *found;
+  const boost::function<bool(const Preset<T>&)> isOther = [&](const Preset<T>& other) {
+    const bool isMeant = other.Guid == guid && filter_(other);
+    if (isMeant) preset = other;
+    return !isMeant;
+  };
+  cache_->ForEachPreset(isOther);
   return true;
-}
-
-template <typename T, typename Cache>
-std::vector<Preset<T>> CacheBasedPresetsHandler<T, Cache>::GetListedPresets() const {
-  std::vector<Preset<T>> presets;
-  if (cache_) cache_->GetPresets(presets);
-  if (filter_) std::erase_if(presets, [this](const auto& preset) { return !filter_(preset); });
-  return presets;
 }
 
 template <typename T, typename Cache>
@@ -96,9 +90,14 @@ auto CacheBasedPresetsHandler<T, Cache>::GetPresetList() const -> std::vector<Pr
     std::u16string shownName;
   };
   std::vector<Row> rows;
-  for (const auto& preset : GetListedPresets()) {
-    rows.push_back({{preset.Guid, preset.Name}, IsDefaultName(preset.Name), ZString(preset.Name)});
-  }
+  const boost::function<bool(const Preset<T>&)> add = [&](const Preset<T>& preset) {
+    if (!filter_ || filter_(preset)) {
+      rows.push_back(
+          {{preset.Guid, preset.Name}, IsDefaultName(preset.Name), ZString(preset.Name)});
+    }
+    return true;
+  };
+  if (cache_) cache_->ForEachPreset(add);
   std::ranges::stable_sort(rows, [](const Row& left, const Row& right) {
     if (left.isDefault != right.isDefault) return left.isDefault;
     return teskcore::utility::CompareForDisplay(left.shownName, right.shownName) < 0;

@@ -112,7 +112,6 @@ class ORVEL_EXPORT CacheBasedPresetsHandler : public PresetsHandlerInterface<T> 
 
  private:
   bool Find(const Guid& guid, Preset<T>& preset) const;
-  std::vector<Preset<T>> GetListedPresets() const;
   void SetState(const Preset<T>& selected, const T& data);
 
   boost::intrusive_ptr<Cache> cache_;
