@@ -4,12 +4,11 @@
 #include <utility>
 
 #include "orvel/actions/set_model_configuration_action.h"
+#include "orvel/configuration/section_migrations.h"
 #include "orvel/core/flag_scope.h"
 #include "orvel/core/localizer.h"
 #include "orvel/core/text.h"
 #include "orvel/definitions/lifecycle.h"
-#include "orvel/presets/preset_file.h"
-#include "orvel/presets/section_migrations.h"
 
 namespace orvel {
 

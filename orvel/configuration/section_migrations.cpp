@@ -1,4 +1,4 @@
-#include "orvel/presets/section_migrations.h"
+#include "orvel/configuration/section_migrations.h"
 
 #include <cstddef>
 
@@ -8,10 +8,7 @@
 
 namespace orvel {
 
-std::map<std::string,
-         boost::function<bool(const PropList& oldConfiguration, const PropList& newConfiguration,
-                              std::vector<float>& values)>>
-GetSectionMigrations() {
+std::map<std::string, ConfigurationManager::MigrateModelFunction> GetSectionMigrations() {
   const auto byEntry = [](const std::string& tableKey, std::size_t valueIndex) {
     return [tableKey, valueIndex](const PropList& oldConfiguration,
                                   const PropList& newConfiguration, std::vector<float>& values) {
