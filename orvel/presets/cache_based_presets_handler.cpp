@@ -218,9 +218,7 @@ PresetNameStatus CacheBasedPresetsHandler<T, Cache>::CheckPresetName(const std::
   if (cache_) cache_->ForEachPreset(isFree);
   if (isTaken) return PresetNameStatus::kTaken;
   if (PresetsCache::IsReservedPresetName(name)) return PresetNameStatus::kReserved;
-  std::u16string title;
-  return MakePresetFileTitle(name, title) ? PresetNameStatus::kUsable
-                                          : PresetNameStatus::kNotAFileName;
+  return CanNameAPreset(name) ? PresetNameStatus::kUsable : PresetNameStatus::kNotAFileName;
 }
 
 template <typename T, typename Cache>

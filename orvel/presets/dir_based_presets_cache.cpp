@@ -1,13 +1,14 @@
 #include "orvel/presets/dir_based_presets_cache.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 #include "orvel/core/file_utils.h"
 #include "orvel/core/localizer.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/preset_file.h"
+#include "orvel/presets/preset_folder.h"
+#include "orvel/presets/preset_trace.h"
 #include "orvel/presets/user_preset_data.h"
 
 namespace orvel {
@@ -15,18 +16,12 @@ namespace {
 
 constexpr char kCopiedPresetName[] = "$$$/orvel/Presets/CopiedPresetName=@0 copy";
 
-bool IsPresetFileName(const std::u16string& name) {
-  return name != kPresetFileExtension && name.ends_with(kPresetFileExtension) &&
-         name != kConfigFileName;
-}
-
 // By title, so that "Voice" comes before "Voice copy", which then is the one that is taken for the
 // copy: a blank sorts before the extension's dot.
 std::vector<std::pair<std::u16string, File>> ListPresetFiles(const Dir& folder) {
   std::vector<std::pair<std::u16string, File>> byTitle;
-  for (auto at = folder.BeginFiles(IsPresetFileName); at != folder.EndFiles(); ++at) {
-    byTitle.emplace_back(at->GetTitle(), *at);
-  }
+  ForEachFile(folder, IsPresetFileName,
+              [&byTitle](const File& file) { byTitle.emplace_back(file.GetTitle(), file); });
   std::sort(byTitle.begin(), byTitle.end(),
             [](const auto& left, const auto& right) { return left.first < right.first; });
   return byTitle;
@@ -42,11 +37,7 @@ template <typename T>
 void DirBasedPresetsCache<T>::Load() {
   entries_.clear();
   titles_.clear();
-  try {
-    for (const auto& [title, file] : ListPresetFiles(folder_)) LoadFile(title, file);
-  } catch (const std::exception& error) {
-    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
-  }
+  for (const auto& [title, file] : ListPresetFiles(folder_)) LoadFile(title, file);
 }
 
 template <typename T>
@@ -89,15 +80,10 @@ bool DirBasedPresetsCache<T>::ForEach(
 
 template <typename T>
 bool DirBasedPresetsCache<T>::Save(Preset<T> preset) {
-  Title title;
-  if (preset.Guid.IsNull() || !MakePresetFileTitle(preset.Name, title)) return false;
+  if (preset.Guid.IsNull() || !CanNameAPreset(preset.Name)) return false;
   adopt_(preset);
-  try {
-    title = ChooseTitle(preset);
-  } catch (const std::exception& error) {
-    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
-    return false;
-  }
+  Title title;
+  if (!ChooseTitle(preset, title)) return false;
   // A preset of another name, in a file that was renamed by hand, moves to a file of its own name.
   const auto occupant = entries_.find(title);
   Title aside;
@@ -128,29 +114,31 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
 }
 
 // The file for `preset`: one that is saved again under its name stays where it is, and two presets
-// that have borne one name since they were read keep a file each.
+// that have borne one name since they were read keep a file each. False when the folder cannot be
+// listed.
 template <typename T>
-auto DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset) const -> Title {
+bool DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset, Title& title) const {
+  const std::u16string name = UTF8to16(preset.Name);
   const auto own = titles_.find(preset.Guid);
   const bool keepsName = own != titles_.end() && entries_.at(own->second).Name == preset.Name;
-  if (keepsName && own->second == FileUtils::NormalizePathForSaving(UTF8to16(preset.Name))) {
-    return own->second;
-  }
+  title = FileUtils::NormalizePathForSaving(name);
+  if (keepsName && own->second == title) return true;
   std::vector<Title> others;
-  const auto isFile = [](const Title& name) { return name.ends_with(kPresetFileExtension); };
-  for (auto at = folder_.BeginFiles(isFile); at != folder_.EndFiles(); ++at) {
-    if (own == titles_.end() || at->GetTitle() != own->second) others.push_back(at->GetTitle());
-  }
-  const Title title = FileUtils::NormalizePathForSaving(UTF8to16(preset.Name), others);
+  const auto isFile = [](const Title& file) { return file.ends_with(kPresetFileExtension); };
+  const bool isListed = ForEachFile(folder_, isFile, [&](const File& file) {
+    if (own == titles_.end() || file.GetTitle() != own->second) others.push_back(file.GetTitle());
+  });
+  title = FileUtils::NormalizePathForSaving(name, others);
   const auto occupant = entries_.find(title);
-  const bool isTwin = occupant != entries_.end() && occupant->second.Guid != preset.Guid &&
-                      occupant->second.Name == preset.Name && keepsName;
-  return isTwin ? own->second : title;
+  const bool isTwin = keepsName && occupant != entries_.end() &&
+                      occupant->second.Guid != preset.Guid && occupant->second.Name == preset.Name;
+  if (isTwin) title = own->second;
+  return isListed;
 }
 
 template <typename T>
 bool DirBasedPresetsCache<T>::Move(const Title& from, const Title& to) {
-  if (!MovePresetFile(FileOf(from), FileOf(to))) return false;
+  if (!MovePresetPath(FileOf(from).FullPath(), FileOf(to).FullPath())) return false;
   const auto entry = entries_.find(from);
   const Preset<T> preset = entry->second;
   entries_.erase(entry);
@@ -166,7 +154,7 @@ bool DirBasedPresetsCache<T>::Put(const Title& title, const Preset<T>& preset) {
   const Title own = known == titles_.end() ? title : known->second;
   if (!WritePresetFile(FileOf(own), preset)) return false;
   if (own != title) {
-    if (!MovePresetFile(FileOf(own), FileOf(title))) {
+    if (!MovePresetPath(FileOf(own).FullPath(), FileOf(title).FullPath())) {
       WritePresetFile(FileOf(own), entries_.at(own));
       return false;
     }

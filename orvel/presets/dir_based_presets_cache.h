@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -23,14 +22,9 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   /// Makes a preset one of this folder's, and tells whether it had to change it.
   using Adopt = boost::function<bool(Preset<T>& preset)>;
 
-  /// Reads nothing yet. `adopt` is asked for every preset that is loaded or saved.
+  /// Reads nothing yet; the folder may or may not exist. `adopt` is asked for every preset that is
+  /// loaded or saved.
   DirBasedPresetsCache(const Dir& folder, const Adopt& adopt);
-
-  /// The folder; it may or may not exist.
-  const Dir& GetFolder() const { return folder_; }
-
-  /// The number of presets in memory.
-  std::size_t GetCount() const { return entries_.size(); }
 
   /// Replaces what is in memory by what stands in the folder. A file that cannot be read stays as
   /// it is and is passed over; of two presets with one guid the second, by file name, becomes a
@@ -64,7 +58,7 @@ class ORVEL_EXPORT DirBasedPresetsCache {
 
   File FileOf(const Title& title) const;
   void LoadFile(const Title& title, const File& file);
-  Title ChooseTitle(const Preset<T>& preset) const;
+  bool ChooseTitle(const Preset<T>& preset, Title& title) const;
   bool Move(const Title& from, const Title& to);
   bool Put(const Title& title, const Preset<T>& preset);
   void Insert(const Title& title, Preset<T> preset);

@@ -1,21 +1,18 @@
 #include "orvel/presets/factory_presets.h"
 
 #include <exception>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
-#include "orvel/core/native_path.h"
+#include "orvel/core/file_utils.h"
 #include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/preset_file.h"
 #include "orvel/presets/preset_folder.h"
 #include "orvel/presets/preset_json.h"
+#include "orvel/presets/preset_trace.h"
 
 namespace orvel {
-namespace fs = std::filesystem;
 using teskcore::filesupport::MakeTempName;
-using teskcore::filesupport::ToNative;
 
 namespace {
 
@@ -54,21 +51,19 @@ void SeedFactoryFolder(ModuleHandle module, const Dir& target) {
       if (!CreateFolder(folder)) return false;
       if (!WritePresetFile(File(folder, kConfigFileName), config)) return false;
       for (const auto& preset : userPresets) {
-        std::u16string title;
         if (preset.PresetData.Config != config.Guid) continue;
-        if (!MakePresetFileTitle(preset.Name, title)) return false;
+        if (!CanNameAPreset(preset.Name)) return false;
+        const auto title = FileUtils::NormalizePathForSaving(UTF8to16(preset.Name));
         if (!WritePresetFile(File(folder, title + kPresetFileExtension), preset)) return false;
       }
     }
     return true;
   };
-  std::error_code error;
-  if (CreateFolder(target.Parent()) && CreateFolder(seed) && fill()) {
-    fs::rename(ToNative(seed.FullPath()), ToNative(target.FullPath()), error);
-    // Another process may have been faster.
-    if (error && !target.Exists()) TracePresetDetail("No factory presets: " + error.message());
+  // Another process may have been faster.
+  if (CreateFolder(target.Parent()) && CreateFolder(seed) && fill() && !target.Exists()) {
+    MovePresetPath(seed.FullPath(), target.FullPath());
   }
-  fs::remove_all(ToNative(seed.FullPath()), error);
+  DeleteTree(seed);
 }
 
 }  // namespace orvel

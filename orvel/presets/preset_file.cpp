@@ -10,20 +10,20 @@
 #include "orvel/core/safe_save.h"
 #include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
-#include "orvel/core/trace.h"
 #include "orvel/presets/preset_json.h"
+#include "orvel/presets/preset_trace.h"
 
 namespace orvel {
 namespace fs = std::filesystem;
 using teskcore::filesupport::ToNative;
 
-namespace {
-
-constexpr int kTraceLevel = 2;
-constexpr int kDetailTraceLevel = 3;
+bool IsPresetFileName(const std::u16string& name) {
+  return name != kPresetFileExtension && name.ends_with(kPresetFileExtension) &&
+         name != kConfigFileName;
+}
 
 template <typename T>
-bool Read(const File& file, Preset<T>& preset) {
+bool ReadPresetFile(const File& file, Preset<T>& preset) {
   std::string cause = "holds no preset of this kind, or one without a guid";
   try {
     Preset<T> read;
@@ -41,7 +41,7 @@ bool Read(const File& file, Preset<T>& preset) {
 }
 
 template <typename T>
-bool Write(const File& file, const Preset<T>& preset) {
+bool WritePresetFile(const File& file, const Preset<T>& preset) {
   std::string cause = "a value is not finite";
   try {
     std::string text;
@@ -60,56 +60,28 @@ bool Write(const File& file, const Preset<T>& preset) {
 }
 
 template <typename T>
-bool Repair(const File& file, const Preset<T>& preset) {
+bool RepairPresetFile(const File& file, const Preset<T>& preset) {
   std::error_code error;
-  if (!fs::is_symlink(ToNative(file.FullPath()), error)) return Write(file, preset);
+  if (!fs::is_symlink(ToNative(file.FullPath()), error)) return WritePresetFile(file, preset);
   const File own(file.Parent(), teskcore::filesupport::MakeTempName());
-  if (!Write(own, preset)) return false;
-  if (MovePresetFile(own, file)) return true;
+  if (!WritePresetFile(own, preset)) return false;
+  if (MovePresetPath(own.FullPath(), file.FullPath())) return true;
   DeletePresetFile(own);
   return false;
 }
 
-}  // namespace
+template bool ReadPresetFile(const File&, Preset<UserPresetData>&);
+template bool ReadPresetFile(const File&, Preset<ConfigPresetData>&);
+template bool WritePresetFile(const File&, const Preset<UserPresetData>&);
+template bool WritePresetFile(const File&, const Preset<ConfigPresetData>&);
+template bool RepairPresetFile(const File&, const Preset<UserPresetData>&);
+template bool RepairPresetFile(const File&, const Preset<ConfigPresetData>&);
 
-void TracePresets(const std::string& text) {
-  if (TraceEnabled("app.Presets", kTraceLevel, false)) Trace(text);
-}
-
-void TracePresetDetail(const std::string& text) {
-  if (TraceEnabled("app.Presets", kDetailTraceLevel, false)) Trace(text);
-}
-
-std::string ShownPath(const std::u16string& path) { return UTF16to8(path); }
-
-bool ReadPresetFile(const File& file, Preset<UserPresetData>& preset) { return Read(file, preset); }
-
-bool ReadPresetFile(const File& file, Preset<ConfigPresetData>& preset) {
-  return Read(file, preset);
-}
-
-bool WritePresetFile(const File& file, const Preset<UserPresetData>& preset) {
-  return Write(file, preset);
-}
-
-bool WritePresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
-  return Write(file, preset);
-}
-
-bool RepairPresetFile(const File& file, const Preset<UserPresetData>& preset) {
-  return Repair(file, preset);
-}
-
-bool RepairPresetFile(const File& file, const Preset<ConfigPresetData>& preset) {
-  return Repair(file, preset);
-}
-
-bool MovePresetFile(const File& from, const File& to) {
+bool MovePresetPath(const std::u16string& from, const std::u16string& to) {
   std::error_code error;
-  fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
+  fs::rename(ToNative(from), ToNative(to), error);
   if (!error) return true;
-  TracePresetDetail("Error moving preset file: " + ShownPath(from.FullPath()) + ": " +
-                    error.message());
+  TracePresetDetail("Error moving presets: " + ShownPath(from) + ": " + error.message());
   return false;
 }
 
@@ -128,17 +100,17 @@ bool DeletePresetFile(const File& file) {
   return true;
 }
 
-bool MakePresetFileTitle(const std::string& name, std::u16string& title) {
+bool CanNameAPreset(const std::string& name) {
   const std::u16string wide = UTF8to16(name);
   const char* cause = nullptr;
   if (name.empty()) {
     cause = "a preset needs a name";
   } else if (UTF16to8(wide) != name) {
     cause = "the name is not valid UTF-8";
-  } else {
-    title = FileUtils::NormalizePathForSaving(wide);
-    if (title + kPresetFileExtension != kConfigFileName) return true;
+  } else if (FileUtils::NormalizePathForSaving(wide) + kPresetFileExtension == kConfigFileName) {
     cause = "the name is that of the configuration's file";
+  } else {
+    return true;
   }
   TracePresetDetail("Refusing preset name \"" + name + "\": " + cause);
   return false;

@@ -2,31 +2,53 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 
 #include "orvel/core/file_error.h"
 #include "orvel/core/native_path.h"
 #include "orvel/core/text.h"
-#include "orvel/presets/preset_file.h"
+#include "orvel/presets/preset_trace.h"
 
 namespace orvel {
 namespace fs = std::filesystem;
+using teskcore::filesupport::IsPathElement;
 using teskcore::filesupport::ToNative;
 
-bool IsFolderName(const std::string& modeID) {
-  constexpr std::string_view kUnsafe("/\\\0", 3);
-  constexpr std::size_t kMaxLength = 200;
-  return !modeID.empty() && modeID.size() <= kMaxLength && modeID != "." && modeID != ".." &&
-         modeID.find_first_of(kUnsafe) == std::string::npos && UTF16to8(UTF8to16(modeID)) == modeID;
+namespace {
+
+// False, traced behind `what`, when the folder does not let it.
+bool Attempt(const char* what, const boost::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const dir_exception& error) {
+    TracePresetDetail(std::string(what) + ": " + error.what());
+    return false;
+  }
 }
 
-void ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& folder)>& visit) {
-  try {
-    for (auto at = folder.BeginSubdirs(); at != folder.EndSubdirs(); ++at) visit(*at);
-  } catch (const dir_exception& error) {
-    TracePresetDetail(std::string("Skipping preset folder: ") + error.what());
-  }
+}  // namespace
+
+bool IsFolderName(const std::string& modeID) {
+  constexpr std::size_t kMaxLength = 200;
+  const std::u16string wide = UTF8to16(modeID);
+  return modeID.size() <= kMaxLength && modeID.find('\\') == std::string::npos &&
+         IsPathElement(wide) && UTF16to8(wide) == modeID;
+}
+
+bool ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& folder)>& visit) {
+  Dir::SubdirIterator at;
+  if (!Attempt("Skipping preset folder", [&] { at = folder.BeginSubdirs(); })) return false;
+  for (; at != folder.EndSubdirs(); ++at) visit(*at);
+  return true;
+}
+
+bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
+                 const boost::function<void(const File& file)>& visit) {
+  Dir::FileIterator at;
+  if (!Attempt("Skipping preset folder", [&] { at = folder.BeginFiles(filter); })) return false;
+  for (; at != folder.EndFiles(); ++at) visit(*at);
+  return true;
 }
 
 bool IsLink(const Dir& folder) {
@@ -35,13 +57,15 @@ bool IsLink(const Dir& folder) {
 }
 
 bool DeleteFolder(const Dir& folder) {
-  try {
-    folder.Delete();
-    return true;
-  } catch (const dir_exception& error) {
-    TracePresetDetail(std::string("Keeping preset folder: ") + error.what());
-    return false;
-  }
+  return Attempt("Keeping preset folder", [&folder] { folder.Delete(); });
+}
+
+void DeleteTree(const Dir& folder) {
+  std::error_code error;
+  fs::remove_all(ToNative(folder.FullPath()), error);
+  if (!error) return;
+  TracePresetDetail("Keeping preset folder: " + ShownPath(folder.FullPath()) + ": " +
+                    error.message());
 }
 
 void DeleteIfEmpty(const Dir& folder) {
@@ -54,23 +78,8 @@ void DeleteModeFolder(const Dir& folder) {
   DeleteIfEmpty(folder.Parent());
 }
 
-bool MoveFolder(const Dir& from, const Dir& to) {
-  std::error_code error;
-  fs::rename(ToNative(from.FullPath()), ToNative(to.FullPath()), error);
-  if (!error) return true;
-  TracePresetDetail("Error moving preset folder: " + ShownPath(from.FullPath()) + ": " +
-                    error.message());
-  return false;
-}
-
 bool CreateFolder(const Dir& folder) {
-  try {
-    folder.Create();
-    return true;
-  } catch (const dir_exception& error) {
-    TracePresetDetail(std::string("Error creating preset folder: ") + error.what());
-    return false;
-  }
+  return Attempt("Error creating preset folder", [&folder] { folder.Create(); });
 }
 
 }  // namespace orvel

@@ -9,18 +9,18 @@
 #include "orvel/configuration/configuration_manager.h"
 #include "orvel/core/file_utils.h"
 #include "orvel/core/native_path.h"
-#include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
+#include "orvel/presets/crash_remains.h"
 #include "orvel/presets/factory_presets.h"
 #include "orvel/presets/preset_file.h"
 #include "orvel/presets/preset_folder.h"
+#include "orvel/presets/preset_trace.h"
 #include "orvel/presets/presets_base_dir.h"
 #include "orvel/presets/temporary_mark.h"
 
 namespace orvel {
 namespace fs = std::filesystem;
-using teskcore::filesupport::IsAbandonedTempName;
 using teskcore::filesupport::ToNative;
 
 namespace {
@@ -29,22 +29,7 @@ constexpr char16_t kRootName[] = u"Orvel";
 constexpr char kReservedName[] = "Default";
 constexpr char16_t kFactoryFolderName[] = u"Default";
 
-// The configuration preset of a mode folder whose name folder gets another name.
-constexpr char16_t kRenamedName[] = u".renamed";
-
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
-
-// False when no renaming was cut short here.
-bool FinishRenaming(const Dir& folder) {
-  const File renamed(folder, kRenamedName);
-  if (!renamed.Exists()) return false;
-  Preset<ConfigPresetData> preset;
-  const bool isMoved =
-      ReadPresetFile(renamed, preset) &&
-      FileUtils::IsNormalizedFrom(folder.Parent().GetName(), UTF8to16(preset.Name));
-  return isMoved ? MovePresetFile(renamed, File(folder, kConfigFileName))
-                 : DeletePresetFile(renamed);
-}
 
 // The order of `Reload`.
 auto PlaceOf(const File& file) {
@@ -58,28 +43,8 @@ PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
     : module_(module), usesFolder_(usesFolder), root_(RootFolder()) {
   if (!usesFolder_) return;
   SeedFactoryFolder(module_, Dir(root_, kFactoryFolderName));
-  ClearRemainsOfCrashes();
+  ClearRemainsOfCrashes(root_);
   Reload();
-}
-
-void PresetsCache::ClearRemainsOfCrashes() const {
-  ForEachSubfolder(root_.Parent(), [](const Dir& folder) {
-    std::error_code error;
-    if (!IsAbandonedTempName(folder.GetName()) || IsLink(folder)) return;
-    fs::remove_all(ToNative(folder.FullPath()), error);
-  });
-  ForEachSubfolder(root_, [](const Dir& nameFolder) {
-    if (IsLink(nameFolder)) return;
-    ForEachSubfolder(nameFolder, [](const Dir& folder) {
-      if (IsLink(folder)) return;
-      bool isAny = FinishRenaming(folder);
-      isAny |= ClearAbandonedTemporary(folder);
-      for (auto at = folder.BeginFiles(IsAbandonedTempName); at != folder.EndFiles(); ++at) {
-        isAny |= DeletePresetFile(*at);
-      }
-      if (isAny) DeleteModeFolder(folder);
-    });
-  });
 }
 
 void PresetsCache::Reload() {
@@ -217,9 +182,9 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   const File file(to, kConfigFileName);
   if (file.Exists() || !WritePresetFile(File(from, kRenamedName), preset)) return false;
   bool isRenamed = false;
-  if (CreateFolder(to.Parent()) && MoveFolder(from, to)) {
-    isRenamed = MovePresetFile(File(to, kRenamedName), file);
-    if (!isRenamed) MoveFolder(to, from);
+  if (CreateFolder(to.Parent()) && MovePresetPath(from.FullPath(), to.FullPath())) {
+    isRenamed = MovePresetPath(File(to, kRenamedName).FullPath(), file.FullPath());
+    if (!isRenamed) MovePresetPath(to.FullPath(), from.FullPath());
   }
   if (!isRenamed) {
     DeletePresetFile(File(from, kRenamedName));
@@ -229,7 +194,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   DeleteIfEmpty(from.Parent());
   const Guid guid = preset.Guid;
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
-  Insert(preset, file, false);
+  Insert(preset, file);
   MakeOrdinary(guid);
   if (IsLink(to)) Reload();  // another link may lead there, too, and come first now
   configPresetChanged_(guid, guid);
@@ -238,7 +203,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
 
 // The name folder for a preset of this name; false when it can have none.
 bool PresetsCache::MakeFolderTitle(const std::string& name, std::u16string& title) const {
-  if (!MakePresetFileTitle(name, title)) return false;
+  if (!CanNameAPreset(name)) return false;
   std::vector<std::u16string> others;
   ForEachSubfolder(root_, [&others](const Dir& folder) { others.push_back(folder.GetName()); });
   title = FileUtils::NormalizePathForSaving(UTF8to16(name), others);
@@ -286,7 +251,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
     DeleteModeFolder(folder);
     return false;
   }
-  Insert(preset, file, false);
+  Insert(preset, file);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
     // It stays with what could not be copied, or not be deleted.
@@ -484,13 +449,12 @@ PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) {
 }
 
 // At the place that it has after a reload, too.
-void PresetsCache::Insert(const Preset<ConfigPresetData>& preset, const File& file,
-                          bool isFactory) {
+void PresetsCache::Insert(const Preset<ConfigPresetData>& preset, const File& file) {
   const auto place = std::ranges::find_if(entries_, [&file](const ConfigEntry& entry) {
     return entry.isFactory || PlaceOf(file) < PlaceOf(entry.file);
   });
   entries_.insert(place,
-                  {preset, file, isFactory,
+                  {preset, file, false,
                    new UserPresetsGroup(preset.Guid, preset.PresetData.ModeID, file.Parent())});
 }
 

@@ -162,12 +162,11 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   };
   using Entries = std::vector<ConfigEntry>;
 
-  void ClearRemainsOfCrashes() const;
   void LoadFolders();
   void LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory, Entries& entries);
   const ConfigEntry* Find(const Guid& guid) const;
   ConfigEntry* Find(const Guid& guid);
-  void Insert(const Preset<ConfigPresetData>& preset, const File& file, bool isFactory);
+  void Insert(const Preset<ConfigPresetData>& preset, const File& file);
   bool MakeFolderTitle(const std::string& name, std::u16string& title) const;
   bool IsNameTaken(const std::string& name, const std::string& modeID) const;
   bool Create(const Preset<ConfigPresetData>& preset, const std::u16string& title,

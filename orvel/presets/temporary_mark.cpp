@@ -12,6 +12,8 @@
 #include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/preset_file.h"
+#include "orvel/presets/preset_folder.h"
+#include "orvel/presets/preset_trace.h"
 
 namespace orvel {
 namespace {
@@ -36,11 +38,10 @@ bool ReadMark(const Dir& folder, const Guid& guid, long& process) {
   }
 }
 
-bool HoldsUserPresets(const Dir& folder) {
-  const auto isPreset = [](const std::u16string& name) {
-    return name.ends_with(kPresetFileExtension) && name != kConfigFileName;
-  };
-  return folder.BeginFiles(isPreset) != folder.EndFiles();
+// A folder that shows nothing may hold some.
+bool MayHoldUserPresets(const Dir& folder) {
+  bool isAny = false;
+  return !ForEachFile(folder, IsPresetFileName, [&isAny](const File&) { isAny = true; }) || isAny;
 }
 
 }  // namespace
@@ -74,7 +75,7 @@ bool ClearAbandonedTemporary(const Dir& folder) {
   const bool isWhole = file.Exists() && ReadPresetFile(file, preset);
   if (isWhole && ReadMark(folder, preset.Guid, process)) {
     if (teskcore::filesupport::IsOtherProcess(process)) return false;
-    if (!HoldsUserPresets(folder)) DeletePresetFile(file);
+    if (!MayHoldUserPresets(folder)) DeletePresetFile(file);
   }
   return DeletePresetFile(mark);
 }

@@ -3,7 +3,7 @@
 namespace orvel {
 
 UserPresetsGroup::UserPresetsGroup(const Guid& config, const std::string& modeID, const Dir& folder)
-    : config_(config), presets_(folder, [config, modeID](Preset<UserPresetData>& preset) {
+    : presets_(folder, [config, modeID](Preset<UserPresetData>& preset) {
         UserPresetData& data = preset.PresetData;
         const bool isForeign = data.Config != config || data.ModeID != modeID;
         data.Config = config;

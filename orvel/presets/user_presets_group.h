@@ -19,16 +19,12 @@ class ORVEL_EXPORT UserPresetsGroup : public RefCountedObject {
   /// on disk: it was moved or copied there.
   UserPresetsGroup(const Guid& config, const std::string& modeID, const Dir& folder);
 
-  /// The configuration preset.
-  const Guid& GetConfig() const { return config_; }
-
   /// What stands in the folder.
   const DirBasedPresetsCache<UserPresetData>& GetPresets() const { return presets_; }
 
  private:
   friend class PresetsCache;
 
-  Guid config_;
   DirBasedPresetsCache<UserPresetData> presets_;
 };
 

@@ -199,9 +199,14 @@ TEST_F(StoreFaultsTest, AFolderThatShowsNothingIsNotTakenForAnEmptyOne) {
   const Nobody nobody(folder_.Path());
   MakeStore();
   const fs::path folder = Root() / "Mine/dialog";
+  const fs::path sibling = Root() / "Mine/music/.save-0-11111111-1111-4111-8111-111111111111.tmp";
+  Write(sibling, "left by a crash");
   fs::permissions(folder, fs::perms::none);
   EXPECT_FALSE(cache_->RemovePreset(kVoice));
+  Open();
+  EXPECT_FALSE(fs::exists(sibling)) << "nor does it hide the others";
   fs::permissions(folder, fs::perms::owner_write | fs::perms::owner_exec);
+  EXPECT_FALSE(cache_->SavePreset(MakeUserPreset("New", kMine)));
   EXPECT_FALSE(cache_->SavePreset(WithGuid(MakeUserPreset("Voice", kMine, 9.0f), kVoice)));
   fs::permissions(folder, fs::perms::owner_all);
   EXPECT_TRUE(DoMemoryAndDiskAgree());
