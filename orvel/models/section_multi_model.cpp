@@ -73,7 +73,10 @@ boost::signals2::connection SectionMultiModel::RegisterForModelChanges(
 }
 
 void SectionMultiModel::SetActive(bool active) {
-  for (const auto& model : models_) model->SetActive(active);
+  const auto order = InOrder();
+  FirstException failure;
+  for (auto* model : *order) failure.Catch([=] { model->SetActive(active); });
+  failure.Rethrow();
 }
 
 bool SectionMultiModel::IsActive() const {

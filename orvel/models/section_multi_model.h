@@ -23,8 +23,8 @@ namespace orvel {
 ///
 /// "First" and "in order" mean the order of the models' addresses, not that of the clips.
 ///
-/// A write or a resume reaches every model and every listener also when one of them throws; the
-/// first exception goes on afterwards.
+/// A write, a switch, a suspension and a resume reach every model and every listener also when one
+/// of them throws; the first exception goes on afterwards.
 class ORVEL_EXPORT SectionMultiModel : public SectionModelInterface {
  public:
   /// In the order of their addresses.

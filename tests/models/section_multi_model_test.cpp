@@ -255,6 +255,9 @@ TEST_F(MultiModel, AnExceptionGoesOnAfterEverybodyWasReached) {
   EXPECT_THROW(multi->ResumeSignaling(true), std::runtime_error);
   EXPECT_EQ(Member(0).suspendCount + Member(1).suspendCount, 0);
   EXPECT_EQ(multi->SetParamNormalized(3, 0.1f), 0);  // not taken for a write under way
+  Member(0).onSetActive = [](bool) { throw std::runtime_error("host"); };
+  EXPECT_THROW(multi->SetActive(true), std::runtime_error);
+  EXPECT_TRUE(Member(1).active);
 }
 
 TEST_F(MultiModel, ASummaryTellsWhatAPanelCanShow) {
