@@ -1,7 +1,5 @@
 #include "orvel/core/event_loop.h"
 
-#include <utility>
-
 namespace teskcore::threads {
 namespace {
 
@@ -18,16 +16,23 @@ void QueuedEventLoop::Post(const boost::function<void()>& task) {
 }
 
 std::size_t QueuedEventLoop::RunTurn() {
-  const auto waiting = [this] {
+  // False when another thread's turn, or one inside a task, took what was waiting.
+  const auto take = [this](boost::function<void()>& task) {
     const std::lock_guard lock(mutex_);
-    return tasks_.size();
-  };
-  std::size_t ran = 0;
-  for (std::size_t left = waiting(); left > 0 && waiting() > 0; --left, ++ran) {
-    std::unique_lock lock(mutex_);
-    const boost::function<void()> task = std::move(tasks_.front());
+    if (tasks_.empty()) return false;
+    task.swap(tasks_.front());
     tasks_.pop_front();
-    lock.unlock();
+    return true;
+  };
+  std::size_t left = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    left = tasks_.size();
+  }
+  std::size_t ran = 0;
+  for (; ran < left; ++ran) {
+    boost::function<void()> task;  // run and destroyed without the lock
+    if (!take(task)) break;
     task();
   }
   return ran;
