@@ -1,5 +1,6 @@
 #include "orvel/models/section_model_utils.h"
 
+#include <optional>
 #include <utility>
 
 namespace orvel::modelutils {
@@ -39,11 +40,14 @@ bool Write(const boost::intrusive_ptr<SectionModelInterface>& model,
 
 bool GetParamList(SectionModelInterface& model, std::vector<float>& values) {
   std::vector<float> list;
+  std::optional<bool> isOff;  // asked once: it takes a copy of the section's definition
   for (int index = 0; index < model.GetNumParams(); ++index) {
     const ParamDefinition definition = model.GetParamDefinition(index);
     if (!IsStored(definition)) continue;
     float value = definition.defaultValue;
-    const bool takesDefault = definition.HasFlag(kParamFlag_DefaultWhenOff) && IsSwitchedOff(model);
+    const bool mayTakeDefault = definition.HasFlag(kParamFlag_DefaultWhenOff);
+    if (mayTakeDefault && !isOff) isOff = IsSwitchedOff(model);
+    const bool takesDefault = mayTakeDefault && isOff.value_or(false);
     if (!takesDefault && !ReadPhysical(model, index, value)) return false;
     list.push_back(value);
   }
