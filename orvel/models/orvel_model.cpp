@@ -287,6 +287,7 @@ void OrvelModel::NotifySectionModelChanged() {
     return;
   }
   if (sectionChangePending_ || suspendCount_ > 0 || !announces_) return;
+  if (sectionModelDataSignal_.empty()) return;  // reading all values of all clips takes its time
   const boost::intrusive_ptr<OrvelModel> self(this);
   const SectionModels sections = sectionModels_;
   UserPresetData data;
