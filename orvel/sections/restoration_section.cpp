@@ -1,7 +1,6 @@
 #include "orvel/sections/restoration_section.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include "orvel/core/component_ids.h"
 #include "orvel/core/localizer.h"
@@ -47,6 +46,11 @@ constexpr char kModelID[] = "model_restoration";
 using modelutils::ToNormalized;
 using Floats = std::vector<float>;
 using Params = SectionModelRestorationParams;
+
+constexpr int kNoiseOrder = 20;
+constexpr int kRumbleOrder = 25;
+constexpr int kHumOrder = 30;
+constexpr int kSibilanceOrder = 47;
 
 // One effect parameter that sweeps from its setting at amount 0 to its setting at full amount.
 struct Sweep {
@@ -99,7 +103,7 @@ constexpr Sweep kNoiseSweeps[] = {
 ControlDefinition BuildNoiseControl(const PropList& configuration) {
   ControlDefinition control(Config::GetReduceNoiseComponentID(), Params::kEnableReduceNoise,
                             "ReduceNoise");
-  control.SetEffectOrderNumber(20);
+  control.SetEffectOrderNumber(kNoiseOrder);
   control.SetCPUIntensive(true);
   const Settings settings(configuration, Config::kConfig_ReduceNoiseMinSetting,
                           Config::kConfig_ReduceNoiseMaxSetting);
@@ -121,7 +125,7 @@ enum HumParam : unsigned { kBaseFrequency = 0, kHarmonicGain = 2 };
 ControlDefinition BuildHumControl() {
   ControlDefinition control(Config::GetReduceHumComponentID(), Params::kEnableReduceHum,
                             "ReduceHum");
-  control.SetEffectOrderNumber(30);
+  control.SetEffectOrderNumber(kHumOrder);
   control.AddParameterMapping(Params::kReduceHum,
                               ParameterMapping(kHarmonicGain, ToNormalized(-80.0f, 5.0f, -10.0f),
                                                ToNormalized(-80.0f, 5.0f, -80.0f), 1.0f));
@@ -142,7 +146,7 @@ enum SibilanceParam : unsigned {
 ControlDefinition BuildSibilanceControl(const PropList& configuration) {
   ControlDefinition control(Config::GetReduceSibilanceComponentID(), Params::kEnableReduceSibilance,
                             "ReduceSibilance");
-  control.SetEffectOrderNumber(47);
+  control.SetEffectOrderNumber(kSibilanceOrder);
   const Settings settings(configuration, Config::kConfig_ReduceSibilanceMinSetting,
                           Config::kConfig_ReduceSibilanceMaxSetting);
   const float centre = ToNormalized(500.0f, 12000.0f, 4700.0f);
@@ -223,7 +227,7 @@ void AddConfiguredCurve(ControlDefinition& control, const Settings& settings) {
     }
     const unsigned point = (i - kFirstPoint) / 2;
     if (point >= count) break;
-    if (i % 2 == 0) {
+    if ((i - kFirstPoint) % 2 == 0) {
       start = BoundFrequency(start, point, count);
       end = BoundFrequency(end, point, count);
     }
@@ -234,7 +238,7 @@ void AddConfiguredCurve(ControlDefinition& control, const Settings& settings) {
 ControlDefinition BuildRumbleControl(const PropList& configuration) {
   ControlDefinition control(Config::GetReduceRumbleComponentID(), Params::kEnableReduceRumble,
                             "ReduceRumble");
-  control.SetEffectOrderNumber(25);
+  control.SetEffectOrderNumber(kRumbleOrder);
   const Settings settings(configuration, Config::kConfig_ReduceRumbleMinSetting,
                           Config::kConfig_ReduceRumbleMaxSetting);
   if (settings.start.size() == settings.end.size() && settings.start.size() > kPointCount) {
