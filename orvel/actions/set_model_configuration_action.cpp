@@ -45,7 +45,7 @@ class SetSectionModelConfigurationAction : public Action {
   std::string modelID_;
   PropList newConfiguration_;
   PropList previousConfiguration_;
-  bool isBound_ = false;  // whether there was a configuration to go back to
+  bool isBound_ = false;  // whether there was a manager to ask for the configuration
 };
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
-#include <utility>
 
 #include "orvel/core/native_path.h"
 

@@ -1,18 +1,18 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "orvel/core/json.h"
 
 namespace teskcore::serialization {
 
-// The two sinks have the same operations, so that what writes a record is written once: a value is
-// one of the scalars, or a container's begin, its members (each a key and a value) or elements, and
-// its end.
+// The two sinks share the operations that a record needs, so that its writing stands once: a value
+// is one of the scalars, or a container's begin, its members (each a key and a value) or elements,
+// and its end.
 
 /// Writes text, as `GetJSONUTF8String` promises it.
 class JSONTextSink {

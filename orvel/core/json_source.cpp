@@ -6,7 +6,6 @@
 #include <locale>
 #include <sstream>
 #include <system_error>
-#include <utility>
 
 #include <boost/numeric/conversion/cast.hpp>
 

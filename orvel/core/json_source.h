@@ -13,7 +13,7 @@
 
 namespace teskcore::serialization {
 
-// The two sources have the same operations, so that what reads a record is written once:
+// The two sources share the operations that a record needs, so that its reading stands once:
 // `IsObject`; `ForEachMember` and `ForEachElement`, which hand over each value as a source of its
 // own, to be read or skipped; and the scalars. What is of another kind than asked for raises
 // `BadCast` from a tree, and some exception or other from a stream.

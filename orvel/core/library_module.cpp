@@ -1,7 +1,6 @@
 #include "orvel/core/library_module.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include "orvel/resources/embedded_resources.h"
 

@@ -110,8 +110,8 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool AddTemporaryPreset(const Preset<ConfigPresetData>& preset);
 
   /// Removes a temporary preset with its folder. User presets that somebody saved under it move to
-  /// the factory's of the mode, where a taken name gets a number; when they cannot, the preset
-  /// stays as an ordinary one. True also for a guid that is not temporary, which stays.
+  /// the factory's of the mode, where a taken name gets a number. When they cannot, or it cannot be
+  /// deleted, it stays as an ordinary one. True also for a guid that is not temporary, which stays.
   bool RemoveTemporaryPreset(const Guid& guid);
 
   /// Removes all temporary presets in this way.
