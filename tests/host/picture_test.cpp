@@ -121,22 +121,16 @@ TEST(Picture, GoesWithItsOutputOrBothStayAway) {
   RenderRequest request;
   request.input = folder / "in.wav";
   request.output = folder / "out.wav";
-  const struct {
-    const char* picture;
-    const char* cause;
-  } cases[] = {{"missing/a.png", "missing/a.png"},
-               {"old.png", "exists already"},
-               {"a.jpg", "must end in .png"},
-               {"in.wav/a.png", "in.wav/a.png"}};
-  for (const auto& one : cases) {
-    request.picture = folder / one.picture;
-    try {
-      Render(host, request);
-      ADD_FAILURE() << one.picture;
-    } catch (const AudioError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(one.cause));
-    }
-    EXPECT_EQ(folder.FileNames().size(), 2U) << one.picture;
+  const std::pair<const char*, const char*> cases[] = {{"missing/a.png", "missing/a.png"},
+                                                       {"old.png", "exists already"},
+                                                       {"a.jpg", "must end in .png"},
+                                                       {"in.wav/a.png", "in.wav/a.png"}};
+  for (const auto& [picture, cause] : cases) {
+    request.picture = folder / picture;
+    EXPECT_THAT([&] { Render(host, request); },
+                ::testing::ThrowsMessage<AudioError>(HasSubstr(cause)))
+        << picture;
+    EXPECT_EQ(folder.FileNames().size(), 2U) << picture;
   }
   EXPECT_EQ(testing::ReadBytes(folder / "old.png"), "old");
 

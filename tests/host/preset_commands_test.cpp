@@ -33,36 +33,26 @@ class PresetCommandsTest : public CliTest {
 };
 
 TEST_F(PresetCommandsTest, APresetThatWasExportedAndRemovedComesBackTheSame) {
-  const Outcome saved =
-      Presets("save 'My voice' -m dialog --from 'Podcast Voice' --set volume.Volume=-3 --json");
+  const Outcome saved = Presets(
+      "save 'שלי/50% 🎙️' -m dialog --from 'Podcast Voice' --set volume.Volume=-3 --json");
   EXPECT_EQ(saved.exitCode, 0) << saved.errors;
   EXPECT_THAT(saved.output, AllOf(HasSubstr(R"("EnableVolume": 1)"), HasSubstr(R"("Volume": -3)"),
                                   HasSubstr(R"("EnableReduceNoise": 1)")));
   const auto files = Files();
-  EXPECT_EQ(Presets("export 'My voice' -o mine.json").exitCode, 0);
-  EXPECT_EQ(Presets("remove 'My voice'").exitCode, 0);
-  EXPECT_THAT(Presets("dialog").output, Not(HasSubstr("My voice")));
-  EXPECT_THAT(Presets("import mine.json").output, HasSubstr("imported My voice"));
+  EXPECT_EQ(Presets("export 'שלי/50% 🎙️' -o mine.json").exitCode, 0);
+  EXPECT_EQ(Presets("remove 'שלי/50% 🎙️'").exitCode, 0);
+  EXPECT_THAT(Presets("dialog").output, Not(HasSubstr("שלי/50% 🎙️")));
+  EXPECT_THAT(Presets("import mine.json").output, HasSubstr("imported שלי/50% 🎙️"));
   EXPECT_EQ(Files(), files);
   EXPECT_THAT(Presets("import mine.json").output, HasSubstr("unchanged"));
-  EXPECT_EQ(Run("--prefs=elsewhere presets export 'My voice'").exitCode, 1);
-  EXPECT_EQ(Presets("save 'My voice' -m dialog --force --set volume.Volume=1").exitCode, 0);
+  EXPECT_EQ(Run("--prefs=elsewhere presets export 'שלי/50% 🎙️'").exitCode, 1);
+  EXPECT_EQ(Presets("save 'שלי/50% 🎙️' -m dialog --force --set volume.Volume=1").exitCode,
+            0);
   EXPECT_NE(Files(), files);
   EXPECT_EQ(Files().size(), files.size());
   EXPECT_EQ(Presets("import mine.json").exitCode, 1) << "its values differ now";
-  EXPECT_THAT(Presets("import mine.json --force").output, HasSubstr("replaced My voice"));
+  EXPECT_THAT(Presets("import mine.json --force").output, HasSubstr("replaced שלי/50% 🎙️"));
   EXPECT_EQ(Files(), files) << "a preset that was replaced kept its guid";
-}
-
-TEST_F(PresetCommandsTest, WhatAPersonTypesAsANameIsFoundAgain) {
-  for (const std::string name :
-       {"a/b", "..", "CON", "default", " trailing ", "🎙️", "שלום", "50% \"wet\""}) {
-    SCOPED_TRACE(name);
-    EXPECT_EQ(Presets("save '" + name + "' --mode music").exitCode, 0);
-    EXPECT_THAT(Presets("export '" + name + "'").output, HasSubstr("model_duration"));
-    EXPECT_EQ(Presets("remove '" + name + "'").exitCode, 0);
-  }
-  EXPECT_EQ(Presets("save " + std::string(300, 'n') + " -m music").exitCode, 0);
 }
 
 TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
@@ -77,17 +67,11 @@ TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
   } cases[] = {
       {"save -m dialog", 2, "one name"},
       {"save New", 2, "--mode: dialog, music"},
-      {"save New -m podcast", 2, "'podcast'"},
       {"save New -m dialog --from nobody", 1, "no preset 'nobody'"},
       {"save New -m music --from 'Podcast Voice'", 1, "in the mode music"},
       {"save New -m dialog --template Mine", 1, "no template 'Mine'"},
-      {"save New -m dialog --set volume.Volume", 2, "volume.Volume=-6"},
-      {"save New -m dialog --set pan.Pan=1", 2, "no section 'pan'"},
-      {"save New -m dialog --set volume.Pan=1", 2, "'volume.Pan'"},
       {"save New -m dialog --set volume.Volume=7", 2, "-15 to 6"},
-      {"save New -m dialog --set volume.Enabled=0.5", 2, "0 or 1"},
       {"save New -m dialog --set volume.Volume=1 --set volume.Volume=2", 2, "twice"},
-      {"save New --mode dialog --mode music", 2, "--mode is given twice"},
       {"save '' -m dialog", 1, "needs a name"},
       {"save Default -m dialog", 1, "reserved"},
       {"save '(Config)' -m dialog", 1, "configuration's file"},
@@ -170,16 +154,6 @@ TEST_F(PresetCommandsTest, AnImportSavesAFileAsAWholeAndNeverReplacesUnasked) {
   EXPECT_THAT(Presets("import in.json --force").errors, HasSubstr("with other values"));
 }
 
-TEST_F(PresetCommandsTest, AFileThatCannotBeReadIsToldAndHidesNoOther) {
-  ASSERT_EQ(Presets("save Mine -m dialog --quiet").output, "");
-  WriteBytes(DialogFolder() / "broken.orvel", "{");
-  const Outcome outcome = Presets("dialog");
-  EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_THAT(outcome.errors, AllOf(HasSubstr("broken.orvel"), HasSubstr("not well-formed")));
-  EXPECT_THAT(outcome.output, HasSubstr("Mine  (dialog"));
-  EXPECT_THAT(Presets("dialog --quiet").errors, IsEmpty());
-}
-
 TEST_F(PresetCommandsTest, TemplatesOfThePreferencesFolderAreListedAndUsed) {
   EXPECT_THAT(Run("--prefs own templates").output,
               HasSubstr("(Default)  (dialog, comes with the library, "
@@ -199,7 +173,7 @@ TEST_F(PresetCommandsTest, TemplatesOfThePreferencesFolderAreListedAndUsed) {
             Run("--prefs own sections dialog").output);
 }
 
-TEST_F(PresetCommandsTest, TextsAreTranslatedAndActivityIsLoggedOnlyWhenAsked) {
+TEST_F(PresetCommandsTest, TextsAreTranslatedAndWhatCannotBeReadIsToldAndLoggedWhenAsked) {
   EXPECT_THAT(Run("--prefs own modes").output, HasSubstr("Dialogue"));
   WriteBytes(folder_ / "own/translations.json",
              R"({"orvel/ClipTypeNameDialogue": "Dialog", "app/Presets/DefaultPresetName": "Std"})");
@@ -208,8 +182,11 @@ TEST_F(PresetCommandsTest, TextsAreTranslatedAndActivityIsLoggedOnlyWhenAsked) {
   EXPECT_THAT(folder_.FileNames(), ::testing::ElementsAre("own"));
 
   WriteBytes(DialogFolder() / "broken.orvel", "{");
-  EXPECT_EQ(Run("presets dialog --prefs own --log log.jsonl").exitCode, 0);
-  EXPECT_EQ(Run("presets dialog --log=log.jsonl --prefs=own").exitCode, 0);
+  const Outcome told = Run("presets dialog --prefs own --log log.jsonl");
+  EXPECT_EQ(told.exitCode, 0);
+  EXPECT_THAT(told.errors, AllOf(HasSubstr("broken.orvel"), HasSubstr("not well-formed")));
+  EXPECT_THAT(told.output, HasSubstr("Podcast Voice  (dialog")) << "it hides no other";
+  EXPECT_THAT(Run("presets dialog --log=log.jsonl --prefs=own --quiet").errors, IsEmpty());
   const std::string log = ReadBytes(folder_ / "log.jsonl");
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);
   EXPECT_THAT(log, AllOf(HasSubstr(R"("kind":"trace")"), HasSubstr("broken.orvel")));

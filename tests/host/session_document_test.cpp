@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include "host/audio/temporary_file.h"
-#include "host/session/host.h"
 #include "tests/host/support/audio.h"
 #include "tests/support/kill_while.h"
 
@@ -99,41 +98,20 @@ TEST(SessionDocument, DamageAndNewerVersionsAreToldApart) {
   };
   for (const auto& [text, cause] : cases) {
     SCOPED_TRACE(cause);
-    try {
-      ParseSession(text, "/folder");
-      ADD_FAILURE() << "expected: " << cause;
-    } catch (const SessionError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(cause));
-    }
+    EXPECT_THAT([&text = text] { ParseSession(text, "/folder"); },
+                ::testing::ThrowsMessage<SessionError>(HasSubstr(cause)));
   }
 }
 
-/// A host with two clips, the first of which has values and a mode, and a file to save to.
-class SessionTest : public ::testing::Test {
- protected:
-  SessionTest() {
-    WriteFile(folder_ / "a.wav", Make(44100, 2, 0.1, Sine(0.25)));
-    WriteFile(folder_ / "b.flac", Make(48000, 1, 0.1, Sine(0.25)));
-    session_.AddClips({folder_ / "a.wav", folder_ / "b.flac"});
-    const auto clip = session_.GetClips().front().clip;
-    clip->SetAdjustmentsMode("dialog");
-    clip->SetUserPresetGuid(kPreset);
-    clip->SectionValues("model_volume") = {1.0f, 1.0f, 0.3f};
-    session_.Select(std::vector<std::size_t>{0, 1});
-  }
-
-  TemporaryFolder folder_;
-  const std::filesystem::path file_ = folder_ / "day.orvelsession";
-  Host host_;
-  Session& session_ = *host_.GetSession();
-};
-
-TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
-  const std::string old = FormatSession({}, folder_ / "");
-  const std::string next = FormatSession(session_.GetDocument(), folder_ / "");
-  WriteSession({}, file_);
-  const auto names = folder_.FileNames();
-  TemporaryFile other(file_);  // of another program that saves just now
+TEST(SessionDocument, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
+  const TemporaryFolder folder;
+  const std::filesystem::path file = folder / "day.orvelsession";
+  const SessionDocument document = Sample(folder / "");
+  const std::string old = FormatSession({}, folder / "");
+  const std::string next = FormatSession(document, folder / "");
+  WriteSession({}, file);
+  const auto names = folder.FileNames();
+  TemporaryFile other(file);  // of another program that saves just now
   std::size_t left = 0;
   for (int round = 0; round < 60; ++round) {
     int pipe[2];
@@ -141,7 +119,7 @@ TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
     orvel::test::KillWhile(
         [&] {
           for (bool isNext = true;; isNext = !isNext) {
-            WriteSession(isNext ? session_.GetDocument() : SessionDocument(), file_);
+            WriteSession(isNext ? document : SessionDocument(), file);
             if (write(pipe[1], "x", 1) != 1) _exit(1);
           }
         },
@@ -152,19 +130,19 @@ TEST_F(SessionTest, AProcessThatIsKilledWhileSavingLeavesTheOldOrTheNewFile) {
         });
     close(pipe[0]);
     close(pipe[1]);
-    EXPECT_THAT(ReadBytes(file_), ::testing::AnyOf(old, next)) << round;
-    left += folder_.FileNames().size() - names.size() - 1;
+    EXPECT_THAT(ReadBytes(file), ::testing::AnyOf(old, next)) << round;
+    left += folder.FileNames().size() - names.size() - 1;
     if (round % 2 == 0) {
-      ReadSession(file_);
+      ReadSession(file);
     } else {
-      WriteSession({}, file_);
+      WriteSession({}, file);
     }
-    EXPECT_EQ(folder_.FileNames().size(), names.size() + 1) << "what the kill left is cleared";
+    EXPECT_EQ(folder.FileNames().size(), names.size() + 1) << "what the kill left is cleared";
   }
   EXPECT_GT(left, 10u) << "the kills come while a file is written";
   other.Commit();
-  EXPECT_EQ(folder_.FileNames(), names);
-  EXPECT_EQ(ReadBytes(file_), "");
+  EXPECT_EQ(folder.FileNames(), names);
+  EXPECT_EQ(ReadBytes(file), "");
 }
 
 }  // namespace
