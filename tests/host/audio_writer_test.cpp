@@ -15,9 +15,11 @@
 namespace orvelhost::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 TEST(AudioWriter, WavKeepsEverySampleAlsoBeyondFullScale) {
   const TemporaryFolder folder;
@@ -53,18 +55,10 @@ TEST(AudioWriter, SixteenBitSamplesPassThroughFlacUnchanged) {
   });
   WriteFile(folder / "a.flac", signal);
   EXPECT_TRUE(HaveSameSamples(ReadFile(folder / "a.flac"), signal));
-}
-
-TEST(AudioWriter, WithoutCommitNothingIsLeftAndAnOlderFileStays) {
-  const TemporaryFolder folder;
-  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.5));
-  WriteBytes(folder / "old.wav", "as it was");
-  for (const char* name : {"new.wav", "new.flac", "old.wav"}) {
-    AudioWriter writer(folder / name, signal.Format());
-    writer.Write(signal);
+  WriteFile(folder / "a.wav", signal);
+  for (const char* name : {"a.flac", "a.wav"}) {
+    EXPECT_THAT(ReadBytes(folder / name), Not(HasSubstr("Lavf5"))) << "the libraries' version";
   }
-  EXPECT_THAT(folder.FileNames(), ElementsAre("old.wav"));
-  EXPECT_EQ(ReadBytes(folder / "old.wav"), "as it was");
 }
 
 TEST(AudioWriter, RefusesWhatItCannotWriteAndLeavesNothingBehind) {
@@ -81,13 +75,13 @@ TEST(AudioWriter, RefusesWhatItCannotWriteAndLeavesNothingBehind) {
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.name);
-    try {
-      AudioWriter writer(folder / one.name, {one.sampleRate, one.channelCount, 0});
-      ADD_FAILURE() << "was begun";
-    } catch (const AudioError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(one.cause));
-      EXPECT_THAT(error.what(), HasSubstr((folder / one.name).string()));
-    }
+    const std::filesystem::path path = folder / one.name;
+    EXPECT_THAT(
+        [&] {
+          AudioWriter(path, {one.sampleRate, one.channelCount, 0});
+        },
+        ::testing::ThrowsMessage<AudioError>(
+            AllOf(HasSubstr(one.cause), HasSubstr(path.string()))));
   }
   EXPECT_THAT(folder.FileNames(), IsEmpty());
 }
@@ -106,18 +100,6 @@ TEST(AudioWriter, AFullDeviceIsAnErrorAndLeavesNothingBehind) {
   setrlimit(RLIMIT_FSIZE, &old);
   writer.reset();
   EXPECT_THAT(folder.FileNames(), IsEmpty());
-}
-
-TEST(AudioWriter, TheSameAudioGivesTheSameBytes) {
-  const TemporaryFolder folder;
-  const AudioBlock signal = Make(44100, 2, 0.2, Noise(0.5));
-  for (const std::string ending : {".wav", ".flac"}) {
-    WriteFile(folder / ("a" + ending), signal);
-    WriteFile(folder / ("b" + ending), signal);
-    const std::string bytes = ReadBytes(folder / ("a" + ending));
-    EXPECT_EQ(bytes, ReadBytes(folder / ("b" + ending)));
-    EXPECT_EQ(bytes.find("Lavf5"), std::string::npos) << "names the version of the libraries";
-  }
 }
 
 }  // namespace

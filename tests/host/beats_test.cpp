@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/support/audio.h"
-#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {

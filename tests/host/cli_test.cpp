@@ -8,13 +8,14 @@
 
 #include "orvel/orvel.h"
 #include "tests/host/support/audio.h"
-#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 class RenderCliTest : public CliTest {
  protected:
@@ -34,13 +35,10 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
   } cases[] = {
       {"frobnicate", 2, "'frobnicate'"},
       {"analyze", 2, "give a file"},
-      {"analyze in.wav --frob", 2, "--frob"},
       {"analyze missing.wav", 1, "'missing.wav'"},
       {"analyze text.txt --json", 1, "'text.txt'"},
       {"render", 2, "one input"},
       {"render in.wav", 2, "-o"},
-      {"render -o out.wav", 2, "one input"},
-      {"render in.wav old.wav -o out.wav", 2, "is a folder"},
       {"render in.wav text.txt -o text.txt", 2, "is a folder"},
       {"render in.wav text.txt -o . --force", 2, "would replace an input"},
       {"render . -o out.wav", 2, "is a folder"},
@@ -52,23 +50,18 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav old.wav -o new --picture a.png", 2, "the pictures go into one, too"},
       {"render in.wav -o out.wav --report old.wav", 2, "exists already"},
       {"render in.wav -o out.wav --report in.wav --force", 2, "would replace 'in.wav'"},
-      {"render in.wav -o", 2, "-o needs a value"},
       {"render in.wav -o out.wav --frob", 2, "--frob"},
-      {"render in.wav -o out.wav -x", 2, "-x"},
       {"render in.wav -o out.wav --force=yes", 2, "--force"},
       {"render in.wav -o out.mp3", 2, ".wav or .flac"},
       {"render in.wav -o old.wav", 2, "exists already"},
       {"render in.wav -o in.wav --force", 2, "same file"},
       {"render in.wav -o link.wav --force", 2, "same file"},
       {"render in.wav -o out.wav --set volume.Volume=7", 2, "-15 to 6 dB"},
-      {"render in.wav -o out.wav --set volume.Loud=7", 2, "volume.Loud"},
-      {"render in.wav -o out.wav --set loud.Volume=7", 2, "'loud'"},
-      {"render in.wav -o out.wav --set volume.Volume=1 --set volume.Volume=2", 2, "twice"},
       {"render in.wav -o out.wav --mode opera", 2, "no mode 'opera'"},
       {"render in.wav -o out.wav --preset Podcast", 2, "give --mode"},
       {"render in.wav -o out.wav -m music -p Podcast", 2, "no preset 'Podcast'"},
-      {"render in.wav -o out.wav -m music -m sfx", 2, "--mode is given twice"},
       {"render in.wav -o out.wav -m dialog -s pan.Pan=1", 2, "no section 'pan' here"},
+      {"render in.wav -o out.wav -m dialog -s clarity.EQPreset=9.5", 2, "0 to 10"},
       {"sections", 2, "dialog, music, sfx, ambience"},
       {"sections podcast", 2, "no mode 'podcast'"},
       {"sections dialog music", 2, "'music'"},
@@ -98,8 +91,9 @@ TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
   EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), -6.0,
               0.01);
   EXPECT_EQ(Run("render in.wav -o left.wav -m sfx -p 'From the Left'").exitCode, 0);
-  const AudioBlock left = ReadFile(folder_ / "left.wav");
-  EXPECT_TRUE(std::ranges::all_of(left.Channel(1), [](float sample) { return sample == 0.0f; }));
+  EXPECT_TRUE(IsSilent(ReadFile(folder_ / "left.wav").Channel(1)));
+  EXPECT_EQ(Run("render in.wav -o right.wav -m sfx -p 'from the LEFT' -s pan.Pan=5").exitCode, 0);
+  EXPECT_TRUE(IsSilent(ReadFile(folder_ / "right.wav").Channel(0))) << "settings are stronger";
   EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
   EXPECT_GT(ReadFile(folder_ / "out.flac").FrameCount(), 0U);
   EXPECT_EQ(Run("render in.wav out.flac -qo both --picture drawn --jobs 2").exitCode, 0);
@@ -218,11 +212,6 @@ TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
 }
 
 TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
-  using teskcore::serialization::GetVariantInObject;
-  using teskcore::serialization::JSONObject;
-  using teskcore::serialization::JSONParse;
-  using teskcore::serialization::JSONToFloat;
-  using teskcore::serialization::NullType;
   WriteFile(folder_ / "hum.wav", Make(48000, 1, 4.0, Harmonics(50.1, {0.1, 0.05})));
   const Outcome outcome = Run("analyze in.wav text.txt hum.wav --json");
   EXPECT_EQ(outcome.exitCode, 1);
@@ -230,18 +219,16 @@ TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
   std::istringstream lines(outcome.output);
   std::string line;
   ASSERT_TRUE(std::getline(lines, line));
-  const auto plain = JSONParse(line);
-  ASSERT_NE(plain, nullptr);
-  EXPECT_EQ(boost::any_cast<const JSONObject&>(*plain).size(), 11u);
-  EXPECT_NE(boost::any_cast<NullType>(GetVariantInObject(plain, "hum_hz").get()), nullptr);
-  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(plain, "sample_peak_dbfs")), -12.04f, 0.01f);
-  EXPECT_EQ(JSONToFloat(*GetVariantInObject(plain, "channels")), 2.0f);
+  const auto plain = teskcore::serialization::JSONParse(line);
+  EXPECT_EQ(At(plain, "hum_hz"), "null");
+  EXPECT_NEAR(std::stod(At(plain, "sample_peak_dbfs")), -12.04, 0.01);
+  EXPECT_EQ(At(plain, "channels"), "2");
   ASSERT_TRUE(std::getline(lines, line));
-  const auto hum = JSONParse(line);
-  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(hum, "hum_hz")), 50.1f, 0.02f);
-  EXPECT_NEAR(JSONToFloat(*GetVariantInObject(hum, "hum_dbfs")), -22.04f, 0.3f);
-  EXPECT_EQ(JSONToFloat(*GetVariantInObject(hum, "sample_rate")), 48000.0f);
-  EXPECT_EQ(JSONToFloat(*GetVariantInObject(hum, "duration_s")), 4.0f);
+  const auto hum = teskcore::serialization::JSONParse(line);
+  EXPECT_NEAR(std::stod(At(hum, "hum_hz")), 50.1, 0.02);
+  EXPECT_NEAR(std::stod(At(hum, "hum_dbfs")), -22.04, 0.3);
+  EXPECT_EQ(At(hum, "sample_rate"), "48000");
+  EXPECT_EQ(std::stod(At(hum, "duration_s")), 4.0);
   EXPECT_FALSE(std::getline(lines, line));
 
   const Outcome text = Run("analyze in.wav hum.wav");
@@ -251,32 +238,26 @@ TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
 }
 
 TEST_F(RenderCliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
-  using teskcore::serialization::GetVariantInObject;
-  using teskcore::serialization::JSONArray;
   using teskcore::serialization::JSONParse;
-  using teskcore::serialization::JSONToFloat;
   EXPECT_THAT(Run("sections dialog").output,
               ::testing::ContainsRegex("De-hummer: [A-Za-z ]+ +-10 +-45 +-80 dB"));
   EXPECT_THAT(Run("presets sfx").output, HasSubstr("pan: Enabled=1 Pan=-5"));
 
   const auto sections = JSONParse(Run("sections ambience --json").output);
-  ASSERT_NE(sections, nullptr);
-  const auto& list = boost::any_cast<const JSONArray&>(*sections);
-  ASSERT_EQ(list.size(), 4u);
-  const auto volume = GetVariantInObject(list.back(), "parameters");
-  const auto parameter = boost::any_cast<const JSONArray&>(*volume).back();
-  EXPECT_EQ(JSONToFloat(*GetVariantInObject(parameter, "max")), 6.0f);
-  EXPECT_EQ(boost::any_cast<const JSONArray&>(*GetVariantInObject(parameter, "effects")).size(),
-            2u);
+  EXPECT_EQ(std::stod(At(sections, "3/parameters/2/max")), 6.0);
+  EXPECT_NE(At(sections, "3/parameters/2/effects/1"), "nothing");
+  EXPECT_EQ(At(sections, "4"), "nothing");
 
   const auto presets = JSONParse(Run("presets --json").output);
-  ASSERT_NE(presets, nullptr);
-  EXPECT_EQ(boost::any_cast<const JSONArray&>(*presets).size(), 35u);
+  EXPECT_NE(At(presets, "34"), "nothing");
+  EXPECT_EQ(At(presets, "35"), "nothing");
 }
 
 TEST_F(RenderCliTest, TellsAboutItself) {
   EXPECT_THAT(Run("--help").output, HasSubstr("render"));
-  EXPECT_THAT(Run("render --help").output, HasSubstr("volume.Volume"));
+  EXPECT_THAT(Run("render --help").output,
+              AllOf(HasSubstr("volume.Volume"), HasSubstr(" -15 to 6 dB "),
+                    Not(HasSubstr("PanNotSupported"))));
   EXPECT_EQ(Run("--version").exitCode, 0);
   EXPECT_EQ(Run("").exitCode, 2);
 }

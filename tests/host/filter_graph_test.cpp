@@ -45,15 +45,6 @@ TEST(FilterGraph, BranchesWaitForOneAnotherAndDelaysAreTakenOff) {
   EXPECT_LT(DifferenceInDb(RunFilters(signal, {late(5), sum}), signal), -130.0);
 }
 
-TEST(FilterGraph, TheTailFollowsBehindTheInput) {
-  const AudioBlock signal = Make(44100, 1, 0.1, [](double, int) { return 0.5; });
-  const FilterSpec echo = {"adelay", {{"delays", "3000S"}, {"all", "1"}}, 0, 3000};
-  const AudioBlock out = RunFilters(signal, {echo});
-  ASSERT_EQ(out.FrameCount(), signal.FrameCount() + 3000);
-  EXPECT_EQ(out.Channel(0)[2999], 0.0f);
-  EXPECT_EQ(out.Channel(0)[signal.FrameCount() + 2999], 0.5f);
-}
-
 TEST(FilterGraph, RefusesUnknownFiltersAndOptionsAndBlocksOfAnotherFormat) {
   const AudioFormat stereo{44100, 2, 0};
   EXPECT_THROW(FilterGraph(stereo, {{"nosuchfilter", {}}}), AudioError);

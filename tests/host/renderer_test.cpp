@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host/audio/audio_error.h"
-#include "host/catalogue/preset_store.h"
 #include "tests/host/support/audio.h"
-#include "tests/host/support/music.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -55,6 +53,8 @@ TEST_F(RendererTest, NeutralSettingsGiveBackTheSamples) {
             -140.0);
   EXPECT_LT(DifferenceInDb(Rendered({"volume.Volume=0"}, "out.flac"), signal), -138.0);
   EXPECT_TRUE(HaveSameSamples(Rendered({"volume.Volume=5", "volume.EnableVolume=0"}), signal));
+  EXPECT_TRUE(HaveSameSamples(
+      Rendered({"volume.Volume=5", "volume.Enabled=0", "pan.Pan=5", "pan.Enabled=0"}), signal));
 }
 
 TEST_F(RendererTest, TheVolumeSectionsGainIsRight) {
@@ -86,12 +86,7 @@ TEST_F(RendererTest, MonoStaysMonoUntilItIsPanned) {
   EXPECT_THAT(wide.notes, ElementsAre(HasSubstr("Stereo Expander changes nothing")));
   const AudioBlock right = Rendered({"pan.Pan=5"});
   ASSERT_EQ(right.ChannelCount(), 2);
-  EXPECT_EQ(
-      Peak(Make(44100, 1, 0.2,
-                [&](double time, int) {
-                  return right.Channel(0)[static_cast<std::size_t>(std::lround(time * 44100))];
-                })),
-      0.0);
+  EXPECT_TRUE(IsSilent(right.Channel(0)));
   EXPECT_TRUE(std::ranges::equal(right.Channel(1), ReadFile(folder_ / "in.wav").Channel(0)));
 }
 
@@ -133,15 +128,6 @@ TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItC
   const RenderReport limited = RenderWith({"loudness.AutoLoudness=1"});
   EXPECT_NEAR(limited.after->truePeak, -1.0, 0.1);
   EXPECT_THAT(limited.notes, ElementsAre(HasSubstr("below its target of -23.0")));
-}
-
-TEST_F(RendererTest, APresetGivesTheSectionsOfItsModeAndSettingsAreStronger) {
-  request_.look.mode = "sfx";
-  request_.look.preset = PresetStore(host_).FindPreset({"from the LEFT", "sfx", {}});
-  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.2, Noise(0.4)));
-  EXPECT_EQ(Peak(Difference(Rendered({}), Rendered({"pan.Pan=-5"}))), 0.0);
-  const AudioBlock right = Rendered({"pan.Pan=5"});
-  EXPECT_TRUE(std::ranges::all_of(right.Channel(0), [](float sample) { return sample == 0.0f; }));
 }
 
 TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {

@@ -70,25 +70,5 @@ TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
   EXPECT_THAT(error, HasSubstr("twice"));
 }
 
-TEST(Settings, AModeGivesItsOwnSectionsAndTheirLists) {
-  const Host host;
-  const std::vector<orvel::SectionDefinition> dialog = SettableSections("dialog");
-  std::vector<Setting> settings;
-  std::string error;
-  EXPECT_TRUE(ParseSettings({"clarity.EQPreset=10"}, dialog, settings, error)) << error;
-  EXPECT_FALSE(ParseSettings({"clarity.EQPreset=10.5"}, dialog, settings, error));
-  EXPECT_FALSE(ParseSettings({"clarity.EQPreset=11"}, dialog, settings, error));
-  EXPECT_THAT(error, HasSubstr("0 to 10"));
-  EXPECT_FALSE(ParseSettings({"pan.Pan=1"}, dialog, settings, error));
-}
-
-TEST(Settings, TheDescriptionNamesWhatCanBeSet) {
-  const std::string text = DescribeSettings("");
-  EXPECT_THAT(text, HasSubstr("  volume.Volume "));
-  EXPECT_THAT(text, HasSubstr(" -15 to 6 dB "));
-  EXPECT_THAT(text, HasSubstr("  stereowidth.AdjustStereoWidth "));
-  EXPECT_THAT(text, ::testing::Not(HasSubstr("PanNotSupported")));
-}
-
 }  // namespace
 }  // namespace orvelhost::testing

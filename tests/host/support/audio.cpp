@@ -5,43 +5,18 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
-#include <random>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "host/analysis/filtered_source.h"
 #include "host/audio/audio_writer.h"
 
 namespace orvelhost::testing {
 namespace {
 
 double InDb(double amplitude) { return 20.0 * std::log10(amplitude); }
-
-/// Joins blocks of one format.
-class Joiner {
- public:
-  explicit Joiner(const AudioFormat& format)
-      : format_(format), rows_(static_cast<std::size_t>(format.channelCount)) {}
-
-  void Add(const AudioBlock& block) {
-    for (int channel = 0; channel < format_.channelCount; ++channel) {
-      std::ranges::copy(block.Channel(channel),
-                        std::back_inserter(rows_[static_cast<std::size_t>(channel)]));
-    }
-  }
-
-  AudioBlock Join() const {
-    AudioBlock joined(format_, rows_.front().size());
-    for (int channel = 0; channel < format_.channelCount; ++channel) {
-      std::ranges::copy(rows_[static_cast<std::size_t>(channel)], joined.Channel(channel).begin());
-    }
-    return joined;
-  }
-
- private:
-  AudioFormat format_;
-  std::vector<std::vector<float>> rows_;
-};
 
 AudioBlock Slice(const AudioBlock& block, std::size_t begin, std::size_t count) {
   AudioBlock slice(block.Format(), count);
@@ -51,14 +26,31 @@ AudioBlock Slice(const AudioBlock& block, std::size_t begin, std::size_t count) 
   return slice;
 }
 
+/// A block in pieces of `size` frames.
+class PieceSource : public AudioSource {
+ public:
+  PieceSource(const AudioBlock& block, std::size_t size) : block_(block), size_(size) {}
+  const AudioFormat& Format() const override { return block_.Format(); }
+  std::int64_t StatedFrameCount() const override { return 0; }
+  bool Read(AudioBlock& piece) override {
+    const std::size_t count = std::min(size_, block_.FrameCount() - done_);
+    if (count > 0) piece = Slice(block_, done_, count);
+    done_ += count;
+    return count > 0;
+  }
+
+ private:
+  AudioBlock block_;
+  std::size_t size_;
+  std::size_t done_ = 0;
+};
+
 }  // namespace
 
 TemporaryFolder::TemporaryFolder() {
   std::string name = ::testing::TempDir() + "/orvel-host-XXXXXX";
   path_ = mkdtemp(name.data());
 }
-
-TemporaryFolder::~TemporaryFolder() { std::filesystem::remove_all(path_); }
 
 std::vector<std::string> TemporaryFolder::FileNames() const {
   std::vector<std::string> names;
@@ -86,34 +78,28 @@ AudioBlock Make(int sampleRate, int channelCount, double seconds, const Signal& 
   return block;
 }
 
-Signal Sine(double amplitude, double frequency) {
-  return [=](double time, int channel) {
-    return amplitude * std::sin(2 * std::numbers::pi * (frequency * time - channel / 8.0));
-  };
-}
-
-Signal Noise(double amplitude) {
-  return [amplitude, random = std::mt19937(1)](double, int) mutable {
-    return std::uniform_real_distribution<double>(-amplitude, amplitude)(random);
-  };
+std::unique_ptr<AudioSource> InPieces(const AudioBlock& block, std::size_t size) {
+  return std::make_unique<PieceSource>(block, size);
 }
 
 AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& filters,
                       std::size_t pieceSize) {
-  FilterGraph graph(block.Format(), filters);
-  Joiner joiner(graph.OutputFormat());
-  AudioBlock out;
-  for (std::size_t begin = 0; begin < block.FrameCount(); begin += pieceSize) {
-    graph.Push(Slice(block, begin, std::min(pieceSize, block.FrameCount() - begin)));
-    while (graph.Pull(out)) {
-      joiner.Add(out);
+  PieceSource pieces(block, pieceSize);
+  FilteredSource filtered(pieces, filters);
+  return ReadAll(filtered);
+}
+
+AudioBlock Join(const AudioFormat& format, const std::vector<AudioBlock>& pieces) {
+  std::size_t done = 0;
+  for (const AudioBlock& piece : pieces) done += piece.FrameCount();
+  AudioBlock joined(format, std::exchange(done, 0));
+  for (const AudioBlock& piece : pieces) {
+    for (int channel = 0; channel < format.channelCount; ++channel) {
+      std::ranges::copy(piece.Channel(channel), joined.Channel(channel).subspan(done).begin());
     }
+    done += piece.FrameCount();
   }
-  graph.Finish();
-  while (graph.Pull(out)) {
-    joiner.Add(out);
-  }
-  return joiner.Join();
+  return joined;
 }
 
 void WriteFile(const std::filesystem::path& path, const AudioBlock& block) {
@@ -128,12 +114,9 @@ AudioBlock ReadFile(const std::filesystem::path& path) {
 }
 
 AudioBlock ReadAll(AudioSource& source) {
-  Joiner joiner(source.Format());
-  AudioBlock block;
-  while (source.Read(block)) {
-    joiner.Add(block);
-  }
-  return joiner.Join();
+  std::vector<AudioBlock> pieces;
+  for (AudioBlock block; source.Read(block);) pieces.push_back(block);
+  return Join(source.Format(), pieces);
 }
 
 std::string ReadBytes(const std::filesystem::path& path) {
@@ -153,6 +136,10 @@ double Peak(const AudioBlock& block) {
     }
   }
   return peak;
+}
+
+bool IsSilent(std::span<const float> samples) {
+  return std::ranges::all_of(samples, [](float sample) { return sample == 0.0f; });
 }
 
 double RmsInDb(const AudioBlock& block) {

@@ -3,12 +3,13 @@
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
-#include <functional>
 #include <numbers>
+#include <span>
 #include <vector>
 
 #include "host/analysis/audio_source.h"
 #include "host/audio/filter_graph.h"
+#include "tests/host/support/signals.h"
 
 namespace orvelhost::testing {
 
@@ -16,7 +17,7 @@ namespace orvelhost::testing {
 class TemporaryFolder {
  public:
   TemporaryFolder();
-  ~TemporaryFolder();
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
@@ -27,19 +28,18 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-/// The sample of a channel at a time in seconds.
-using Signal = std::function<double(double time, int channel)>;
-
+/// `signal` in every channel.
 AudioBlock Make(int sampleRate, int channelCount, double seconds, const Signal& signal);
-
-/// `amplitude` at `frequency` Hz; each further channel lags by an eighth of a turn.
-Signal Sine(double amplitude, double frequency = 997.0);
-/// Even noise up to `amplitude`, the same at each run and different in each channel.
-Signal Noise(double amplitude);
 
 /// All that comes out of the filters when `block` is pushed in pieces of `pieceSize` frames.
 AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& filters,
                       std::size_t pieceSize = 512);
+
+/// The block in pieces of `size` frames.
+std::unique_ptr<AudioSource> InPieces(const AudioBlock& block, std::size_t size);
+
+/// The pieces, all of one format, behind each other.
+AudioBlock Join(const AudioFormat& format, const std::vector<AudioBlock>& pieces);
 
 void WriteFile(const std::filesystem::path& path, const AudioBlock& block);
 AudioBlock ReadFile(const std::filesystem::path& path);
@@ -51,6 +51,7 @@ std::string ReadBytes(const std::filesystem::path& path);
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 double Peak(const AudioBlock& block);
+bool IsSilent(std::span<const float> samples);
 /// The root mean square over all channels, in dB against full scale.
 double RmsInDb(const AudioBlock& block);
 /// The amplitude in dBFS of the tone of this frequency in a channel between two times in seconds,

@@ -22,9 +22,17 @@ T Get(const JSONValuePtr& object, const char* key) {
   return boost::any_cast<T>(*Member(object, key));
 }
 
-/// Works on sessions by the commands of `orvel session`, with presets of its own.
+/// Works on sessions by the commands of `orvel session`, in a folder with three recordings and with
+/// presets of its own.
 class ShellTest : public CliTest {
  protected:
+  ShellTest() {
+    WriteFile(folder_ / "a b.wav", Make(44100, 2, 0.6, Sine(0.25)));
+    WriteFile(folder_ / "c.wav", Make(48000, 1, 0.6, Sine(0.5)));
+    WriteFile(folder_ / "d.wav", Make(44100, 2, 0.6, Noise(0.1)));
+    WriteBytes(folder_ / "text.txt", "no audio\n");
+  }
+
   /// The answers to the commands, which stand a line each.
   std::vector<std::string> Answers(const std::string& commands, int exitCode = 0,
                                    const std::string& options = "") {
@@ -35,12 +43,6 @@ class ShellTest : public CliTest {
     std::istringstream stream(outcome.output);
     for (std::string line; std::getline(stream, line);) lines.push_back(line);
     return lines;
-  }
-
-  std::string LastAnswer(const std::string& commands, int exitCode = 0,
-                         const std::string& options = "") {
-    const auto lines = Answers(commands, exitCode, options);
-    return lines.empty() ? "" : lines.back();
   }
 
   /// The same as JSON objects.

@@ -1,6 +1,9 @@
-#include "tests/host/support/music.h"
+#include "tests/host/support/signals.h"
 
 #include <array>
+#include <cmath>
+#include <numbers>
+#include <random>
 #include <utility>
 
 namespace orvelhost::testing {
@@ -9,6 +12,18 @@ namespace {
 constexpr double kTurn = 2 * std::numbers::pi;
 
 }  // namespace
+
+Signal Sine(double amplitude, double frequency) {
+  return [=](double time, int channel) {
+    return amplitude * std::sin(kTurn * (frequency * time - channel / 8.0));
+  };
+}
+
+Signal Noise(double amplitude) {
+  return [amplitude, random = std::mt19937(1)](double, int) mutable {
+    return std::uniform_real_distribution<double>(-amplitude, amplitude)(random);
+  };
+}
 
 Signal Sum(std::vector<Signal> signals) {
   return [signals = std::move(signals)](double time, int channel) {

@@ -1,10 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
-#include "tests/host/support/audio.h"
-
 namespace orvelhost::testing {
+
+/// The sample of a channel at a time in seconds.
+using Signal = std::function<double(double time, int channel)>;
+
+/// `amplitude` at `frequency` Hz; each further channel lags by an eighth of a turn.
+Signal Sine(double amplitude, double frequency = 997.0);
+/// Even noise up to `amplitude`, the same at each run and different in each channel.
+Signal Noise(double amplitude);
 
 Signal Sum(std::vector<Signal> signals);
 
