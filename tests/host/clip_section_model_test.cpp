@@ -1,5 +1,6 @@
 #include "host/session/clip_section_model.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -80,6 +81,12 @@ class ClipSectionModelTest : public ::testing::Test {
   boost::intrusive_ptr<Clip> clip_{new Clip("clip", {48000, 2})};
   std::vector<std::pair<int, float>> heard_;
 };
+
+TEST_F(ClipSectionModelTest, EffectsStandInTheOrderOfTheirNumbers) {
+  for (const char* modelID : {"model_volume", "model_stereowidth", "model_clarity"}) Model(modelID);
+  EXPECT_GT(clip_->Chain().Slots().size(), 2U);
+  EXPECT_TRUE(std::ranges::is_sorted(clip_->Chain().Slots(), {}, &EffectSlot::orderNumber));
+}
 
 TEST_F(ClipSectionModelTest, PanNotSupportedTellsOfMoreThanTwoChannelsAndCannotBeWritten) {
   for (const auto& [channelCount, expected] : {std::pair(1, 0.0f), {2, 0.0f}, {6, 1.0f}}) {
