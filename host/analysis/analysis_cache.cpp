@@ -11,7 +11,7 @@
 namespace orvelhost {
 namespace {
 
-std::string HashOfBytes(const std::filesystem::path& path) {
+std::string HashOfBytes(const std::filesystem::path& path, const Progress& progress) {
   const ffmpeg::HashPtr state(av_murmur3_alloc());
   if (!state) {
     throw std::bad_alloc();
@@ -20,6 +20,9 @@ std::string HashOfBytes(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::vector<char> piece(1 << 20);
   do {
+    if (progress && !progress(0.0)) {
+      throw Cancelled();
+    }
     file.read(piece.data(), static_cast<std::streamsize>(piece.size()));
     av_murmur3_update(state.get(), reinterpret_cast<const std::uint8_t*>(piece.data()),
                       static_cast<std::size_t>(file.gcount()));
@@ -34,7 +37,7 @@ std::string HashOfBytes(const std::filesystem::path& path) {
 
 }  // namespace
 
-std::string ContentKey(const std::filesystem::path& path) {
+std::string ContentKey(const std::filesystem::path& path, const Progress& progress) {
   static std::mutex mutex;
   static std::map<FileIdentity, std::string> known;
 
@@ -45,11 +48,11 @@ std::string ContentKey(const std::filesystem::path& path) {
       return found->second;
     }
   }
-  const std::string hash = HashOfBytes(path);
+  const std::string hash = HashOfBytes(path, progress);
   // Clocks of file systems tick slowly: a file that was written just now may be written again
   // without a sign of it.
   constexpr std::time_t kTick = 2;  // seconds
-  if (std::time(nullptr) - identity.changeSeconds > kTick) {
+  if (std::time(nullptr) - identity.writtenSeconds > kTick) {
     const std::lock_guard lock(mutex);
     known.emplace(identity, hash);
   }

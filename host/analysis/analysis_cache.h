@@ -7,13 +7,15 @@
 #include <mutex>
 #include <string>
 
+#include "host/analysis/progress.h"
+
 namespace orvelhost {
 
 /// Names the content of a file: a hash over all its bytes. Two copies of a recording have the same
 /// key, and an edited file another one. Reading the bytes is far cheaper than decoding them; they
 /// are read again only when the file's place, size or time of change differ from what they were.
-/// Throws AudioError when the file cannot be read.
-std::string ContentKey(const std::filesystem::path& path);
+/// Throws AudioError when the file cannot be read, and Cancelled.
+std::string ContentKey(const std::filesystem::path& path, const Progress& progress = {});
 
 /// Results of work on clips, kept in memory under the content's key and the name of the work. Used
 /// from any thread. Work that is asked for while it is under way is waited for, not done twice;

@@ -10,15 +10,15 @@ namespace orvelhost {
 struct FileIdentity {
   std::uint64_t device;
   std::uint64_t inode;
-  std::int64_t size;           ///< in bytes
-  std::int64_t changeSeconds;  ///< when the content was last written, since 1970
-  std::int64_t changeNanoseconds;
+  std::int64_t size;            ///< in bytes
+  std::int64_t writtenSeconds;  ///< when the content was last written, since 1970
+  std::int64_t writtenNanoseconds;
 
   friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
   /// An order to keep them by, without a meaning.
   friend bool operator<(const FileIdentity& a, const FileIdentity& b) {
-    return std::tie(a.device, a.inode, a.size, a.changeSeconds, a.changeNanoseconds) <
-           std::tie(b.device, b.inode, b.size, b.changeSeconds, b.changeNanoseconds);
+    return std::tie(a.device, a.inode, a.size, a.writtenSeconds, a.writtenNanoseconds) <
+           std::tie(b.device, b.inode, b.size, b.writtenSeconds, b.writtenNanoseconds);
   }
 };
 

@@ -1,6 +1,5 @@
 #include "host/session/clip_analyst.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -16,6 +15,7 @@ namespace {
 
 /// One measurement. It does not own its clip, which must not end on the other thread.
 struct Job {
+  Clip* clip = nullptr;  ///< for the main thread, and until it is cancelled
   std::filesystem::path path;
   bool withRemix = false;
   std::atomic<bool> cancelled = false;
@@ -30,6 +30,10 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
       : cache_(cache), loop_(loop) {}
 
   void End() {
+    {
+      const std::lock_guard lock(mutex_);
+      waiting_.clear();
+    }
     while (!jobs_.empty()) {
       const boost::intrusive_ptr<Clip> clip = jobs_.begin()->first;
       Cancel(clip);
@@ -42,6 +46,7 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
 
   void Add(const boost::intrusive_ptr<Clip>& clip, const std::filesystem::path& path) {
     const auto job = std::make_shared<Job>();
+    job->clip = clip.get();
     job->path = path;
     job->withRemix = clip->WantsRemix();
     jobs_[clip] = job;
@@ -92,6 +97,7 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
       const std::shared_ptr<Job> job = waiting_.front();
       waiting_.pop_front();
       lock.unlock();
+      if (job->cancelled) continue;
       const std::optional<ClipMeasurement> result = Measure(*job);
       loop_->Post([worker = weak_from_this(), job, result] {
         if (const std::shared_ptr<Worker> alive = worker.lock()) {
@@ -121,13 +127,10 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
       const std::lock_guard lock(mutex_);
       ++told_;
     }
-    const auto found =
-        std::ranges::find_if(jobs_, [&](const auto& entry) { return entry.second == job; });
-    if (found != jobs_.end()) {  // else it was cancelled
-      const boost::intrusive_ptr<Clip> clip = found->first;
-      jobs_.erase(found);
-      clip->SetMeasurement(result);
-    }
+    if (job->cancelled) return;
+    const boost::intrusive_ptr<Clip> clip(job->clip);
+    jobs_.erase(clip);
+    clip->SetMeasurement(result);
   }
 
   std::map<boost::intrusive_ptr<Clip>, std::shared_ptr<Job>> jobs_;  // of the main thread

@@ -1,6 +1,7 @@
 #include "host/session/clip_measurement.h"
 
 #include <string>
+#include <utility>
 
 namespace orvelhost {
 namespace {
@@ -20,8 +21,10 @@ ClipMeasurement Measure(const AudioOpener& audio, bool withRemix, const Progress
   });
   if (withRemix) {
     measurement.isMapped = true;
-    measurement.remix =
-        keep("remix", [&] { return MapForRemix(*audio(), StepOf(progress, second, 1.0)); });
+    measurement.remix = keep("remix", [&]() -> std::shared_ptr<const RemixMap> {
+      auto map = MapForRemix(*audio(), StepOf(progress, second, 1.0));
+      return map ? std::make_shared<const RemixMap>(*std::move(map)) : nullptr;
+    });
   }
   return measurement;
 }
@@ -45,7 +48,7 @@ ClipMeasurement MeasureClip(const AudioOpener& audio, bool withRemix, const Prog
 
 ClipMeasurement MeasureFile(const std::filesystem::path& path, bool withRemix, AnalysisCache& cache,
                             const Progress& progress) {
-  const std::string content = ContentKey(path);
+  const std::string content = ContentKey(path, progress);
   return Measure(OpenerOf(path), withRemix, progress, [&](const char* name, const auto& pass) {
     return cache.Get(content, name, pass);
   });

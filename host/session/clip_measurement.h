@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 
 #include "host/analysis/analysis_cache.h"
@@ -18,7 +19,8 @@ struct ClipMeasurement {
   ClipAnalysis analysis;
   std::optional<NoiseProfile> noise;  ///< none when the clip has no steady noise
   bool isMapped = false;              ///< whether `remix` was looked for
-  std::optional<RemixMap> remix;      ///< none when the clip cannot be remixed
+  /// Null when the clip cannot be remixed. Shared, for it is large.
+  std::shared_ptr<const RemixMap> remix;
 };
 
 /// What a clip's effects have to know of it.

@@ -64,6 +64,15 @@ TEST_F(ClipAnalystTest, WhatIsKnownStaysWhenMoreIsCancelledOrFails) {
   EXPECT_FALSE(clip->Measurement());
 }
 
+TEST_F(ClipAnalystTest, AnAnalystThatEndsLeavesWhatStillWaits) {
+  std::vector<boost::intrusive_ptr<Clip>> clips(50);
+  {
+    ClipAnalyst analyst(cache_, loop_);
+    for (auto& clip : clips) (clip = Served(analyst))->RequestMeasurement(false);
+  }
+  EXPECT_LT(loop_->RunTurn(), 50U) << "results";
+}
+
 TEST_F(ClipAnalystTest, AnAnalystMayEndBeforeItsWorkAndItsClips) {
   boost::intrusive_ptr<Clip> clip;
   {
