@@ -29,7 +29,7 @@ orvelhost::ClipAnalysis Analyze(const std::string& file, const Command& command,
 
 int AnalyzeAll(const Command& command, const CommandLine& line) {
   if (line.Words().empty()) throw UsageError("give a file");
-  NoteInterrupts();
+  const InterruptScope interrupts;
   int exitCode = kExit_Success;
   for (const std::string& file : line.Words()) {
     try {

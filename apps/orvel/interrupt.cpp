@@ -1,32 +1,57 @@
 #include "apps/orvel/interrupt.h"
 
 #include <atomic>
-#include <csignal>
+#include <cstddef>
+#include <iterator>
 
 namespace orvelcli {
 namespace {
 
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);  // a signal may come at any time
+std::atomic<int> noted = 0;                            // the signal, 0 for none
+static_assert(std::atomic<int>::is_always_lock_free);  // a signal may come at any time
 
-void Interrupt(int /*signal*/) { interrupted = true; }
+void Note(int signal) {
+  if (signal != SIGINT || noted == 0) noted = signal;
+}
 
-constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP};
-constexpr int kFailing[] = {SIGXFSZ, SIGPIPE};  // the write that they come of fails, too
+// clang-format off
+const struct {
+  int signal;
+  void (*handler)(int);
+} kHandled[] = {
+  { SIGINT,  &Note   },
+  { SIGTERM, &Note   },
+  { SIGHUP,  &Note   },
+  { SIGXFSZ, SIG_IGN },  // the write that it comes of fails, too
+  { SIGPIPE, SIG_IGN },
+};
+// clang-format on
 
 }  // namespace
 
-void NoteInterrupts() {
-  interrupted = false;
-  for (const int signal : kEnding) std::signal(signal, &Interrupt);
-  for (const int signal : kFailing) std::signal(signal, SIG_IGN);
+bool WasInterrupted() { return noted != 0; }
+
+void ForgetInterrupt() {
+  int expected = SIGINT;
+  noted.compare_exchange_strong(expected, 0);
+}
+
+InterruptScope::InterruptScope() {
+  static_assert(std::size(kHandled) == sizeof before_ / sizeof *before_);
+  for (std::size_t i = 0; i < std::size(kHandled); ++i) {
+    sigaction(kHandled[i].signal, nullptr, &before_[i]);
+    if (before_[i].sa_handler == SIG_IGN) continue;  // as nohup leaves them
+    struct sigaction now {};
+    now.sa_handler = kHandled[i].handler;
+    now.sa_flags = SA_RESTART;
+    sigaction(kHandled[i].signal, &now, nullptr);
+  }
 }
 
 InterruptScope::~InterruptScope() {
-  for (const int signal : kEnding) std::signal(signal, SIG_DFL);
-  for (const int signal : kFailing) std::signal(signal, SIG_DFL);
+  for (std::size_t i = 0; i < std::size(kHandled); ++i) {
+    sigaction(kHandled[i].signal, &before_[i], nullptr);
+  }
 }
-
-bool WasInterrupted() { return interrupted; }
 
 }  // namespace orvelcli

@@ -1,21 +1,27 @@
 #pragma once
 
+#include <csignal>
+
 namespace orvelcli {
 
-/// From now on SIGINT, SIGTERM and SIGHUP end the program no more, but are noted; and a file that
-/// grows past its limit, or a reader that has gone, is a failure of the write and not the end.
-void NoteInterrupts();
-
-/// Since the last NoteInterrupts. Any thread.
+/// Whether SIGINT, SIGTERM or SIGHUP came while they were noted, and was not forgotten. Any thread.
 bool WasInterrupted();
 
-/// Notes interrupts while it lives; before and after it they end the program.
+/// Forgets a SIGINT, with which a person at a terminal stops what is under way, and no more.
+void ForgetInterrupt();
+
+/// While it lives SIGINT, SIGTERM and SIGHUP do not end the program, but are noted; and a file that
+/// grows past its limit, or a reader that has gone, is a failure of the write and not the end. A
+/// signal that was ignored before stays so. Scopes may nest.
 class InterruptScope {
  public:
-  InterruptScope() { NoteInterrupts(); }
+  InterruptScope();
   ~InterruptScope();
   InterruptScope(const InterruptScope&) = delete;
   InterruptScope& operator=(const InterruptScope&) = delete;
+
+ private:
+  struct sigaction before_[5];
 };
 
 }  // namespace orvelcli

@@ -13,6 +13,7 @@
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
+#include "host/audio/temporary_file.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_store.h"
 #include "host/effects/filter_check.h"
@@ -106,13 +107,16 @@ int ReadJobCount(const CommandLine& line) {
 
 /// Where the report goes; empty when none is asked for. Raises UsageError when it would replace
 /// something.
-std::filesystem::path ReportFile(const CommandLine& line, const orvelhost::RenderList& list) {
+std::filesystem::path ReportFile(const CommandLine& line,
+                                 const std::vector<RenderRequest>& requests) {
   const std::filesystem::path file = line.Value("report");
   if (!line.Has("report")) return file;
   std::error_code error;
-  for (const auto& task : list.tasks) {
-    if (std::filesystem::equivalent(file, task.input, error) ||
-        weakly_canonical(file, error) == weakly_canonical(task.output, error)) {
+  const std::filesystem::path place = weakly_canonical(file, error);
+  for (const RenderRequest& request : requests) {
+    if (std::filesystem::equivalent(file, request.input, error) ||
+        place == weakly_canonical(request.output, error) ||
+        (!request.picture.empty() && place == weakly_canonical(request.picture, error))) {
       throw UsageError("the report would replace " + Quoted(file));
     }
   }
@@ -298,9 +302,9 @@ int RenderAll(const Command& command, const CommandLine& line) {
     const std::string fault = orvelhost::FindOutputFault(requests.front());
     if (!fault.empty()) throw UsageError(fault);
   }
-  const std::filesystem::path reportFile = ReportFile(line, list);
+  const std::filesystem::path reportFile = ReportFile(line, requests);
 
-  NoteInterrupts();
+  const InterruptScope interrupts;
   Teller teller(command, line, requests);
   for (const std::string& fault : orvelhost::CheckFilters()) teller.Tell("warning: " + fault);
   for (const std::string& skipped : list.skipped) {
@@ -310,6 +314,9 @@ int RenderAll(const Command& command, const CommandLine& line) {
   const bool isDryRun = line.Has("dry-run");
   const OutputFolder folder(isDryRun ? "" : list.folder);
   const OutputFolder pictureFolder(isDryRun ? "" : PictureFolder(line, list));
+  if (!reportFile.empty() && !isDryRun) {
+    const orvelhost::TemporaryFile trial(reportFile);  // not only when hours of work are done
+  }
   const auto outcomes = orvelhost::RenderBatch(
       host, requests, jobCount,
       {[&teller](std::size_t index, const RenderOutcome& one) { teller.Finish(index, one); },

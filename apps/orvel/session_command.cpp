@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -74,25 +75,33 @@ bool LosesWork(const SessionShell& shell, const std::vector<std::string>& words)
 int RunShell(const Command& command, const CommandLine& line) {
   if (line.Words().size() > 1) throw UsageError("give one session, not several");
   const orvelhost::Host host;
-  SessionShell shell(host, ShellInput::IsTerminal() ? Pace::kAtOnce : Pace::kReproducible);
+  const bool isTerminal = ShellInput::IsTerminal();
+  SessionShell shell(host, isTerminal ? Pace::kAtOnce : Pace::kReproducible);
   PrintNotes(command, line, host);
   bool allDone = true;
   if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
   ShellInput input([&shell](const auto& words) { return shell.Complete(words); });
+  std::optional<InterruptScope> interrupts;
+  if (isTerminal) interrupts.emplace();
   bool isWarned = false;
   std::string text;
-  while (!shell.IsOver() && !WasInterrupted() && input.Read(text)) {
+  while (!shell.IsOver() && !WasInterrupted()) {
+    if (!input.Read(text)) {
+      if (!isTerminal || WasInterrupted()) break;
+      text = "quit";
+    }
     std::vector<std::string> words;
     if (!SplitWords(text, words)) {
       PrintError(line, "a quote does not end");
       allDone = false;
-    } else if (ShellInput::IsTerminal() && !isWarned && LosesWork(shell, words)) {
+    } else if (isTerminal && !isWarned && LosesWork(shell, words)) {
       isWarned = true;
       PrintError(line, "the session is not saved; the same command again goes on all the same");
     } else {
       isWarned = false;
       allDone &= Answered(shell, line, words);
     }
+    if (isTerminal) ForgetInterrupt();
   }
   if (WasInterrupted()) return kExit_Interrupted;
   return allDone ? kExit_Success : kExit_Failed;

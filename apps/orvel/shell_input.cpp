@@ -3,11 +3,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <iostream>
 
 #include <editline/readline.h>
+#include <poll.h>
 #include <unistd.h>
 
+#include "apps/orvel/interrupt.h"
 #include "apps/orvel/shell_words.h"
 
 namespace orvelcli {
@@ -19,22 +22,54 @@ ShellInput::Completer& ActiveCompleter() {
   return completer;
 }
 
+/// What stands in the line for the candidate from `start` on, the end of `word`. Where no quote is
+/// open, a word with blanks gets its own.
+std::string Written(const std::string& candidate, const std::string& word, const std::string& start,
+                    char openQuote) {
+  if (openQuote != '\0') return candidate.substr(word.size() - start.size()) + openQuote;
+  return candidate.find(' ') == std::string::npos || word != start ? candidate
+                                                                   : '"' + candidate + '"';
+}
+
 /// Gives one candidate after another, the first for `state` 0, in memory that the editor frees.
 char* NextCandidate(const char* start, int state) {
   static std::vector<std::string> candidates;
   static std::size_t next;
   if (state == 0) {
+    const std::string line(rl_line_buffer, static_cast<std::size_t>(rl_point));
     std::vector<std::string> words;
-    SplitWords(std::string(rl_line_buffer, static_cast<std::size_t>(rl_point)), words);
-    if (*start == '\0') words.emplace_back();
-    candidates = ActiveCompleter()(words);
+    char openQuote = '\0';
+    if (!SplitWords(line, words)) openQuote = SplitWords(line + '"', words) ? '"' : '\'';
+    if (openQuote == '\'') SplitWords(line + openQuote, words);
+    if (*start == '\0' && openQuote == '\0') words.emplace_back();
+    const std::string word = words.back();
+    candidates.clear();
+    for (const std::string& candidate : ActiveCompleter()(words)) {
+      if (candidate.starts_with(word) && word.ends_with(start)) {
+        candidates.push_back(Written(candidate, word, start, openQuote));
+      }
+    }
     next = 0;
   }
-  while (next < candidates.size()) {
-    const std::string& candidate = candidates[next++];
-    if (candidate.starts_with(start)) return strdup(candidate.c_str());
+  return next < candidates.size() ? strdup(candidates[next++].c_str()) : nullptr;
+}
+
+/// The editor's next character; EOF, which ends the line, after a signal that was noted. The
+/// editor's own reader goes on after signals.
+int NextCharacter(FILE* /*input*/) {
+  constexpr int kPatience = 100;  // milliseconds
+  std::mbstate_t state{};
+  while (!WasInterrupted()) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    if (poll(&input, 1, kPatience) <= 0) continue;
+    char byte = 0;
+    if (read(STDIN_FILENO, &byte, 1) != 1) return EOF;
+    wchar_t character = 0;
+    const std::size_t length = std::mbrtowc(&character, &byte, 1, &state);
+    if (length <= 1) return static_cast<int>(character);
+    if (length == static_cast<std::size_t>(-1)) state = {};  // no character; it is left out
   }
-  return nullptr;
+  return EOF;
 }
 
 char** Complete(const char* start, int /*begin*/, int /*end*/) {
@@ -48,6 +83,7 @@ bool ShellInput::IsTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDOU
 ShellInput::ShellInput(const Completer& completer) {
   if (!IsTerminal()) return;
   ActiveCompleter() = completer;
+  rl_getc_function = &NextCharacter;
   rl_initialize();
   using_history();
   rl_attempted_completion_function = &Complete;
@@ -57,10 +93,12 @@ ShellInput::~ShellInput() { ActiveCompleter() = {}; }
 
 bool ShellInput::Read(std::string& line) {
   if (!IsTerminal()) return static_cast<bool>(std::getline(std::cin, line));
-  char* const text = readline("orvel> ");
-  if (text == nullptr) {
-    std::cout << "\n";
-    return false;
+  char* text = nullptr;
+  while ((text = readline("orvel> ")) == nullptr) {
+    std::cout << std::endl;
+    if (!WasInterrupted()) return false;
+    ForgetInterrupt();
+    if (WasInterrupted()) return false;
   }
   line = text;
   std::free(text);

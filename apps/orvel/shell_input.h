@@ -21,7 +21,8 @@ class ShellInput {
   /// Whether a person sits at both ends.
   static bool IsTerminal();
 
-  /// False at the end.
+  /// False at the end, and at a terminal after SIGTERM or SIGHUP; SIGINT clears the line there.
+  /// They are to be noted by an InterruptScope.
   bool Read(std::string& line);
 };
 

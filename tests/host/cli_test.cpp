@@ -50,6 +50,8 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav old.wav -o new --picture a.png", 2, "the pictures go into one, too"},
       {"render in.wav -o out.wav --report old.wav", 2, "exists already"},
       {"render in.wav -o out.wav --report in.wav --force", 2, "would replace 'in.wav'"},
+      {"render in.wav -o out.wav --report p.png --picture p.png", 2, "would replace 'p.png'"},
+      {"render in.wav -o out.wav --report none/r.json", 1, "'none/r.json'"},
       {"render in.wav -o out.wav --frob", 2, "--frob"},
       {"render in.wav -o out.wav --force=yes", 2, "--force"},
       {"render in.wav -o out.mp3", 2, ".wav or .flac"},
@@ -205,7 +207,7 @@ TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
   EXPECT_EQ(ReadBytes(folder_ / "pipe.wav"), ReadBytes(folder_ / "file.wav"));
   // The shell's own end of the pipe opens when the program waits for it.
   const Outcome stopped =
-      Run("render p in.wav -o out --jobs 1 & exec 3>p; kill -INT $!; wait $!;", "", "mkfifo p; ");
+      Run("render p in.wav -o out --jobs 1 & exec 3>p; kill -TERM $!; wait $!;", "", "mkfifo p; ");
   EXPECT_EQ(stopped.exitCode, 130);
   EXPECT_THAT(stopped.errors, HasSubstr("stopped; 0 of 2 files"));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
