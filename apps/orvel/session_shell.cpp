@@ -19,11 +19,10 @@ Answer SessionShell::Run(const std::vector<std::string>& words) {
   if (arguments.size() < verb->least || arguments.size() > verb->most) {
     throw EditError("write " + UsageOf(*verb));
   }
-  orvelhost::Session& session = *state_.host.GetSession();
   if (pace_ == Pace::kAtOnce) {
-    session.TakeMeasurements();
+    state_.editor.TakeMeasurements();
   } else if (verb->isMeasured) {
-    session.AwaitMeasurements([] { return true; });
+    state_.editor.AwaitMeasurements([] { return true; });
   }
   return verb->run(state_, arguments);
 }

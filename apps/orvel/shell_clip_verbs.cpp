@@ -43,8 +43,8 @@ Answer DescribeClips(const SessionEditor& editor, const std::vector<std::size_t>
   teskcore::serialization::JSONValue list = teskcore::serialization::JSONArray();
   for (const std::size_t number : numbers) {
     const auto& held = editor.GetSession().GetClips()[number - 1];
-    const bool isMissing = std::ranges::find(missing, number - 1) != missing.end();
-    const bool isSelected = std::ranges::find(selection, number) != selection.end();
+    const bool isMissing = std::ranges::binary_search(missing, number - 1);
+    const bool isSelected = std::ranges::binary_search(selection, number);
     orvel::Guid preset;
     held.clip->GetUserPresetGuid(preset);
     lines.push_back(std::to_string(number) + " " + held.clip->GetName() + " (" + ModeOf(held) +

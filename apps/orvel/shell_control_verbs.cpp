@@ -1,9 +1,6 @@
-#include <charconv>
-#include <cmath>
-#include <system_error>
-
 #include "apps/orvel/shell_verbs.h"
 #include "host/catalogue/json_values.h"
+#include "host/session/setting.h"
 
 namespace orvelcli {
 namespace {
@@ -12,10 +9,8 @@ using orvelhost::ParameterState;
 using orvelhost::ShownNumber;
 
 double ReadNumber(const std::string& text) {
-  const std::string_view digits = std::string_view(text).substr(text.starts_with('+') ? 1 : 0);
   double number = 0.0;
-  const auto [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (status != std::errc() || end != digits.data() + digits.size() || !std::isfinite(number)) {
+  if (!orvelhost::ParseNumber(text, number)) {
     throw orvelhost::EditError("'" + text + "' is no number");
   }
   return number;

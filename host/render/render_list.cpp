@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string_view>
 #include <system_error>
 
@@ -15,15 +14,6 @@ namespace orvelhost {
 namespace {
 
 using std::filesystem::path;
-
-/// In small letters.
-std::string EndingOf(const path& file) {
-  std::string ending = file.extension().string();
-  for (char& letter : ending) {
-    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-  }
-  return ending;
-}
 
 /// A file that is called so and cannot be read is a failure; others may just be no audio.
 bool IsCalledSound(const path& file) {
@@ -85,11 +75,14 @@ std::set<FileIdentity> IdentitiesOf(const std::vector<path>& files) {
 
 std::string OutputNames::Take(const path& source, const std::string& ending) {
   const std::string stem = source.stem().string();
-  std::string name = stem + ending;
-  for (int number = 2; !given_.insert(name).second; ++number) {
-    name = stem + " " + std::to_string(number);
+  int& last = lastNumbers_[stem + ending];
+  std::string name;
+  do {
+    ++last;
+    name = stem;
+    if (last > 1) name.append(" ").append(std::to_string(last));
     name += ending;
-  }
+  } while (!given_.insert(name).second);
   return name;
 }
 

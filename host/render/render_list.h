@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@ class OutputNames {
 
  private:
   std::set<std::string> given_;
+  std::map<std::string, int> lastNumbers_;  ///< that were given with a name, 1 for none
 };
 
 /// An input and what becomes of it.

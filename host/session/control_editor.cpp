@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/catalogue/mode_catalogue.h"
+#include "host/session/setting.h"
 
 namespace orvelhost {
 namespace {
@@ -39,9 +40,9 @@ double Physical(const Section& section, int paramID, float normalized) {
 
 /// A model of several clips calls the one first that stands first in memory; people do not.
 float GetFirst(const Session& session, const Section& section, int paramID, float otherwise) {
-  const auto selected = session.GetSelection();
-  if (selected.empty()) return otherwise;
-  const auto& sections = session.GetClips()[selected.front()].clip->AllSectionValues();
+  const auto& clip = session.FirstSelected();
+  if (!clip) return otherwise;
+  const auto& sections = clip->AllSectionValues();
   const auto values = sections.find(section->GetName());
   const auto place = static_cast<std::size_t>(paramID);
   return values != sections.end() && place < values->second.size() ? values->second[place]
@@ -79,16 +80,12 @@ struct ControlEditor::Parameter {
   std::string name;
 
   float Normalize(double value) const {
-    const auto single = static_cast<float>(value);
-    if (!(single >= definition.minValue && single <= definition.maxValue) ||
-        (definition.HasFlag(orvel::kParamFlag_TwoValued) && single != definition.minValue &&
-         single != definition.maxValue)) {
-      throw EditError(name + " takes " + ShownNumber(static_cast<double>(definition.minValue)) +
-                      " to " + ShownNumber(static_cast<double>(definition.maxValue)) + ", not " +
+    if (!IsInRange(definition, value)) {
+      throw EditError(name + " takes " + DescribeRange(section->GetName(), definition) + ", not " +
                       ShownNumber(value));
     }
     float normalized = 0.0f;
-    section->ToNormalized(definition.id, single, normalized);
+    section->ToNormalized(definition.id, static_cast<float>(value), normalized);
     return normalized;
   }
 };

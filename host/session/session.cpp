@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <system_error>
-#include <utility>
+#include <unordered_set>
 
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_reader.h"
@@ -66,6 +66,8 @@ bool Session::AwaitMeasurements(const std::function<bool()>& goOn) {
 
 void Session::Select(const orvel::MixTypeClipModels& clips) {
   selected_ = clips;
+  const std::vector<std::size_t> selection = GetSelection();
+  firstSelected_ = selection.empty() ? nullptr : clips_[selection.front()].clip;
   selectionChanged_(selected_);
 }
 
@@ -77,8 +79,10 @@ void Session::Select(const std::vector<std::size_t>& indices) {
 
 std::vector<std::size_t> Session::GetSelection() const {
   std::vector<std::size_t> selection;
-  for (std::size_t i = 0; i < clips_.size(); ++i) {
-    if (std::ranges::find(selected_, clips_[i].clip) != selected_.end()) selection.push_back(i);
+  std::unordered_set<const orvel::MixTypeClipModelInterface*> selected;
+  for (const auto& clip : selected_) selected.insert(clip.get());
+  for (std::size_t i = 0; i < clips_.size() && selection.size() < selected.size(); ++i) {
+    if (selected.contains(clips_[i].clip.get())) selection.push_back(i);
   }
   return selection;
 }

@@ -51,6 +51,8 @@ class Session : public orvel::SessionHandlerInterface {
 
   /// The selected clips of the session, as indices in ascending order.
   std::vector<std::size_t> GetSelection() const;
+  /// The first of them; null without one.
+  const boost::intrusive_ptr<Clip>& FirstSelected() const { return firstSelected_; }
 
   /// The session as a value, and another one in its place: that the document closes is told before,
   /// and that there is another one after.
@@ -74,6 +76,7 @@ class Session : public orvel::SessionHandlerInterface {
 
   std::vector<SessionClip> clips_;
   orvel::MixTypeClipModels selected_;
+  boost::intrusive_ptr<Clip> firstSelected_;
   std::vector<orvel::ConfigPreset> configurations_;
   SelectionSignal selectionChanged_;
   SessionSignal sessionChanged_;

@@ -27,11 +27,38 @@ void SessionEditor::Select(const std::vector<std::size_t>& numbers) {
     if (number < 1 || number > GetSession().GetClips().size()) {
       throw EditError("there is no clip " + std::to_string(number));
     }
-    if (std::ranges::find(indices, number - 1) == indices.end()) indices.push_back(number - 1);
+    indices.push_back(number - 1);
   }
   std::ranges::sort(indices);
+  indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
   GetSession().Select(indices);
   clips_.Announce();
+}
+
+namespace {
+
+/// A model of many clips reads all of them anew at each change of one; it does so once behind this.
+class SilentScope {
+ public:
+  explicit SilentScope(orvel::OrvelModel& model) : model_(model) { model_.SuspendSignaling(); }
+  ~SilentScope() { model_.ResumeSignaling(true); }
+  SilentScope(const SilentScope&) = delete;
+  SilentScope& operator=(const SilentScope&) = delete;
+
+ private:
+  orvel::OrvelModel& model_;
+};
+
+}  // namespace
+
+void SessionEditor::TakeMeasurements() {
+  const SilentScope silent(*clips_.GetModel());
+  GetSession().TakeMeasurements();
+}
+
+bool SessionEditor::AwaitMeasurements(const std::function<bool()>& goOn) {
+  const SilentScope silent(*clips_.GetModel());
+  return GetSession().AwaitMeasurements(goOn);
 }
 
 std::vector<std::size_t> SessionEditor::GetNumbers() const {

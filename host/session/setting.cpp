@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cmath>
 #include <sstream>
-#include <string_view>
 
 #include "host/catalogue/mode_catalogue.h"
 
@@ -36,28 +35,6 @@ bool IsSettable(const orvel::ParamDefinition& param) {
   return !param.HasFlag(orvel::kParamFlag_NotStored) && !param.HasFlag(orvel::kParamFlag_Trigger);
 }
 
-std::string DescribeRange(const std::string& modelID, const orvel::ParamDefinition& param) {
-  std::ostringstream text;
-  text << param.minValue << (param.HasFlag(orvel::kParamFlag_TwoValued) ? " or " : " to ")
-       << param.maxValue;
-  for (const auto& row : kUnits) {
-    if (modelID == row.modelID && param.id == row.paramID) {
-      text << row.unit;
-    }
-  }
-  return text.str();
-}
-
-bool IsInRange(const orvel::ParamDefinition& param, double value) {
-  const double least = param.minValue;
-  const double greatest = param.maxValue;
-  if (param.HasFlag(orvel::kParamFlag_TwoValued)) {
-    return value == least || value == greatest;
-  }
-  return value >= least && value <= greatest &&
-         (!param.HasFlag(orvel::kParamFlag_Stepped) || value == std::floor(value));
-}
-
 std::string SectionNames(const std::vector<orvel::SectionDefinition>& sections) {
   std::string names;
   for (const orvel::SectionDefinition& section : sections) {
@@ -74,14 +51,6 @@ std::string ParamNames(const orvel::SectionDefinition& definition) {
     }
   }
   return names;
-}
-
-bool ParseNumber(std::string_view text, double& number) {
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
-  const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return status == std::errc() && end == text.data() + text.size() && std::isfinite(number);
 }
 
 bool ParseSetting(const std::string& text, const std::vector<orvel::SectionDefinition>& sections,
@@ -152,6 +121,35 @@ std::vector<Setting> ImpliedSwitches(const std::vector<Setting>& settings,
 }
 
 }  // namespace
+
+std::string DescribeRange(const std::string& modelID, const orvel::ParamDefinition& param) {
+  std::ostringstream text;
+  text << param.minValue << (param.HasFlag(orvel::kParamFlag_TwoValued) ? " or " : " to ")
+       << param.maxValue;
+  for (const auto& row : kUnits) {
+    if (modelID == row.modelID && param.id == row.paramID) {
+      text << row.unit;
+    }
+  }
+  return text.str();
+}
+
+bool IsInRange(const orvel::ParamDefinition& param, double value) {
+  const auto single = static_cast<float>(value);
+  if (param.HasFlag(orvel::kParamFlag_TwoValued)) {
+    return single == param.minValue || single == param.maxValue;
+  }
+  return single >= param.minValue && single <= param.maxValue &&
+         (!param.HasFlag(orvel::kParamFlag_Stepped) || single == std::floor(single));
+}
+
+bool ParseNumber(std::string_view text, double& number) {
+  if (text.starts_with('+') && !text.starts_with("+-")) {
+    text.remove_prefix(1);
+  }
+  const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return status == std::errc() && end == text.data() + text.size() && std::isfinite(number);
+}
 
 std::vector<orvel::SectionDefinition> SettableSections(const std::string& mode) {
   if (!mode.empty()) {

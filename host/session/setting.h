@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/session/host.h"
@@ -16,6 +17,14 @@ struct Setting {
 
   friend bool operator==(const Setting&, const Setting&) = default;
 };
+
+/// What a parameter takes, in its unit: "-15 to 6 dB", "0 or 1".
+std::string DescribeRange(const std::string& modelID, const orvel::ParamDefinition& param);
+/// A value within the range; of a switch one of its two, of what has steps a whole one.
+bool IsInRange(const orvel::ParamDefinition& param, double value);
+
+/// Reads a finite number, which may have a sign, and nothing else.
+bool ParseNumber(std::string_view text, double& number);
 
 /// The sections that can be set: those of an adjustments mode in its order, as it is configured
 /// now; or all of them when `mode` is empty, then as the library builds them without a
