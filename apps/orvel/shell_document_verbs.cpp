@@ -1,8 +1,7 @@
-#include <algorithm>
-
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/shell_verbs.h"
 #include "host/catalogue/json_values.h"
+#include "host/session/session_document.h"
 #include "host/session/session_renderer.h"
 
 namespace orvelcli {
@@ -64,8 +63,10 @@ Answer SaveSession(ShellState& state, const Words& words) {
   const std::filesystem::path file =
       words.empty() ? state.file : std::filesystem::path(words.front());
   if (file.empty()) throw orvelhost::EditError("the session has no file yet; give one");
+  const std::filesystem::path place = std::filesystem::absolute(file);
+  if (place != state.file) orvelhost::CheckIsNoOtherFile(file);
   state.editor.Save(file);
-  state.file = std::filesystem::absolute(file);
+  state.file = place;
   return MakeAnswer("saved " + file.string(), "saved", file.string());
 }
 

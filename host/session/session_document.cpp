@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <exception>
 #include <limits>
+#include <stdexcept>
+#include <system_error>
 
 #include "host/audio/audio_error.h"
 #include "host/audio/temporary_file.h"
@@ -153,11 +155,15 @@ std::vector<orvel::ConfigPreset> ReadConfigurations(const JSONValuePtr& root) {
   return configurations;
 }
 
+bool IsSession(const JSONValuePtr& root) {
+  const auto* format = boost::any_cast<std::string>(GetVariantInObject(root, "format").get());
+  return format != nullptr && *format == kFormat;
+}
+
 SessionDocument Parse(const std::string& text, const fs::path& folder) {
   const JSONValuePtr root = JSONParse(text);
   if (!root) throw SessionError("is damaged: it is not well-formed JSON");
-  const auto* format = boost::any_cast<std::string>(GetVariantInObject(root, "format").get());
-  if (format == nullptr || *format != kFormat) throw SessionError("is no session");
+  if (!IsSession(root)) throw SessionError("is no session");
   const std::int64_t version = GetMember<std::int64_t>(root, "version", "it");
   if (version > kVersion) {
     throw SessionError("was saved by a newer version of this program (format " +
@@ -240,6 +246,19 @@ SessionDocument ParseSession(const std::string& text, const fs::path& folder) {
 
 void WriteSession(const SessionDocument& document, const fs::path& file) {
   WriteTextFile(file, FormatSession(document, fs::absolute(file).parent_path().lexically_normal()));
+}
+
+void CheckIsNoOtherFile(const fs::path& file) {
+  std::error_code error;
+  if (!fs::is_regular_file(file, error)) return;  // what is none is refused by who writes
+  bool isSession = false;
+  try {
+    const JSONValuePtr root = JSONParse(ReadTextFile(file));
+    isSession = root && IsSession(root);
+  } catch (const std::runtime_error&) {
+    // Nobody knows what it is.
+  }
+  if (!isSession) throw SessionError(Quoted(file) + " exists and is no session; give another name");
 }
 
 SessionDocument ReadSession(const fs::path& file) {

@@ -54,4 +54,7 @@ SessionDocument ParseSession(const std::string& text, const std::filesystem::pat
 void WriteSession(const SessionDocument& document, const std::filesystem::path& file);
 SessionDocument ReadSession(const std::filesystem::path& file);
 
+/// Raises SessionError for a file that is there and is no session, of whatever version.
+void CheckIsNoOtherFile(const std::filesystem::path& file);
+
 }  // namespace orvelhost

@@ -270,7 +270,7 @@ TEST_F(SessionCommands, ACommandThatFailsChangesNothingAndTheShellGoesOn) {
       {"set volume.Volume", "write set"},
       {"set volume.Volume loud", "'loud' is no number"},
       {"set volume.Volume 7", "-15 to 6"},
-      {"set volume.Enabled 0.5", "0 to 1"},
+      {"set volume.Enabled 0.5", "0 or 1"},
       {"set volume.Loud 1", "'volume.Loud'"},
       {"set loudness.MeasuredLoudness 1", "only be read"},
       {"drag volume.Volume 1 2 70", "-15 to 6"},
@@ -279,6 +279,7 @@ TEST_F(SessionCommands, ACommandThatFailsChangesNothingAndTheShellGoesOn) {
       {"open broken.orvelsession", "damaged"},
       {"save", "no file yet"},
       {"save no/day.orvelsession", "'no/day.orvelsession'"},
+      {"save c.wav", "'c.wav' exists and is no session"},
       {"select 'all", "quote"},
       {"'' x", "no command ''"},
   };
