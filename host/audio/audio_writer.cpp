@@ -37,15 +37,11 @@ constexpr std::array<FileKind, 2> kFileKinds = {{
 // clang-format on
 
 const FileKind* FindKind(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
-  for (char& letter : extension) {
-    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-  }
-  const auto kind = std::ranges::find(kFileKinds, extension, &FileKind::extension);
+  const auto kind = std::ranges::find(kFileKinds, EndingOf(path), &FileKind::extension);
   return kind == kFileKinds.end() ? nullptr : &*kind;
 }
 
-/// The sample in the upper 24 bits, as the encoder takes it.
+/// The sample, limited to full scale, in the upper 24 bits, as the encoder takes it.
 std::int32_t To24Bit(float sample) {
   constexpr double kFullScale = 8388608.0;
   const double value = std::trunc(static_cast<double>(sample) * kFullScale);
@@ -53,6 +49,14 @@ std::int32_t To24Bit(float sample) {
 }
 
 }  // namespace
+
+std::string EndingOf(const std::filesystem::path& file) {
+  std::string ending = file.extension().string();
+  for (char& letter : ending) {
+    letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  }
+  return ending;
+}
 
 class AudioWriter::Encoder {
  public:
@@ -76,9 +80,12 @@ class AudioWriter::Encoder {
     for (int channel = 0; channel < format_.channelCount; ++channel) {
       std::size_t index = old + static_cast<std::size_t>(channel);
       for (const float sample : block.Channel(channel)) {
-        pending_[index] = kind_->sampleFormat == AV_SAMPLE_FMT_FLT
-                              ? std::bit_cast<std::int32_t>(sample)
-                              : To24Bit(sample);
+        if (kind_->sampleFormat == AV_SAMPLE_FMT_FLT) {
+          pending_[index] = std::bit_cast<std::int32_t>(sample);
+        } else {
+          pending_[index] = To24Bit(sample);
+          if (std::abs(sample) > 1.0f) ++cutOffCount_;
+        }
         index += channels;
       }
     }
@@ -89,6 +96,8 @@ class AudioWriter::Encoder {
     }
     pending_.erase(pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>(done));
   }
+
+  std::int64_t CutOffCount() const { return cutOffCount_; }
 
   void Commit(bool replace) {
     if (!pending_.empty()) {
@@ -203,16 +212,9 @@ class AudioWriter::Encoder {
   }
 
   static int WriteBytes(void* file, std::uint8_t* bytes, int count) {
-    const int descriptor = static_cast<TemporaryFile*>(file)->Descriptor();
-    for (int done = 0; done < count;) {
-      const ssize_t written =
-          write(descriptor, bytes + done, static_cast<std::size_t>(count - done));
-      if (written < 0 && errno != EINTR) {
-        return -errno;
-      }
-      done += static_cast<int>(std::max<ssize_t>(written, 0));
-    }
-    return count;
+    const int error =
+        static_cast<TemporaryFile*>(file)->Write(bytes, static_cast<std::size_t>(count));
+    return error == 0 ? count : -error;
   }
 
   static std::int64_t Seek(void* file, std::int64_t offset, int whence) {
@@ -236,6 +238,7 @@ class AudioWriter::Encoder {
   ffmpeg::PacketPtr packet_{av_packet_alloc()};
   std::size_t frameSize_ = 0;
   std::int64_t position_ = 0;
+  std::int64_t cutOffCount_ = 0;
   /// Interleaved samples that do not fill a frame yet; floats stand here by their bits.
   std::vector<std::int32_t> pending_;
 };
@@ -247,6 +250,7 @@ AudioWriter::AudioWriter(AudioWriter&&) noexcept = default;
 AudioWriter& AudioWriter::operator=(AudioWriter&&) noexcept = default;
 
 void AudioWriter::Write(const AudioBlock& block) { encoder_->Write(block); }
+std::int64_t AudioWriter::CutOffCount() const { return encoder_->CutOffCount(); }
 void AudioWriter::Commit(bool replace) { encoder_->Commit(replace); }
 
 bool AudioWriter::IsSupported(const std::filesystem::path& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -7,6 +8,9 @@
 #include "host/audio/audio_block.h"
 
 namespace orvelhost {
+
+/// How the name ends, with the point, in small letters.
+std::string EndingOf(const std::filesystem::path& file);
 
 /// Writes a WAV or FLAC file, by the name's ending, block by block.
 ///
@@ -25,6 +29,9 @@ class AudioWriter {
 
   /// Appends a block of the file's format. Throws AudioError when the device is full or fails.
   void Write(const AudioBlock& block);
+
+  /// How many of the samples so far lay beyond full scale, where the file ends and they did not.
+  std::int64_t CutOffCount() const;
 
   /// Completes the file and gives it its name, in the place of an older one if `replace` is set.
   /// Throws AudioError.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <random>
 #include <string>
 #include <system_error>
@@ -38,6 +39,32 @@ bool IsRemoved(int descriptor) {
   return fstat(descriptor, &status) == 0 && status.st_nlink == 0;
 }
 
+/// Where a file of this name is written, also behind a link that leads to nothing yet. One that
+/// leads in a circle stays, and cannot be written.
+std::filesystem::path FollowLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system itself follows
+  std::error_code error;
+  for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links) {
+    const std::filesystem::path next = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / next;
+  }
+  return path;
+}
+
+/// Of a file that is to be replaced; none where there is no file.
+std::optional<mode_t> PermissionsOf(const std::filesystem::path& target) {
+  struct stat status {};
+  if (stat(target.c_str(), &status) != 0) {
+    if (errno == ELOOP) Fail(target, errno);
+    return std::nullopt;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw AudioError("cannot write " + Quoted(target) + ": it is no regular file");
+  }
+  return status.st_mode & 0777;
+}
+
 std::filesystem::path FolderOf(const std::filesystem::path& target) {
   return target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
 }
@@ -53,9 +80,10 @@ int RenameToNew(const std::filesystem::path& from, const std::filesystem::path& 
 }  // namespace
 
 void TemporaryFile::ClearAbandoned(const std::filesystem::path& target) {
-  const std::string prefix = PrefixOf(target);
+  const std::filesystem::path place = FollowLinks(target);
+  const std::string prefix = PrefixOf(place);
   std::error_code error;
-  for (std::filesystem::directory_iterator entry(FolderOf(target), error), end;
+  for (std::filesystem::directory_iterator entry(FolderOf(place), error), end;
        !error && entry != end; entry.increment(error)) {
     const std::string name = entry->path().filename().string();
     if (!name.starts_with(prefix) ||
@@ -71,14 +99,16 @@ void TemporaryFile::ClearAbandoned(const std::filesystem::path& target) {
   }
 }
 
-TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(target) {
-  ClearAbandoned(target);
+TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(FollowLinks(target)) {
+  // Until it takes the permissions of a target, nobody else may read what that one may hide.
+  const mode_t mode = PermissionsOf(target_) ? 0600 : 0666;
+  ClearAbandoned(target_);
   std::random_device random;
   // Another program may hold the name, so a few are tried. The mode leaves the rest to the umask.
   constexpr int kTries = 16;
   for (int tries = 0; tries < kTries && descriptor_ < 0; ++tries) {
-    path_ = FolderOf(target) / PrefixOf(target).append(std::to_string(random()));
-    descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    path_ = FolderOf(target_) / PrefixOf(target_).append(std::to_string(random()));
+    descriptor_ = open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (descriptor_ < 0 && errno != EEXIST) {
       break;
     }
@@ -90,7 +120,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(targ
     }
   }
   if (descriptor_ < 0) {
-    Fail(target, errno);
+    Fail(target_, errno);
   }
 }
 
@@ -101,7 +131,22 @@ TemporaryFile::~TemporaryFile() {
   }
 }
 
+int TemporaryFile::Write(const void* bytes, std::size_t count) const {
+  const char* next = static_cast<const char*>(bytes);
+  while (count > 0) {
+    const ssize_t written = write(descriptor_, next, count);
+    if (written < 0 && errno != EINTR) return errno;
+    if (written <= 0) continue;
+    next += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return 0;
+}
+
 void TemporaryFile::Commit(bool replace) {
+  if (const auto permissions = PermissionsOf(target_); permissions && replace) {
+    static_cast<void>(fchmod(descriptor_, *permissions));  // its failure loses nothing
+  }
   if (fsync(descriptor_) != 0 ||
       (replace ? rename(path_.c_str(), target_.c_str()) : RenameToNew(path_, target_)) != 0) {
     Fail(target_, errno);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 
 namespace orvelhost {
 
-/// A file under a passing name beside `target` that takes the target's name when it is complete.
+/// A file under a passing name beside `target` that takes the target's name when it is complete,
+/// and the permissions of an older file of that name. A link stays, and its target is written.
 /// Whatever goes wrong before that leaves the target as it was, and the folder without the file. A
 /// process that is killed leaves the file, until somebody writes to the same target, or clears it.
 class TemporaryFile {
@@ -13,18 +15,21 @@ class TemporaryFile {
   static void ClearAbandoned(const std::filesystem::path& target);
 
   /// Creates the file, and clears those that were abandoned. Throws AudioError when the folder is
-  /// missing or not writable.
+  /// missing or not writable, and for a target that is a device, a folder or a pipe.
   explicit TemporaryFile(const std::filesystem::path& target);
   /// Removes the file unless it was committed.
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  /// The name that the file takes.
+  /// The name that the file takes, behind links.
   const std::filesystem::path& Target() const { return target_; }
 
   /// The open file, for reading and writing; owned by this object.
   int Descriptor() const { return descriptor_; }
+
+  /// Appends the bytes. Returns 0, or the system's error number.
+  int Write(const void* bytes, std::size_t count) const;
 
   /// Waits until the content is on the disk, then gives the file the target's name, in the place of
   /// an older one if `replace` is set. Throws AudioError.

@@ -26,8 +26,6 @@ std::string Text(double value) {
   return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
-double Factor(double decibels) { return std::pow(10.0, decibels / 20.0); }
-
 FilterSpec Gain(double factor) {
   return {"volume", {{"volume", Text(factor)}, {"precision", "double"}}};
 }

@@ -3,15 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "host/audio/decibels.h"
 #include "host/audio/filter_graph.h"
 
 namespace orvelhost {
 
 /// With all digits, so that the filter computes with the very number that was meant.
 std::string Text(double value);
-
-/// The factor behind a level in dB.
-double Factor(double decibels);
 
 /// Multiplies by `factor`, which may be negative.
 FilterSpec Gain(double factor);

@@ -1,11 +1,8 @@
 #include "host/picture/canvas.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <new>
 #include <system_error>
-
-#include <unistd.h>
 
 // The macros of these headers are written for C.
 #pragma GCC diagnostic push
@@ -28,21 +25,14 @@ struct FreeBy {
 
 /// Where the bytes of the PNG go, and what went wrong there.
 struct Output {
-  int descriptor;
+  const TemporaryFile& file;
   int error = 0;
 };
 
 cairo_status_t WriteBytes(void* closure, const unsigned char* bytes, unsigned count) {
   Output& output = *static_cast<Output*>(closure);
-  for (unsigned done = 0; done < count;) {
-    const ssize_t written = write(output.descriptor, bytes + done, count - done);
-    if (written < 0 && errno != EINTR) {
-      output.error = errno;
-      return CAIRO_STATUS_WRITE_ERROR;
-    }
-    done += static_cast<unsigned>(std::max<ssize_t>(written, 0));
-  }
-  return CAIRO_STATUS_SUCCESS;
+  output.error = output.file.Write(bytes, count);
+  return output.error == 0 ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
 }  // namespace
@@ -150,7 +140,7 @@ Canvas::Clip::Clip(Canvas& canvas, const Box& box) : canvas_(canvas) {
 Canvas::Clip::~Clip() { cairo_restore(canvas_.surface_->Cairo()); }
 
 void Canvas::WritePng(TemporaryFile& file) {
-  Output output{file.Descriptor()};
+  Output output{file};
   const cairo_status_t status =
       cairo_surface_write_to_png_stream(surface_->Image(), &WriteBytes, &output);
   if (status != CAIRO_STATUS_SUCCESS) {

@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/audio/decibels.h"
 #include "host/picture/panels.h"
 
 namespace orvelhost {
 namespace {
-
-double AmplitudeOf(double decibels) { return std::pow(10.0, decibels / 20.0); }
 
 /// The columns that fall on each pixel, in one.
 std::vector<WaveColumn> ByPixels(const std::vector<WaveColumn>& columns, const Axis& time,
@@ -63,9 +62,9 @@ std::vector<Tick> AmplitudeTicks(double top, const Axis& level) {
   constexpr double kRoom = 19.0;  // pixels
   std::vector<Tick> ticks;
   const double zero = level.At(0.0);
-  for (double decibels = top; ticks.empty() || zero - level.At(AmplitudeOf(decibels)) >= kRoom;
+  for (double decibels = top; ticks.empty() || zero - level.At(Factor(decibels)) >= kRoom;
        decibels -= 6.0) {
-    const double amplitude = AmplitudeOf(decibels);
+    const double amplitude = Factor(decibels);
     if (ticks.empty() || level.At(amplitude) - level.At(ticks.back().value) >= kRoom) {
       ticks.push_back({amplitude, NumberText(decibels, 0)});
     }
@@ -80,7 +79,7 @@ void DrawWaves(Canvas& canvas, const Box& box, const Scales& scales, const Sound
                const Inks& inks, const std::optional<LoudnessTarget>& loudness) {
   const Axis time = TimeAxis(box, scales);
   const double count = static_cast<double>(portrait.lanes.size());
-  const double top = AmplitudeOf(scales.waveTop);
+  const double top = Factor(scales.waveTop);
   const double end = time.At(portrait.Duration());
   std::vector<Tick> times = TimeTicks(scales.seconds);
   for (Tick& tick : times) {
@@ -97,7 +96,7 @@ void DrawWaves(Canvas& canvas, const Box& box, const Scales& scales, const Sound
     DrawLane(canvas, part, time, level, portrait.lanes[lane], secondsPerColumn, inks);
     if (loudness && loudness->ceiling <= scales.waveTop) {
       for (const double side : {-1.0, 1.0}) {
-        const double y = level.At(side * AmplitudeOf(loudness->ceiling));
+        const double y = level.At(side * Factor(loudness->ceiling));
         canvas.Line({{box.left, y}, {box.Right(), y}}, 1.5, kInk, 6.0);
       }
     }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <memory>
 #include <system_error>
 
 #include "host/analysis/audio_source.h"
@@ -13,6 +12,7 @@
 #include "host/analysis/progress.h"
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_writer.h"
+#include "host/audio/decibels.h"
 #include "host/audio/filter_graph.h"
 #include "host/audio/temporary_file.h"
 #include "host/effects/effect_catalogue.h"
@@ -84,7 +84,7 @@ Levels MeasureShaped(const EffectChain& chain, const EffectContext& context, Aud
   FilteredSource shaped(source, filters);
   ProgressingReader reader(shaped, progress);
   LevelMeter meter(shaped.Format());
-  const auto factor = static_cast<float>(std::pow(10.0, gain / 20.0));
+  const auto factor = static_cast<float>(Factor(gain));
   AudioBlock block;
   while (reader.Read(block)) {
     for (int channel = 0; gain != 0.0 && channel < block.ChannelCount(); ++channel) {
@@ -345,9 +345,21 @@ class Rendering {
                          .loudness = report_.chain.Loudness()},
                         *picture);
     }
+    if (const std::int64_t count = writer.CutOffCount(); count > 0) {
+      report_.notes.push_back(std::to_string(count) +
+                              (count == 1 ? " sample was" : " samples were") +
+                              " cut off at full scale; WAV or a lower volume keeps them");
+    }
     input_.CheckUnchanged();
-    writer.Commit(request_.replaceOutput);
+    // The output comes last: once it is there, all is.
     if (picture) picture->Commit(request_.replaceOutput);
+    try {
+      writer.Commit(request_.replaceOutput);
+    } catch (const AudioError&) {
+      std::error_code error;
+      if (picture) std::filesystem::remove(picture->Target(), error);
+      throw;
+    }
   }
 
   bool HasPicture() const { return !request_.picture.empty() && !request_.isDryRun; }

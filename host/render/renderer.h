@@ -54,7 +54,8 @@ using MainThreadCaller = std::function<void(const std::function<void()>& call)>;
 ///
 /// All calls of the library go through `onMainThread`, so that renders run side by side. Throws
 /// AudioError, with output and picture as they were before and nothing left behind, also for an
-/// input that changes meanwhile, and Cancelled.
+/// input that changes meanwhile, and Cancelled. An older picture may be gone when nothing but the
+/// output's name could not be given.
 RenderReport Render(const Host& host, const RenderRequest& request,
                     const MainThreadCaller& onMainThread);
 

@@ -5,8 +5,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include <unistd.h>
-
 #include "host/audio/audio_error.h"
 #include "host/audio/temporary_file.h"
 
@@ -36,15 +34,13 @@ std::string ReadTextFile(const std::filesystem::path& path) {
 }
 
 void WriteTextFile(const std::filesystem::path& path, const std::string& text) {
+  const auto fail = [&path](const std::string& cause) {
+    throw AudioError("cannot write " + Quoted(path) + ": " + cause);
+  };
+  if (static_cast<std::streamoff>(text.size()) > kMaxLength) fail("it is too long");
   TemporaryFile file(path);
-  for (std::size_t done = 0; done < text.size();) {
-    const ssize_t count = write(file.Descriptor(), text.data() + done, text.size() - done);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) {
-      throw AudioError("cannot write " + Quoted(path) + ": " +
-                       std::generic_category().message(errno));
-    }
-    done += static_cast<std::size_t>(count);
+  if (const int error = file.Write(text.data(), text.size()); error != 0) {
+    fail(std::generic_category().message(error));
   }
   file.Commit();
 }

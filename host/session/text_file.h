@@ -8,7 +8,8 @@ namespace orvelhost {
 /// Reads a whole file of at most 256 MiB. Raises std::runtime_error, which names the file.
 std::string ReadTextFile(const std::filesystem::path& path);
 
-/// Puts `text` in the place of the file, whole or not at all. Raises AudioError.
+/// Puts `text`, of at most 256 MiB, in the place of the file, whole or not at all. Raises
+/// AudioError.
 void WriteTextFile(const std::filesystem::path& path, const std::string& text);
 
 }  // namespace orvelhost

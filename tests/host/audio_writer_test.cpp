@@ -61,6 +61,22 @@ TEST(AudioWriter, SixteenBitSamplesPassThroughFlacUnchanged) {
   }
 }
 
+TEST(AudioWriter, KeepsLinksAndPermissionsAndReplacesNoDevice) {
+  namespace fs = std::filesystem;
+  const TemporaryFolder folder;
+  const AudioBlock signal = Make(44100, 1, 0.1, Noise(0.5));
+  WriteBytes(folder / "there.wav", "as it was");
+  fs::permissions(folder / "there.wav", fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("there.wav", folder / "link.wav");
+  WriteFile(folder / "link.wav", signal);
+  EXPECT_TRUE(fs::is_symlink(folder / "link.wav"));
+  EXPECT_TRUE(HaveSameSamples(ReadFile(folder / "there.wav"), signal));
+  EXPECT_EQ(fs::status(folder / "there.wav").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  fs::create_symlink("/dev/null", folder / "device.wav");
+  EXPECT_THROW(AudioWriter(folder / "device.wav", signal.Format()), AudioError);
+}
+
 TEST(AudioWriter, RefusesWhatItCannotWriteAndLeavesNothingBehind) {
   const TemporaryFolder folder;
   const struct {

@@ -143,6 +143,19 @@ TEST(Picture, GoesWithItsOutputOrBothStayAway) {
   Render(host, request);
   EXPECT_THAT(testing::ReadBytes(folder / "old.png"), HasSubstr("IHDR"));
   EXPECT_EQ(folder.FileNames().size(), 3U);
+
+  request.replaceOutput = false;
+  request.output = folder / "late.wav";
+  request.picture = folder / "late.png";
+  for (const char* name : {"late.wav", "late.png"}) {
+    request.progress = [&](double) {
+      testing::WriteBytes(folder / name, "of another program");
+      return true;
+    };
+    EXPECT_THROW(Render(host, request), AudioError);
+    EXPECT_EQ(folder.FileNames().size(), 4U) << name;
+    std::filesystem::remove(folder / name);
+  }
 }
 
 }  // namespace

@@ -57,6 +57,12 @@ TEST_F(RendererTest, NeutralSettingsGiveBackTheSamples) {
       Rendered({"volume.Volume=5", "volume.Enabled=0", "pan.Pan=5", "pan.Enabled=0"}), signal));
 }
 
+TEST_F(RendererTest, WhatAFileCutsOffIsTold) {
+  WriteFile(folder_ / "in.wav", Make(48000, 1, 0.1, Sine(1.5)));
+  EXPECT_THAT(RenderWith({}, "out.flac").notes, ElementsAre(HasSubstr(" samples were cut off")));
+  EXPECT_THAT(RenderWith({}, "out.wav").notes, IsEmpty());
+}
+
 TEST_F(RendererTest, TheVolumeSectionsGainIsRight) {
   WriteFile(folder_ / "in.wav", Make(48000, 1, 0.6, Sine(0.25)));
   for (const double gain : {-15.0, -6.0, -0.5, 0.0, 3.0, 6.0}) {
