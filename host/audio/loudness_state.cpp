@@ -10,24 +10,26 @@ extern "C" {
 namespace orvelhost {
 namespace {
 
-// The weights of the channels (ITU-R BS.1770-4): surrounds count more, and low frequency effects
-// not at all. The measuring library's own guess goes by the number of channels alone.
+// The weights of the channels (ITU-R BS.1770-4, Table 4): speakers of the middle layer between 60
+// and 120 degrees to the side count more, and low frequency effects not at all. Back speakers stand
+// there where there are none at the sides, as in 5.1. The measuring library's own guess goes by the
+// number of channels alone.
 void SetChannels(ebur128_state& state, const AudioFormat& format) {
   constexpr std::uint64_t kEffects = AV_CH_LOW_FREQUENCY | AV_CH_LOW_FREQUENCY_2;
-  constexpr std::uint64_t kSurrounds = AV_CH_BACK_LEFT | AV_CH_BACK_RIGHT | AV_CH_BACK_CENTER |
-                                       AV_CH_SIDE_LEFT | AV_CH_SIDE_RIGHT | AV_CH_TOP_BACK_LEFT |
-                                       AV_CH_TOP_BACK_CENTER | AV_CH_TOP_BACK_RIGHT |
-                                       AV_CH_SURROUND_DIRECT_LEFT | AV_CH_SURROUND_DIRECT_RIGHT;
+  constexpr std::uint64_t kSides = AV_CH_SIDE_LEFT | AV_CH_SIDE_RIGHT;
+  constexpr std::uint64_t kBacks =
+      AV_CH_BACK_LEFT | AV_CH_BACK_RIGHT | AV_CH_SURROUND_DIRECT_LEFT | AV_CH_SURROUND_DIRECT_RIGHT;
   constexpr unsigned kUsual = 6;  // up to 5.1 the guess is good where nothing else is known
   const auto count = static_cast<unsigned>(format.channelCount);
   if (count < 2 || (format.speakers == 0 && count <= kUsual)) return;
   std::uint64_t speakers = format.speakers;
+  const std::uint64_t surrounds = (speakers & kSides) != 0 ? kSides : kBacks;
   for (unsigned channel = 0; channel < count; ++channel) {
     const std::uint64_t speaker = speakers & (~speakers + 1);  // the lowest that is left
     speakers &= ~speaker;
     int weight = EBUR128_LEFT;
     if ((speaker & kEffects) != 0) weight = EBUR128_UNUSED;
-    if ((speaker & kSurrounds) != 0) weight = EBUR128_LEFT_SURROUND;
+    if ((speaker & surrounds) != 0) weight = EBUR128_LEFT_SURROUND;
     ebur128_set_channel(&state, channel, weight);
   }
 }

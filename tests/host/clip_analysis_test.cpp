@@ -49,8 +49,15 @@ TEST(ClipAnalysis, ChannelsCountByTheSpeakerThatTheyAreFor) {
   };
   const double fronts = loudness(0x1 | 0x2 | 0x8, 0.0);
   EXPECT_NEAR(loudness(0x1 | 0x2 | 0x8, 0.9), fronts, 0.01) << "effects are no loudness";
-  // 1.41 times the power of a third of three (ITU-R BS.1770-4).
-  EXPECT_NEAR(loudness(0x1 | 0x2 | 0x200, 0.1), fronts + 10.0 * std::log10(3.41 / 2.0), 0.01);
+  // 1.41 times the power to the sides (ITU-R BS.1770-4): side left, back left where it stands for
+  // that, and neither back left behind it, here the second, nor back centre.
+  const std::pair<std::uint64_t, double> thirds[] = {{0x1 | 0x2 | 0x200, 3.41},
+                                                     {0x1 | 0x2 | 0x10, 3.41},
+                                                     {0x1 | 0x10 | 0x200, 3.41},
+                                                     {0x1 | 0x2 | 0x100, 3.0}};
+  for (const auto& [speakers, power] : thirds) {
+    EXPECT_NEAR(loudness(speakers, 0.1), fronts + 10.0 * std::log10(power / 2.0), 0.01) << speakers;
+  }
 }
 
 TEST(ClipAnalysis, TruePeakFindsWhatLiesBetweenSamples) {
