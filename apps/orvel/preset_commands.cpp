@@ -5,7 +5,6 @@
 #include <iostream>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"

@@ -162,13 +162,4 @@ std::optional<Beats> StraightenBeats(const MusicFeatures& features) {
   return beats;
 }
 
-std::optional<Beats> FindBeats(AudioSource& source, const Progress& progress) {
-  MusicListener listener(source.Format());
-  ProgressingReader reader(source, progress);
-  for (AudioBlock block; reader.Read(block);) {
-    listener.Add(block);
-  }
-  return StraightenBeats(listener.Finish());
-}
-
 }  // namespace orvelhost

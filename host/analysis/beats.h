@@ -3,9 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "host/analysis/audio_source.h"
 #include "host/analysis/music_features.h"
-#include "host/analysis/progress.h"
 
 namespace orvelhost {
 
@@ -20,8 +18,5 @@ struct Beats {
 /// gaps are filled, and the grid is led on to both ends of the clip. None when there is no steady
 /// beat, as in speech, noise and silence, or when fewer than eight beats were heard.
 std::optional<Beats> StraightenBeats(const MusicFeatures& features);
-
-/// The beats of a source. Throws AudioError when reading fails, and Cancelled.
-std::optional<Beats> FindBeats(AudioSource& source, const Progress& progress = {});
 
 }  // namespace orvelhost

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <exception>
 #include <functional>
-#include <utility>
 
 #include "host/catalogue/mode_catalogue.h"
 

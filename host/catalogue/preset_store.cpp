@@ -1,8 +1,6 @@
 #include "host/catalogue/preset_store.h"
 
 #include <algorithm>
-#include <tuple>
-#include <utility>
 
 #include "host/catalogue/mode_catalogue.h"
 

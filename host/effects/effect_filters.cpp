@@ -17,24 +17,23 @@ namespace {
 struct Realisation {
   const std::u16string& componentId;
   std::vector<FilterSpec> (*build)(EffectValues values, const EffectContext& context);
-  EffectNeeds needs;
 };
 
 const Realisation* FindRealisation(const std::u16string& componentId) {
   using namespace teskaudiofilters;
   // clang-format off
   static const std::array<Realisation, 10> realisations = {{
-      // effect                       filters             hum    noise
-      { kHardLimiterID,              &HardLimiter,       {false, false} },
-      { kStereoExpanderID,           &StereoExpander,    {false, false} },
-      { kAdaptiveNoiseReductionID,   &NoiseReduction,    {true,  true}  },
-      { kIzotopeDeHummerID,          &DeHummer,          {true,  false} },
-      { kIzotopeDeEsserID,           &DeEsser,           {false, false} },
-      { kFFTFilterID,                &FftFilter,         {false, false} },
-      { kDynamicsID,                 &Dynamics,          {false, false} },
-      { kGraphicEQ10BandsID,         &GraphicEqualizer,  {false, false} },
-      { kIzotopeVocalEnhancerID,     &VocalEnhancer,     {false, false} },
-      { kStudioReverbID,             &StudioReverb,      {false, false} },
+      // effect                       filters
+      { kHardLimiterID,              &HardLimiter },
+      { kStereoExpanderID,           &StereoExpander },
+      { kAdaptiveNoiseReductionID,   &NoiseReduction },
+      { kIzotopeDeHummerID,          &DeHummer },
+      { kIzotopeDeEsserID,           &DeEsser },
+      { kFFTFilterID,                &FftFilter },
+      { kDynamicsID,                 &Dynamics },
+      { kGraphicEQ10BandsID,         &GraphicEqualizer },
+      { kIzotopeVocalEnhancerID,     &VocalEnhancer },
+      { kStudioReverbID,             &StudioReverb },
   }};
   // clang-format on
   const auto found = std::ranges::find_if(
@@ -59,11 +58,6 @@ std::vector<FilterSpec> EffectFilters(const std::u16string& componentId,
         index < normalized.size() ? normalized[index] : std::numeric_limits<float>::quiet_NaN()));
   }
   return realisation->build(values, context);
-}
-
-EffectNeeds NeedsOf(const std::u16string& componentId) {
-  const Realisation* realisation = FindRealisation(componentId);
-  return realisation == nullptr ? EffectNeeds() : realisation->needs;
 }
 
 std::vector<FilterSpec> PanFilters(double pan, int channelCount) {

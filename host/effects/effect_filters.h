@@ -18,13 +18,6 @@ std::vector<FilterSpec> EffectFilters(const std::u16string& componentId,
                                       std::span<const float> normalized,
                                       const EffectContext& context);
 
-/// What of the clip an effect has to know, to be stored in an EffectContext.
-struct EffectNeeds {
-  bool hum = false;
-  bool noise = false;
-};
-EffectNeeds NeedsOf(const std::u16string& componentId);
-
 /// The filters that place the clip at `pan`, -1 (left) to 1 (right). The channel away from it is
 /// attenuated linearly, to nothing at the end, and the other kept: 0 dB in the centre, nowhere
 /// louder. Mono becomes stereo. None at 0, and for more than two channels.

@@ -1,7 +1,6 @@
 #include "host/factory/equalizer_presets.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "host/factory/effect_settings.h"
 

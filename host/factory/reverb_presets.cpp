@@ -1,7 +1,5 @@
 #include "host/factory/reverb_presets.h"
 
-#include <vector>
-
 #include "host/factory/effect_settings.h"
 
 namespace orvelhost {

@@ -56,17 +56,6 @@ std::vector<FilterSpec> ChainFilters(const EffectChain& chain, const EffectConte
   return filters;
 }
 
-EffectNeeds NeedsOf(const EffectChain& chain) {
-  EffectNeeds needs;
-  for (const EffectSlot& slot : chain.Slots()) {
-    if (slot.enabled) {
-      const EffectNeeds more = NeedsOf(slot.componentId);
-      needs = {needs.hum || more.hum, needs.noise || more.noise};
-    }
-  }
-  return needs;
-}
-
 std::vector<std::string> UnheardEffects(const EffectChain& chain, int channelCount) {
   const EffectContext asItIs = {{48000, channelCount}};
   const EffectContext stereo = {{48000, 2}};

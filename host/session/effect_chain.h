@@ -51,7 +51,7 @@ class EffectChain {
 
   /// None while the clip stays as loud as it is.
   const std::optional<LoudnessTarget>& Loudness() const { return loudness_; }
-  /// In dB; the effects before it are not taken into account.
+  /// In dB. Sections set it by the clip as it is; a render, by what the effects make of it.
   double LoudnessGain() const { return loudnessGain_; }
   void SetLoudness(const std::optional<LoudnessTarget>& target, double gain) {
     loudness_ = target;
@@ -71,9 +71,6 @@ std::vector<FilterSpec> ChainFilters(const EffectChain& chain, const EffectConte
 
 /// Those of them before the gain for the loudness.
 std::vector<FilterSpec> ShapingFilters(const EffectChain& chain, const EffectContext& context);
-
-/// What of the clip the effects that are switched on have to know.
-EffectNeeds NeedsOf(const EffectChain& chain);
 
 /// The names of the effects, and "Pan", that would be heard on stereo and change nothing on audio
 /// of `channelCount` channels.

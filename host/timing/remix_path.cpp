@@ -119,8 +119,7 @@ class Ways {
   std::vector<std::int16_t> taken_;
 };
 
-}  // namespace
-
+/// How many frames the clip has when it takes the joins.
 std::int64_t LengthOfPath(const RemixMap& map, const std::vector<RemixJoin>& joins) {
   std::int64_t length = map.frameCount;
   for (const RemixJoin& join : joins) {
@@ -129,6 +128,8 @@ std::int64_t LengthOfPath(const RemixMap& map, const std::vector<RemixJoin>& joi
   }
   return length;
 }
+
+}  // namespace
 
 std::vector<RemixJoin> FindRemixPath(const RemixMap& map, std::int64_t frameCount,
                                      bool favorShortSegments) {

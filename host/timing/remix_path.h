@@ -11,7 +11,4 @@ namespace orvelhost {
 std::vector<RemixJoin> FindRemixPath(const RemixMap& map, std::int64_t frameCount,
                                      bool favorShortSegments);
 
-/// How many frames the clip has when it takes the joins.
-std::int64_t LengthOfPath(const RemixMap& map, const std::vector<RemixJoin>& joins);
-
 }  // namespace orvelhost

@@ -1,7 +1,6 @@
 #include "host/timing/stretch.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -124,13 +123,6 @@ std::unique_ptr<AudioSource> Stretch(std::unique_ptr<AudioSource> input,
     return input;
   }
   return std::make_unique<StretchedSource>(std::move(input), inputFrameCount, frameCount);
-}
-
-std::int64_t CountFrames(AudioSource& source, const Progress& progress) {
-  ProgressingReader reader(source, progress);
-  for (AudioBlock block; reader.Read(block);) {
-  }
-  return reader.FrameCount();
 }
 
 }  // namespace orvelhost

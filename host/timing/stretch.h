@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "host/analysis/audio_source.h"
-#include "host/analysis/progress.h"
 #include "host/timing/duration_range.h"
 
 namespace orvelhost {
@@ -17,8 +16,5 @@ DurationRange StretchRange(double duration);
 /// at the end. Equal counts leave the samples as they are. Throws AudioError when reading fails.
 std::unique_ptr<AudioSource> Stretch(std::unique_ptr<AudioSource> input,
                                      std::int64_t inputFrameCount, std::int64_t frameCount);
-
-/// Reads the source to its end.
-std::int64_t CountFrames(AudioSource& source, const Progress& progress = {});
 
 }  // namespace orvelhost

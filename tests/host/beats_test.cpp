@@ -9,7 +9,11 @@
 namespace orvelhost::testing {
 namespace {
 
-std::optional<Beats> Find(const AudioBlock& audio) { return FindBeats(*OpenerOf(audio)()); }
+std::optional<Beats> Find(const AudioBlock& audio) {
+  MusicListener listener(audio.Format());
+  listener.Add(audio);
+  return StraightenBeats(listener.Finish());
+}
 
 TEST(Beats, LieOnTheClicksOfATrackFromItsBeginToItsEnd) {
   for (const int sampleRate : {44100, 48000}) {
