@@ -10,7 +10,8 @@
 
 namespace orvelhost {
 
-/// A chain of filters that can be changed while audio runs through it. A running filter is never
+/// A chain of filters that can be changed while audio runs through it: for a player, which plays a
+/// clip while its controls are moved. None of the programs here plays. A running filter is never
 /// touched, as its options step at the borders of its frames. A new graph is brought up on the last
 /// stretch of input instead, and then crossfaded into; as graphs put each sample at its place, the
 /// two agree to the sample wherever they do not differ in sound.

@@ -29,9 +29,9 @@ struct BatchListener {
   std::function<bool(const std::vector<double>& shares)> progress;
 };
 
-/// Carries out the requests, `jobCount` (1 and more) at a time, each on a thread of its own; their
-/// own progress functions are not called. The files that come out do not depend on `jobCount`.
-/// Main thread.
+/// Carries out the requests on `jobCount` (1 and more) threads, each taking one after another;
+/// their own progress functions are not called. The files that come out do not depend on
+/// `jobCount`. Main thread.
 std::vector<RenderOutcome> RenderBatch(const Host& host, const std::vector<RenderRequest>& requests,
                                        int jobCount, const BatchListener& listener);
 

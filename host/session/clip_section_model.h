@@ -78,7 +78,7 @@ class ClipSectionModel : public orvel::SectionModelInterface {
   ChangeSignal changed_;
 };
 
-/// Makes the library's registry give a ClipSectionModel for a single clip of this host.
+/// Makes the library's registry give section models for this host's clips, one for each clip.
 void InstallSectionModels();
 
 /// Takes that back.

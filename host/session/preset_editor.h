@@ -8,7 +8,7 @@
 namespace orvelhost {
 
 /// The presets of the selected clips' mode under its current template. What cannot be done raises
-/// EditError or PresetError, and leaves all as it was.
+/// EditError or PresetError, and leaves the clips as they were.
 class PresetEditor {
  public:
   explicit PresetEditor(const SelectedClips& clips) : clips_(clips) {}
