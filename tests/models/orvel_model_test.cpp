@@ -1,5 +1,6 @@
 #include "orvel/models/orvel_model.h"
 
+#include <functional>
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -16,19 +17,10 @@ class OrvelModelTest : public FakeSessionTest {
  protected:
   void SetUp() override {
     FakeSessionTest::SetUp();
+    MakeModel();
+  }
+  void MakeModel() {
     factory::CreateOrvelModel(model);
-    Listen();
-  }
-  void TearDown() override {
-    model.reset();
-    FakeSessionTest::TearDown();
-    SetTestLoop(nullptr);
-  }
-  static void SetTestLoop(const boost::intrusive_ptr<AsyncEventLoopAdaptor>& loop) {
-    teskcore::threads::RegisterMainThread(loop);
-  }
-
-  void Listen() {
     model->RegisterForModelChanges([this](const OrvelModel*) { log.push_back("model"); });
     model->RegisterForSectionModelDataChanges(
         [this](const OrvelModel*, const UserPresetData& data) {
@@ -36,26 +28,19 @@ class OrvelModelTest : public FakeSessionTest {
         });
   }
   std::vector<std::string> TakeLog() { return std::exchange(log, {}); }
-  // Selects, and takes in what that announces.
-  void Select(const MixTypeClipModels& clips) {
-    session->Select(clips);
-    Loop().Drain();
+  void SelectSilently(const MixTypeClipModels& clips) {
+    Select(clips);
     log.clear();
   }
-  FakeSectionModel& Section(const std::string& modelID = "model_volume") {
-    boost::intrusive_ptr<SectionModelInterface> section;
-    model->GetSectionModel(modelID, section);
-    return dynamic_cast<FakeSectionModel&>(*section);
+  FakeSectionModel& Fake(const std::string& modelID) {
+    return dynamic_cast<FakeSectionModel&>(*Section(modelID));
   }
   std::size_t CountSections() {
     OrvelModel::SectionModels sections;
-    EXPECT_EQ(model->GetSectionModels(sections), 0);
+    model->GetSectionModels(sections);
     return sections.size();
   }
 
-  boost::intrusive_ptr<FakeClip> a{new FakeClip("a")};
-  boost::intrusive_ptr<FakeClip> b{new FakeClip("b")};
-  boost::intrusive_ptr<OrvelModel> model;
   std::vector<std::string> log;
 };
 
@@ -64,66 +49,50 @@ TEST_F(OrvelModelTest, ShowsTheSectionsOfTheClipsCommonMode) {
   alone->Refresh();
   EXPECT_FALSE(alone->IsEnabled());
   EXPECT_EQ(model->GetModelName(), "");
-  EXPECT_TRUE(model->IsReady() && CountSections() == 0);
   Select({a});
   EXPECT_EQ(model->GetModelName(), "a");
   Select({a, nullptr, b});
   EXPECT_EQ(model->GetModelName(), "Multiple Clips Selected");
   EXPECT_EQ(model->GetMixTypeClipModels(), (MixTypeClipModels{a, b}));
-  OrvelModel::SectionModels sections;
-  model->GetSectionModels(sections);
-  std::vector<std::string> names;
-  for (const auto& section : sections) {
-    EXPECT_TRUE(dynamic_cast<SectionMultiModel*>(section.get()) && section->IsActive());
-    names.push_back(section->GetName());
-  }
-  EXPECT_THAT(names, ElementsAre("model_loudness", "model_restoration", "model_clarity",
-                                 "model_soundeffects", "model_volume"));
-  boost::intrusive_ptr<SectionModelInterface> section;
-  EXPECT_EQ(model->GetSectionModel("model_volume", section), 0);
-  EXPECT_EQ(section, sections.back());
-  EXPECT_EQ(model->GetSectionModel("model_pan", section), kStatus_NoSuchModel);
-  EXPECT_FALSE(section);
+  const auto section = Section("model_volume");
+  EXPECT_TRUE(dynamic_cast<SectionMultiModel*>(section.get()) && section->IsActive());
+  boost::intrusive_ptr<SectionModelInterface> other = section;
+  EXPECT_EQ(model->GetSectionModel("model_pan", other), kStatus_NoSuchModel);
+  EXPECT_FALSE(other);
+  EXPECT_TRUE(model->IsReady());
   b->ready = false;
   EXPECT_FALSE(model->IsReady());
-
-  b->mode = "music";
-  Select({a, b});
-  EXPECT_EQ(model->GetMixTypeClipModels().size(), 2u);
-  EXPECT_EQ(CountSections(), 0u);
-  EXPECT_FALSE(sections.back()->IsActive());
   a->status = 9;
   Select({a});
   EXPECT_EQ(CountSections(), 0u);
+  EXPECT_FALSE(section->IsActive());
 }
 
 TEST_F(OrvelModelTest, ASectionThatCannotBeMadeIsLeftOutAndTheCreatorIsToldAllItNeeds) {
-  std::vector<std::string> asked;
-  factory::SetGenericFactoryFunction([&](const std::string& mode, const SectionDefinition& section,
-                                         const auto& handler, const MixTypeClipModels& clips,
-                                         bool followsSelection, auto& made) {
+  std::string asked;
+  onMade = [&](auto& section, bool follows) {
+    SectionDefinition definition;
+    section->GetSectionDefinition(definition);
     float gain = 0.0f;
-    section.GetConfiguration().GetValue("MaxGain", gain);
-    asked.push_back(section.GetModelID() + (followsSelection ? " follows" : ""));
-    EXPECT_EQ(section.GetModelID() == "model_volume", gain > 0.0f);
-    if (section.GetModelID() == "model_duration") return;
-    CreateFakeSection(mode, section, handler, clips, followsSelection, made);
-  });
+    definition.GetConfiguration().GetValue("MaxGain", gain);
+    asked += section->GetName() + (gain > 0.0f ? "+" : "") + (follows ? "! " : " ");
+    if (section->GetName() == "model_duration") section = nullptr;
+  };
   a->mode = "music";
-  Select({a});
+  session->Select({a});
   EXPECT_EQ(CountSections(), 2u);
   boost::intrusive_ptr<OrvelModel> ofClips;
   EXPECT_TRUE(factory::CreateOrvelModelForClips({a}, ofClips));
-  Loop().RunTurn();
-  EXPECT_THAT(asked, ::testing::Contains("model_volume follows"));
-  EXPECT_EQ(asked.back(), "model_volume");
+  EXPECT_EQ(asked,
+            "model_loudness! model_duration! model_volume+! "
+            "model_loudness model_duration model_volume+ ");
   Select({b});
   EXPECT_EQ(ofClips->GetMixTypeClipModels(), MixTypeClipModels{a});
   EXPECT_TRUE(ofClips->IsEnabled());
 }
 
 TEST_F(OrvelModelTest, LetsGoOfEverythingButLivesUntilItsPostHasRun) {
-  Select({a});
+  SelectSilently({a});
   a->SetAdjustmentsMode("music");
   model.reset();
   EXPECT_EQ(a->changed.num_slots(), 1u);
@@ -136,29 +105,24 @@ TEST_F(OrvelModelTest, LetsGoOfEverythingButLivesUntilItsPostHasRun) {
 }
 
 TEST_F(OrvelModelTest, MayBeLetGoByItsListeners) {
-  const auto letGo = [this](auto&&...) { model.reset(); };
-  const auto again = [&] {
-    factory::CreateOrvelModel(model);
+  const std::function<void()> acts[] = {
+      [this] { model->Refresh(); },
+      [this] {
+        model->SuspendSignaling();
+        model->ResumeSignaling(true);
+      },
+      [this] { Section("model_volume")->SetParamNormalized(2, 0.125f); },
+      [this] { a->SetAdjustmentsMode("music"); }};
+  for (const auto& act : acts) {
+    MakeModel();
     Select({a});
-  };
-  Select({a});
-  model->RegisterForSectionModelDataChanges(letGo);
-  model->Refresh();
-  EXPECT_FALSE(model);
-  again();
-  model->RegisterForSectionModelDataChanges(letGo);
-  model->SuspendSignaling();
-  model->ResumeSignaling(true);
-  EXPECT_FALSE(model);
-  again();
-  model->RegisterForSectionModelDataChanges(letGo);
-  Section().SetParamNormalized(2, 0.125f);
-  EXPECT_FALSE(model);
-  again();
-  model->RegisterForModelChanges(letGo);
-  a->SetAdjustmentsMode("music");
-  Loop().Drain();
-  EXPECT_FALSE(model);
+    const auto letGo = [this](auto&&...) { model.reset(); };
+    model->RegisterForModelChanges(letGo);
+    model->RegisterForSectionModelDataChanges(letGo);
+    act();
+    Loop().Drain();
+    EXPECT_FALSE(model);
+  }
 }
 
 TEST_F(OrvelModelTest, ClipsMayOwnItForAWhileAndSpeakWhenTheyAreLetGo) {
@@ -199,10 +163,9 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
     Select({a});
   }
   bool once = true;
-  const boost::signals2::scoped_connection selecting =
-      model->RegisterForSectionModelDataChanges([&](auto&&...) {
-        if (std::exchange(once, false)) session->Select({c});
-      });
+  model->RegisterForSectionModelDataChanges([&](auto&&...) {
+    if (std::exchange(once, false)) session->Select({c});
+  });
   model->Refresh();
   EXPECT_EQ(CountSections(), 3u);
 }
@@ -213,35 +176,31 @@ TEST_F(OrvelModelTest, OfTwoRebuildsTheOneMadeInsideTheOtherHolds) {
   const auto rebuild = [&](bool) {
     if (std::exchange(once, false)) model->Refresh();
   };
-  Section("model_loudness").onSetActive = rebuild;  // the one that is let go
+  Fake("model_loudness").onSetActive = rebuild;  // the one that is let go
   model->Refresh();
   EXPECT_EQ(CountSections(), 5u);
   once = true;
-  factory::SetGenericFactoryFunction([&](const auto& mode, const auto& section, const auto& handler,
-                                         const auto& clips, bool flag, auto& made) {
-    CreateFakeSection(mode, section, handler, clips, flag, made);
-    dynamic_cast<FakeSectionModel&>(*made).onSetActive = rebuild;
-  });
+  onMade = [&](auto& section, bool) {
+    dynamic_cast<FakeSectionModel&>(*section).onSetActive = rebuild;
+  };
   model->Refresh();
   EXPECT_EQ(CountSections(), 5u);
 }
 
 TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
-  Select({a});
+  SelectSilently({a});
   const auto fail = [](auto&&...) { throw std::runtime_error("host"); };
-  Section("model_clarity").onSetActive = fail;
-  Section("model_loudness").onSuspend = fail;
+  Fake("model_clarity").onSetActive = fail;
+  Fake("model_loudness").onSuspend = fail;
   a->onAttach = fail;
   EXPECT_THROW(session->Select({a, b}), std::runtime_error);
   Loop().Drain();
   EXPECT_EQ(model->GetMixTypeClipModels(), (MixTypeClipModels{a, b}));
   EXPECT_EQ(CountSections(), 5u);
   a->onAttach.clear();
-  factory::SetGenericFactoryFunction([&](const auto& mode, const auto& section, const auto& handler,
-                                         const auto& clips, bool flag, auto& made) {
-    if (section.GetModelID() == "model_clarity") fail();
-    CreateFakeSection(mode, section, handler, clips, flag, made);
-  });
+  onMade = [&](auto& section, bool) {
+    if (section->GetName() == "model_clarity") fail();
+  };
   EXPECT_THROW(model->Refresh(), std::runtime_error);
   EXPECT_EQ(CountSections(), 4u);
   log.clear();
@@ -259,15 +218,13 @@ TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
 }
 
 TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
-  Select({a});
+  SelectSilently({a});
   bool throws = true;
-  const boost::signals2::scoped_connection throwing =
-      model->RegisterForModelChanges([&](auto&&...) {
-        if (throws) throw std::runtime_error("model");
-      });
+  model->RegisterForModelChanges([&](auto&&...) {
+    if (throws) throw std::runtime_error("model");
+  });
   int heard = 0;
-  const boost::signals2::scoped_connection behind =
-      model->RegisterForModelChanges([&heard](auto&&...) { ++heard; });
+  model->RegisterForModelChanges([&heard](auto&&...) { ++heard; });
   a->SetAdjustmentsMode("music");
   EXPECT_THROW(Loop().RunTurn(), std::runtime_error);
   EXPECT_EQ(heard, 1);
@@ -277,32 +234,22 @@ TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
   Loop().Drain();
   EXPECT_THAT(TakeLog(), ElementsAre("model", "data 5"));
 
-  const auto fail = [](int, float) { throw std::runtime_error("section"); };
-  const boost::signals2::scoped_connection failing =
-      Section("model_loudness").changed.connect(fail);
+  Fake("model_loudness").changed.connect([](auto&&...) { throw std::runtime_error("section"); });
   model->SuspendSignaling();
-  Section("model_loudness").Announce(1);
+  Fake("model_loudness").Announce(1);
   EXPECT_THROW(model->ResumeSignaling(true), std::runtime_error);
-  EXPECT_EQ(Section().suspendCount, 0);
+  EXPECT_EQ(Fake("model_volume").suspendCount, 0);
   EXPECT_EQ(TakeLog().back(), "data 5");
-
-  factory::SetGenericFactoryFunction([](const auto&, const auto&, const auto&, const auto&, bool,
-                                        auto&) { throw std::runtime_error("creator"); });
-  EXPECT_THROW(session->Select({b}), std::runtime_error);
-  factory::SetGenericFactoryFunction(&CreateFakeSection);
-  Select({a});
-  Section().SetParamNormalized(2, 0.25f);
-  EXPECT_THAT(TakeLog(), ElementsAre("data 5"));  // no suspension was left behind
 }
 
 TEST_F(OrvelModelTest, APostThatFailsIsTriedAgainWithTheNextChange) {
   struct FailingLoop : AsyncEventLoopAdaptor {
     void Post(const boost::function<void()>&) override { throw std::runtime_error("loop"); }
   };
-  Select({a});
-  SetTestLoop(new FailingLoop);
+  SelectSilently({a});
+  teskcore::threads::RegisterMainThread(new FailingLoop);
   EXPECT_THROW(a->SetAdjustmentsMode("music"), std::runtime_error);
-  SetTestLoop(nullptr);
+  teskcore::threads::RegisterMainThread(nullptr);
   a->SetAdjustmentsMode("sfx");
   Loop().Drain();
   EXPECT_THAT(TakeLog(), ElementsAre("model", "data 4"));

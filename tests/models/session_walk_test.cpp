@@ -51,7 +51,6 @@ class SessionWalk : public FakeSessionTest {
  protected:
   void TearDown() override {
     connections_.clear();
-    model_.reset();
     FakeSessionTest::TearDown();
   }
 
@@ -133,7 +132,7 @@ class SessionWalk : public FakeSessionTest {
   // What a step that is executed, undone or redone does.
   void Enter(const State& state, const Step& step) {
     ++suspended_;
-    if (step.clearing == model_.get()) {
+    if (step.clearing == model.get()) {
       mixPending_ = true;
       ReleaseSections();
     }
@@ -167,7 +166,7 @@ class SessionWalk : public FakeSessionTest {
   }
   boost::intrusive_ptr<SectionModelInterface> AnySection() {
     OrvelModel::SectionModels sections;
-    model_->GetSectionModels(sections);
+    model->GetSectionModels(sections);
     return sections.empty() ? nullptr : OneOf(sections);
   }
 
@@ -190,6 +189,7 @@ class SessionWalk : public FakeSessionTest {
         step.after.clips[clip].values[section->GetName()][index] =
             isOffset ? std::clamp(from + value, 0.0f, 1.0f) : value;
       }
+      if (isOffset) ChangeActionParamValue(action, std::nanf(""));  // no place to go to
       ChangeActionParamValue(action, value);
       Execute(action, step);
       value = any();
@@ -225,11 +225,11 @@ class SessionWalk : public FakeSessionTest {
     const bool takesDefault = OneIn(3);
     if (takesDefault) CreateUserPresetsHandler(mode)->GetDefaultPreset(preset);
     const auto action = takesDefault
-                            ? CreateSetMixTypeWithDefaultPresetAction(model_, mode, u"Mix type")
-                            : CreateSetMixTypeAction(model_, mode, preset, u"Mix type");
+                            ? CreateSetMixTypeWithDefaultPresetAction(model, mode, u"Mix type")
+                            : CreateSetMixTypeAction(model, mode, preset, u"Mix type");
     Step step = NewStep();
     step.generation = 0;
-    step.clearing = model_.get();
+    step.clearing = model.get();
     for (const auto clip : selected_) {
       ClipState& state = step.after.clips[clip];
       for (const auto& modelID : sections_) {
@@ -254,7 +254,7 @@ class SessionWalk : public FakeSessionTest {
         Fill(step.after.clips[clip], sectionsMode_, modelID, list, false);
       }
     }
-    Execute(CreateSetUserPresetAction(model_, preset, u"Preset"), step);
+    Execute(CreateSetUserPresetAction(model, preset, u"Preset"), step);
   }
   void Configure() {
     const std::string mode = OneOf(kModes);
@@ -276,7 +276,7 @@ class SessionWalk : public FakeSessionTest {
     stack->Redo();
     Enter(history_[stack->done].after, history_[stack->done]);
   }
-  void Select() {
+  void ChangeSelection() {
     selected_.clear();
     MixTypeClipModels chosen;
     for (std::size_t clip = 0; clip < kClips; ++clip) {
@@ -304,33 +304,33 @@ class SessionWalk : public FakeSessionTest {
     if (suspended_ > 0) return;
     UserPresetData held;
     OrvelModel::SectionModels sections;
-    model_->GetSectionModels(sections);
+    model->GetSectionModels(sections);
     modelutils::GetUserPresetData(sections, held);
     EXPECT_TRUE(heardData_ == held);
   }
   void ChangeSession() {
     session->enabled = !session->enabled;
     session->sessionChanged(session->enabled);
-    EXPECT_EQ(model_->IsEnabled(), session->enabled);
+    EXPECT_EQ(model->IsEnabled(), session->enabled);
     Rebuild();
     NotifyMix();
   }
   void Suspend() {
-    model_->SuspendSignaling();
+    model->SuspendSignaling();
     ++suspended_;
   }
   void Resume() {
     const bool send = OneIn(2);
-    model_->ResumeSignaling(send);
+    model->ResumeSignaling(send);
     if (suspended_ > 0) ResumePlain(send);
   }
   // The one before goes on while a post or an action holds it.
   void Replace() {
     modelConnections_.clear();
-    factory::CreateOrvelModel(model_);
+    factory::CreateOrvelModel(model);
     modelConnections_.emplace_back(
-        model_->RegisterForModelChanges([this](const OrvelModel*) { ++heardModel_; }));
-    modelConnections_.emplace_back(model_->RegisterForSectionModelDataChanges(
+        model->RegisterForModelChanges([this](const OrvelModel*) { ++heardModel_; }));
+    modelConnections_.emplace_back(model->RegisterForSectionModelDataChanges(
         [this](const OrvelModel*, const UserPresetData& data) {
           ++heardDataSignals_;
           heardData_ = data;
@@ -345,7 +345,7 @@ class SessionWalk : public FakeSessionTest {
   void Listen() {
     connections_.clear();
     OrvelModel::SectionModels sections;
-    model_->GetSectionModels(sections);
+    model->GetSectionModels(sections);
     for (const auto& section : sections) {
       connections_.emplace_back(
           section->RegisterForModelChanges([this, modelID = section->GetName()](int id, float) {
@@ -365,7 +365,7 @@ class SessionWalk : public FakeSessionTest {
     EXPECT_TRUE(state == now_) << "clips";
     std::vector<std::string> names;
     OrvelModel::SectionModels sections;
-    model_->GetSectionModels(sections);
+    model->GetSectionModels(sections);
     for (const auto& section : sections) names.push_back(section->GetName());
     EXPECT_EQ(names, sections_);
     for (const auto& mode : kModes) {
@@ -408,7 +408,7 @@ class SessionWalk : public FakeSessionTest {
         {"configure", &SessionWalk::Configure, 1},
         {"undo", &SessionWalk::Undo, 6},
         {"redo", &SessionWalk::Redo, 3},
-        {"select", &SessionWalk::Select, 2},
+        {"select", &SessionWalk::ChangeSelection, 2},
         {"turn", &SessionWalk::TurnLoop, 6},
         {"session", &SessionWalk::ChangeSession, 1},
         {"suspend", &SessionWalk::Suspend, 1},
@@ -436,7 +436,6 @@ class SessionWalk : public FakeSessionTest {
 
   std::mt19937 random_;
   std::vector<boost::intrusive_ptr<FakeClip>> clips_;
-  boost::intrusive_ptr<OrvelModel> model_;
 
   State now_;
   std::vector<Step> history_;  // the state at the start, and after each step of the stack

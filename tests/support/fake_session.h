@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -69,7 +70,7 @@ class FakeClip : public MixTypeClipModelInterface {
  private:
   template <typename T>
   int Get(const T& field, T& out) const {
-    out = field;
+    if (status == 0) out = field;
     return status;
   }
   template <typename T>
@@ -144,29 +145,27 @@ class FakeExecutor : public ActionExecutor {
   }
 };
 
-/// The creator for the registry: a section over the clip's values, several clips' as one.
-inline void CreateFakeSection(const std::string& mode, const SectionDefinition& definition,
-                              const boost::intrusive_ptr<SessionHandlerInterface>&,
-                              const MixTypeClipModels& clips, bool,
-                              boost::intrusive_ptr<SectionModelInterface>& model) {
-  const boost::intrusive_ptr<SectionMultiModel> multi(new SectionMultiModel(mode));
-  for (const auto& clip : clips) {
-    model = new FakeSectionModel(definition, mode,
-                                 dynamic_cast<FakeClip&>(*clip).Storage(definition.GetModelID()));
-    multi->AddModel(model);
-  }
-  if (clips.size() > 1) model = multi;
-}
-
 /// The library with such a session, an undo stack and the built-in modes; a preset folder of its
-/// own.
+/// own. The model is the test's to make.
 class FakeSessionTest : public PresetStore {
  protected:
   void SetUp() override {
-    factory::SetGenericFactoryFunction(&CreateFakeSection);
+    // A section over the clip's values, several clips' as one.
+    factory::SetGenericFactoryFunction([this](const auto& mode, const auto& definition, const auto&,
+                                              const auto& clips, bool follows, auto& section) {
+      const boost::intrusive_ptr<SectionMultiModel> multi(new SectionMultiModel(mode));
+      for (const auto& clip : clips) {
+        auto& fake = dynamic_cast<FakeClip&>(*clip);
+        section = new FakeSectionModel(definition, mode, fake.Storage(definition.GetModelID()));
+        multi->AddModel(section);
+      }
+      if (clips.size() > 1) section = multi;
+      if (onMade) onMade(section, follows);
+    });
     Initialize(session, stack, GetDefaultAdjustmentsModeDescriptors());
   }
   void TearDown() override {
+    model.reset();
     Loop().Drain();
     stack->steps.clear();
     Terminate();
@@ -174,9 +173,24 @@ class FakeSessionTest : public PresetStore {
     factory::SetGenericFactoryFunction({});
   }
   static QueuedEventLoop& Loop() { return *teskcore::threads::GetDefaultEventLoop(); }
+  /// Selects, and takes in what that announces.
+  void Select(const MixTypeClipModels& clips) {
+    session->Select(clips);
+    Loop().Drain();
+  }
+  boost::intrusive_ptr<SectionModelInterface> Section(const std::string& modelID) {
+    boost::intrusive_ptr<SectionModelInterface> section;
+    model->GetSectionModel(modelID, section);
+    return section;
+  }
 
   boost::intrusive_ptr<FakeSession> session{new FakeSession};
   boost::intrusive_ptr<FakeExecutor> stack{new FakeExecutor};
+  boost::intrusive_ptr<FakeClip> a{new FakeClip("a")};
+  boost::intrusive_ptr<FakeClip> b{new FakeClip("b")};
+  boost::intrusive_ptr<OrvelModel> model;
+  /// May change what was made for the model, or throw.
+  std::function<void(boost::intrusive_ptr<SectionModelInterface>&, bool follows)> onMade;
 };
 
 }  // namespace orvel::test

@@ -1,0 +1,134 @@
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "orvel/core/text.h"
+#include "orvel/models/adjustments_modes_json.h"
+#include "orvel/models/clip_keys.h"
+#include "orvel/models/clip_model_utils.h"
+#include "orvel/models/mode_descriptor_cache.h"
+#include "tests/support/fake_session.h"
+
+namespace orvel {
+namespace {
+
+TEST(AdjustmentsModes, TheShippedModesHaveTheirSectionsInOrder) {
+  std::string modes;
+  for (const auto& mode : GetDefaultAdjustmentsModeDescriptors()) {
+    modes += mode.modeID + "|" + UTF16to8(mode.localizedDisplayName) + "|" +
+             GetClipTypeText(mode.ClipType) + ":";
+    for (const auto& section : mode.sections) modes += " " + section.modelID;
+    modes += "\n";
+  }
+  EXPECT_EQ(modes,
+            "dialog|Dialogue|type_dialog: model_loudness model_restoration model_clarity "
+            "model_soundeffects model_volume\n"
+            "music|Music|type_music: model_loudness model_duration model_volume\n"
+            "sfx|SFX|type_sfx: model_loudness model_soundeffects model_pan model_volume\n"
+            "ambience|Ambience|type_ambience: model_loudness model_soundeffects model_stereowidth "
+            "model_volume\n");
+}
+
+TEST(AdjustmentsModes, AHostsDocumentIsReadAsFarAsItMakesSense) {
+  std::vector<AdjustmentsModeDescriptor> modes(3);
+  EXPECT_FALSE(ParseJSONAdjustmentsModeDescriptors("[", modes));
+  EXPECT_EQ(modes.size(), 3u);
+  EXPECT_TRUE(ParseJSONAdjustmentsModeDescriptors("{}", modes));
+  EXPECT_TRUE(modes.empty());
+  EXPECT_TRUE(ParseJSONAdjustmentsModeDescriptors(
+      R"([1, {"displayname":"No id"}, {"modeId":"foley","displayname":"Foley","cliptype":"Type_Dialog",
+          "sections":[{"modelID":"model_pan"},{"other":1},2]}, {"modeId":"bare","sections":5}])",
+      modes));
+  ASSERT_EQ(modes.size(), 2u);
+  EXPECT_EQ(modes[0].localizedDisplayName, u"Foley");
+  EXPECT_EQ(modes[0].ClipType, type_not_set);
+  ASSERT_EQ(modes[0].sections.size(), 3u);
+  EXPECT_EQ(modes[0].sections[0].modelID, "model_pan");
+  EXPECT_EQ(modes[0].sections[1].modelID, "");
+  EXPECT_EQ(modes[1].modeID, "bare");
+  EXPECT_TRUE(modes[1].sections.empty());
+}
+
+TEST(AdjustmentsModes, TheirCacheAnswersForTheModesItWasGiven) {
+  ModeDescriptorCache::Initialize({{"Dialog", u"Dialog", type_dialog, "dialog", {{"model_pan"}}},
+                                   {"Else", u"Else", type_other, "else", {}},
+                                   {"Again", u"Again", type_music, "dialog", {}}});
+  const auto* cache = ModeDescriptorCache::Get();
+  EXPECT_EQ(cache->GetAdjustmentsModes(), (std::set<std::string>{"dialog", "else"}));
+  std::vector<std::string> ordered = {"before"};
+  EXPECT_TRUE(cache->GetOrderedJSONAdjustmentsModes(ordered));
+  EXPECT_EQ(ordered, (std::vector<std::string>{"dialog", "else", "dialog"}));
+  ASSERT_EQ(cache->GetAdjustmentsModeInfos().size(), 3u);
+  EXPECT_EQ(cache->GetAdjustmentsModeInfos()[1].localizedDisplayName, u"Else");
+  std::vector<SectionDescriptor> sections;
+  EXPECT_TRUE(cache->GetSectionDescriptors("dialog", sections));
+  EXPECT_FALSE(cache->GetSectionDescriptors("Dialog", sections));
+  EXPECT_EQ(sections.size(), 1u);  // of the first of two with one id
+  const struct {
+    std::string modeID;
+    bool found;
+    ClipType type;
+    bool valid;
+    std::u16string name;
+  } rows[] = {{"dialog", true, type_dialog, true, u"Dialogue"},
+              {"else", false, type_other, true, u"else"},
+              {"foley", false, type_other, false, u"foley"},
+              {kAdjustmentsModeUnknown, true, type_not_set, false, u"AdjustmentsModeUnknown"}};
+  for (const auto& row : rows) {
+    ClipType type = type_music;
+    EXPECT_EQ(cache->GetClipTypeFromAdjustmentsMode(row.modeID, type), row.found) << row.modeID;
+    EXPECT_EQ(type, row.type) << row.modeID;
+    EXPECT_EQ(cache->IsValidMode(row.modeID), row.valid) << row.modeID;
+    EXPECT_EQ(ModeDescriptorCache::GetAdjustmentsModeDisplayNameFromModeId(row.modeID), row.name);
+  }
+  ModeDescriptorCache::Terminate();
+}
+
+TEST(ClipModelUtils, SeveralClipsGiveWhatTheyShareOrTheFirstThatDiffers) {
+  const Guid a = Guid::CreateUnique();
+  const Guid b = Guid::CreateUnique();
+  const std::map<char, std::tuple<ClipType, std::string, Guid, int>> kinds = {
+      {'m', {type_music, "music", a, 0}},
+      {'s', {type_sfx, "sfx", b, 0}},
+      {'!', {type_sfx, "sfx", a, 77}},
+      {'-', {type_not_set, kAdjustmentsModeUnknown, Guid(), 0}}};
+  const struct {
+    std::string clips;
+    int status;
+    ClipType type;
+    std::string modeID;
+    int guidStatus;
+    Guid guid;
+  } rows[] = {
+      {"", 0, type_not_set, kAdjustmentsModeUnknown, 0, Guid()},
+      {"mm", 0, type_music, "music", 0, a},
+      {"mmsm", 5, type_sfx, "sfx", 5, Guid()},
+      // A clip that cannot be read looks like one that has nothing set.
+      {"m!", 5, type_not_set, kAdjustmentsModeUnknown, 77, a},
+      {"-!m", 77, type_not_set, kAdjustmentsModeUnknown, 77, Guid()},
+      {"!m", 77, type_not_set, kAdjustmentsModeUnknown, 77, Guid()},
+  };
+  for (const auto& row : rows) {
+    MixTypeClipModels clips;
+    for (const char kind : row.clips) {
+      const boost::intrusive_ptr<test::FakeClip> clip(new test::FakeClip("clip"));
+      std::tie(clip->type, clip->mode, clip->preset, clip->status) = kinds.at(kind);
+      clips.push_back(clip);
+    }
+    ClipType type = type_other;
+    std::string modeID = "before";
+    Guid guid = b;
+    EXPECT_EQ(modelutils::GetClipType(clips, type), row.status);
+    EXPECT_EQ(type, row.type);
+    EXPECT_EQ(modelutils::GetAdjustmentsMode(clips, modeID), row.status);
+    EXPECT_EQ(modeID, row.modeID);
+    EXPECT_EQ(modelutils::GetUserPresetGuid(clips, guid), row.guidStatus);
+    EXPECT_EQ(guid, row.guid);
+  }
+}
+
+}  // namespace
+}  // namespace orvel
