@@ -150,11 +150,10 @@ TEST_F(Actions, AClipThatFailsLeavesNothingHalfDoneAndNobodySilent) {
   EXPECT_THROW(CreateSetMixTypeAction(model, "ambience", preset, u"")->Redo(), std::runtime_error);
   EXPECT_EQ(a->mode, "music");
   EXPECT_TRUE(a->preset.IsNull());
-  bool heard = false;
-  model->RegisterForModelChanges([&heard](const OrvelModel*) { heard = true; });
+  model->RegisterForModelChanges([this](const OrvelModel*) { log.push_back("heard"); });
   a->SetAdjustmentsMode("dialog");
   Loop().Drain();
-  EXPECT_TRUE(heard);  // no suspension is left
+  EXPECT_THAT(log, ElementsAre("heard"));  // no suspension is left
 }
 
 }  // namespace

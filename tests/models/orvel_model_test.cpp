@@ -35,11 +35,6 @@ class OrvelModelTest : public FakeSessionTest {
   FakeSectionModel& Fake(const std::string& modelID) {
     return dynamic_cast<FakeSectionModel&>(*Section(modelID));
   }
-  std::size_t CountSections() {
-    OrvelModel::SectionModels sections;
-    model->GetSectionModels(sections);
-    return sections.size();
-  }
 
   std::vector<std::string> log;
 };
@@ -64,7 +59,7 @@ TEST_F(OrvelModelTest, ShowsTheSectionsOfTheClipsCommonMode) {
   EXPECT_FALSE(model->IsReady());
   a->status = 9;
   Select({a});
-  EXPECT_EQ(CountSections(), 0u);
+  EXPECT_EQ(Sections().size(), 0u);
   EXPECT_FALSE(section->IsActive());
 }
 
@@ -80,7 +75,7 @@ TEST_F(OrvelModelTest, ASectionThatCannotBeMadeIsLeftOutAndTheCreatorIsToldAllIt
   };
   a->mode = "music";
   session->Select({a});
-  EXPECT_EQ(CountSections(), 2u);
+  EXPECT_EQ(Sections().size(), 2u);
   boost::intrusive_ptr<OrvelModel> ofClips;
   EXPECT_TRUE(factory::CreateOrvelModelForClips({a}, ofClips));
   EXPECT_EQ(asked,
@@ -157,7 +152,7 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
     };
     session->Select({a, b});
     EXPECT_EQ(model->GetMixTypeClipModels(), MixTypeClipModels{c});
-    EXPECT_EQ(CountSections(), 3u);
+    EXPECT_EQ(Sections().size(), 3u);
     EXPECT_EQ(c->changed.num_slots(), 1u);
     EXPECT_EQ(a->attachedTo, nullptr);
     Select({a});
@@ -167,7 +162,8 @@ TEST_F(OrvelModelTest, OfTwoSelectionsTheOneMadeInsideTheOtherHolds) {
     if (std::exchange(once, false)) session->Select({c});
   });
   model->Refresh();
-  EXPECT_EQ(CountSections(), 3u);
+  EXPECT_EQ(Sections().size(), 3u);
+  Loop().Drain();  // while there still is who listens
 }
 
 TEST_F(OrvelModelTest, OfTwoRebuildsTheOneMadeInsideTheOtherHolds) {
@@ -178,13 +174,13 @@ TEST_F(OrvelModelTest, OfTwoRebuildsTheOneMadeInsideTheOtherHolds) {
   };
   Fake("model_loudness").onSetActive = rebuild;  // the one that is let go
   model->Refresh();
-  EXPECT_EQ(CountSections(), 5u);
+  EXPECT_EQ(Sections().size(), 5u);
   once = true;
   onMade = [&](auto& section, bool) {
     dynamic_cast<FakeSectionModel&>(*section).onSetActive = rebuild;
   };
   model->Refresh();
-  EXPECT_EQ(CountSections(), 5u);
+  EXPECT_EQ(Sections().size(), 5u);
 }
 
 TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
@@ -196,13 +192,13 @@ TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
   EXPECT_THROW(session->Select({a, b}), std::runtime_error);
   Loop().Drain();
   EXPECT_EQ(model->GetMixTypeClipModels(), (MixTypeClipModels{a, b}));
-  EXPECT_EQ(CountSections(), 5u);
+  EXPECT_EQ(Sections().size(), 5u);
   a->onAttach.clear();
   onMade = [&](auto& section, bool) {
     if (section->GetName() == "model_clarity") fail();
   };
   EXPECT_THROW(model->Refresh(), std::runtime_error);
-  EXPECT_EQ(CountSections(), 4u);
+  EXPECT_EQ(Sections().size(), 4u);
   log.clear();
   a->SetAdjustmentsMode("music");
   b->SetAdjustmentsMode("music");
@@ -212,7 +208,7 @@ TEST_F(OrvelModelTest, WhatFailsInAHostHindersNothingElse) {
   c->onAttach = fail;
   session->selected = {c};
   EXPECT_THROW(session->sessionChanged(false), std::runtime_error);
-  EXPECT_EQ(CountSections(), 4u) << "of the clips that are there";
+  EXPECT_EQ(Sections().size(), 4u) << "of the clips that are there";
   Loop().Drain();
   EXPECT_EQ(TakeLog().back(), "data 4");
 }
@@ -240,6 +236,7 @@ TEST_F(OrvelModelTest, AListenerThatThrowsSilencesNobodyForLater) {
   EXPECT_THROW(model->ResumeSignaling(true), std::runtime_error);
   EXPECT_EQ(Fake("model_volume").suspendCount, 0);
   EXPECT_EQ(TakeLog().back(), "data 5");
+  model.reset();  // with its listeners
 }
 
 TEST_F(OrvelModelTest, APostThatFailsIsTriedAgainWithTheNextChange) {

@@ -254,21 +254,15 @@ TEST_F(MultiModel, AChangeOfAllParametersStandsForTheOthersOfItsSuspension) {
   EXPECT_THAT(TakeSignals(), ElementsAre(Pair(-1, 0.0f), Pair(1, 0.5f)));
 }
 
-TEST_F(MultiModel, AWriteSendsWhatASuspensionHeldBackAndOneThatEndsInsideStaysSilent) {
+TEST_F(MultiModel, ASuspensionThatEndsInsideAWriteLeavesTheModelsSilent) {
   Add({0.1f});
-  multi->SuspendSignaling();
-  Member(0).changed(2, 0.4f);
-  multi->SetParamNormalized(1, 0.5f);
-  EXPECT_THAT(TakeSignals(), ElementsAre(Pair(2, 0.4f)));  // the model holds its own back
-  multi->ResumeSignaling(true);
-  EXPECT_THAT(TakeSignals(), ElementsAre(Pair(1, 0.5f)));
   multi->RegisterForModelChanges([&](int, float) {
     multi->SuspendSignaling();
     multi->ResumeSignaling(true);
   });
-  multi->SetParamNormalized(1, 0.6f);
+  multi->SetParamNormalized(1, 0.5f);
   EXPECT_EQ(Member(0).suspendCount, 1);
-  EXPECT_EQ(Member(0).resumes.size(), 1u);
+  EXPECT_THAT(Member(0).resumes, IsEmpty());
 }
 
 TEST_F(MultiModel, MayBeLetGoByAListener) {

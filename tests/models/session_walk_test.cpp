@@ -164,50 +164,39 @@ class SessionWalk : public FakeSessionTest {
     ASSERT_TRUE(ExecuteOrvelAction(action));
     Enter(step.after, step);
   }
-  boost::intrusive_ptr<SectionModelInterface> AnySection() {
-    OrvelModel::SectionModels sections;
-    model->GetSectionModels(sections);
-    return sections.empty() ? nullptr : OneOf(sections);
-  }
-
-  void EditParam() {
-    const auto section = AnySection();
-    if (!section) return;
-    const auto id = static_cast<int>(Below(static_cast<std::size_t>(section->GetNumParams())));
-    const bool isOffset = OneIn(2);
+  // Several parameters at once, one, or one by an offset; one may be dragged.
+  void Edit() {
+    const auto sections = Sections();
+    if (sections.empty()) return;
+    const auto section = OneOf(sections);
+    const std::string modelID = section->GetName();
+    const bool isSeveral = OneIn(3);
+    const bool isOffset = !isSeveral && OneIn(2);
     const auto any = [&] { return isOffset ? 2.0f * Value() - 1.0f : Value(); };
-    float value = any();
-    const auto action = isOffset ? CreateOffsetModelParamAction(section, id, value, u"Offset")
-                                 : CreateSetModelParamAction(section, id, value, u"Set");
+    const auto id = static_cast<int>(Below(static_cast<std::size_t>(section->GetNumParams())));
+    std::map<int, float> values = {{id, any()}};
+    for (int other = 0; isSeveral && other < id; ++other) values[other] = Value();
+    const auto action = isSeveral ? CreateSetModelParamMapAction(section, values, u"Set")
+                        : isOffset
+                            ? CreateOffsetModelParamAction(section, id, values[id], u"Offset")
+                            : CreateSetModelParamAction(section, id, values[id], u"Set");
     const State first = now_;
-    for (bool goesOn = true; goesOn; goesOn = OneIn(3)) {  // a drag
+    for (bool goesOn = true; goesOn; goesOn = !isSeveral && OneIn(3)) {
       Step step = NewStep();
-      if (selected_.size() > 1) step.bracketed = section->GetName();
+      if (!isSeveral && selected_.size() > 1) step.bracketed = modelID;
       for (const auto clip : selected_) {
-        const auto index = static_cast<std::size_t>(id);
-        const float from = first.clips[clip].values.at(section->GetName())[index];
-        step.after.clips[clip].values[section->GetName()][index] =
-            isOffset ? std::clamp(from + value, 0.0f, 1.0f) : value;
+        for (const auto& [param, value] : values) {
+          const auto index = static_cast<std::size_t>(param);
+          const float from = first.clips[clip].values.at(modelID)[index];
+          step.after.clips[clip].values[modelID][index] =
+              isOffset ? std::clamp(from + value, 0.0f, 1.0f) : value;
+        }
       }
       if (isOffset) ChangeActionParamValue(action, std::nanf(""));  // no place to go to
-      ChangeActionParamValue(action, value);
+      ChangeActionParamValue(action, values[id]);
       Execute(action, step);
-      value = any();
+      values[id] = any();
     }
-  }
-  void EditParams() {
-    const auto section = AnySection();
-    if (!section) return;
-    std::map<int, float> values;
-    for (int id = 0; id < section->GetNumParams(); ++id) {
-      if (OneIn(2)) values[id] = Value();
-    }
-    Step step = NewStep();
-    for (const auto clip : selected_) {
-      auto& stored = step.after.clips[clip].values[section->GetName()];
-      for (const auto& [id, value] : values) stored[static_cast<std::size_t>(id)] = value;
-    }
-    Execute(CreateSetModelParamMapAction(section, values, u"Set"), step);
   }
   UserPreset AnyPreset(const std::string& mode) {
     std::vector<UserPreset> presets;
@@ -303,9 +292,7 @@ class SessionWalk : public FakeSessionTest {
     if (std::exchange(dataPending_, false)) NotifyData();
     if (suspended_ > 0) return;
     UserPresetData held;
-    OrvelModel::SectionModels sections;
-    model->GetSectionModels(sections);
-    modelutils::GetUserPresetData(sections, held);
+    modelutils::GetUserPresetData(Sections(), held);
     EXPECT_TRUE(heardData_ == held);
   }
   void ChangeSession() {
@@ -344,9 +331,7 @@ class SessionWalk : public FakeSessionTest {
   // Listens to the section models that are there now.
   void Listen() {
     connections_.clear();
-    OrvelModel::SectionModels sections;
-    model->GetSectionModels(sections);
-    for (const auto& section : sections) {
+    for (const auto& section : Sections()) {
       connections_.emplace_back(
           section->RegisterForModelChanges([this, modelID = section->GetName()](int id, float) {
             ++heardParams_[{modelID, id}];
@@ -364,9 +349,7 @@ class SessionWalk : public FakeSessionTest {
     state.edits = now_.edits;
     EXPECT_TRUE(state == now_) << "clips";
     std::vector<std::string> names;
-    OrvelModel::SectionModels sections;
-    model->GetSectionModels(sections);
-    for (const auto& section : sections) names.push_back(section->GetName());
+    for (const auto& section : Sections()) names.push_back(section->GetName());
     EXPECT_EQ(names, sections_);
     for (const auto& mode : kModes) {
       EXPECT_EQ(ConfigurationManager::Get()->IsCurrentConfigDirtyForMode(mode),
@@ -401,8 +384,7 @@ class SessionWalk : public FakeSessionTest {
       void (SessionWalk::*step)();
       int weight;
     } table[] = {
-        {"edit", &SessionWalk::EditParam, 6},
-        {"edit several", &SessionWalk::EditParams, 3},
+        {"edit", &SessionWalk::Edit, 9},
         {"mix type", &SessionWalk::ChangeMixType, 3},
         {"preset", &SessionWalk::ApplyPreset, 2},
         {"configure", &SessionWalk::Configure, 1},

@@ -165,6 +165,7 @@ class FakeSessionTest : public PresetStore {
     Initialize(session, stack, GetDefaultAdjustmentsModeDescriptors());
   }
   void TearDown() override {
+    onMade = {};
     model.reset();
     Loop().Drain();
     stack->steps.clear();
@@ -177,6 +178,11 @@ class FakeSessionTest : public PresetStore {
   void Select(const MixTypeClipModels& clips) {
     session->Select(clips);
     Loop().Drain();
+  }
+  OrvelModel::SectionModels Sections() {
+    OrvelModel::SectionModels sections;
+    model->GetSectionModels(sections);
+    return sections;
   }
   boost::intrusive_ptr<SectionModelInterface> Section(const std::string& modelID) {
     boost::intrusive_ptr<SectionModelInterface> section;
