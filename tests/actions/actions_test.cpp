@@ -103,7 +103,10 @@ TEST_F(Actions, ModeIsWrittenBeforeGuidAndEachChangeIsRecorded) {
   b->preset = kSfxTemplate;
   Select({a, b});
   const auto action = CreateSetMixTypeAction(model, "music", preset, u"Music");
-  EXPECT_EQ(action->GetActionType(), kActionType_SetMixTypeModelParam);
+  for (const auto& of : {boost::intrusive_ptr<Action>(action),
+                         CreateSetUserPresetAction(model, preset, u"Preset")}) {
+    EXPECT_EQ(of->GetActionType(), kActionType_SetMixTypeModelParam);
+  }
   action->Redo();
   EXPECT_EQ(a->written, "");  // is in the mode already
   EXPECT_EQ(b->written, "mode guid guid ");

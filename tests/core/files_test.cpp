@@ -245,6 +245,15 @@ TEST(FileNames, ThoseOfEarlierVersionsAreKnown) {
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"%~4", u"")) << "no preset is without a name";
 }
 
+TEST(FileNames, AUniqueNameCountsUpwards) {
+  const TempDir temp;
+  for (const char16_t* expected : {u"A%2fb.orvel", u"A%2fb 2.orvel", u"A%2fb 3.orvel"}) {
+    const std::u16string name = FileUtils::UniqueFileName(temp.AsDir(), u"A/b", u".orvel");
+    EXPECT_EQ(name, expected);
+    File(temp.AsDir(), name).Create(false);
+  }
+}
+
 TEST(PrefDir, IsTheHostsFolderOrThePlatforms) {
   const TempDir temp;
   Dir::SetPrefDir(temp.AsDir());

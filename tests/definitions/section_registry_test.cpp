@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,6 +14,7 @@
 #include "orvel/core/profiler.h"
 #include "orvel/core/usage_logger.h"
 #include "orvel/definitions/effect_order_registry.h"
+#include "orvel/definitions/section_definition.h"
 #include "orvel/models/mode_descriptor_cache.h"
 #include "tests/support/fake_session.h"
 
@@ -25,7 +27,11 @@ bool Create(const std::string& modelID) {
                                       model);
 }
 
-TEST(SectionRegistry, TheFirstBuilderOfAModelStays) {
+TEST(SectionRegistry, TheFirstBuilderOfAModelStaysAndTheLastNumberOfAnEffectCounts) {
+  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), -1);
+  EffectOrderRegistry::RegisterEffect(u"fx", 5);
+  EffectOrderRegistry::RegisterEffect(u"fx", 7);
+  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), 7);
   const auto build = [](const PropList& config) {
     return SectionDefinition("model_test", u"", config, {}, {}, "first");
   };
@@ -61,11 +67,61 @@ TEST(SectionRegistry, AModelsOwnCreatorWinsOverTheGenericOneAndEachMayReplaceIts
   EXPECT_EQ(log, "own:dialog::2:followed");
 }
 
-TEST(EffectOrderRegistry, TheLastNumberOfAnEffectCounts) {
-  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), -1);
-  EffectOrderRegistry::RegisterEffect(u"fx", 5);
-  EffectOrderRegistry::RegisterEffect(u"fx", 7);
-  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), 7);
+constexpr int kSwitchID = 0;
+constexpr int kSharedID = 5;
+const std::vector<ParamDefinition> kParams = {
+    {kSwitchID, 1, 0, 1, kParamFlag_Switch, "Enabled", "Enables it", "ENABLED"}};
+
+ControlDefinition Mapping(const char* key, int paramID) {
+  ControlDefinition control(u"effect", 1, key);
+  control.AddParameterMapping(paramID, ParameterMapping(0, 0.0f, 1.0f, 1.0f));
+  return control;
+}
+
+ControlDefinition Modifying(const char* key, int paramID) {
+  ControlDefinition control(u"effect", 2, key);
+  control.AddParameterModifier(ParameterModifier(paramID, {}, {}));
+  return control;
+}
+
+TEST(SectionDefinition, GivesAParameterItsRoleAndControl) {
+  const auto a = Mapping("A", kSharedID);
+  const auto mapsToo = Mapping("B", kSharedID);
+  const auto modifies = Modifying("B", kSharedID);
+  auto both = Mapping("C", kSharedID);
+  both.AddParameterModifier(ParameterModifier(kSharedID, {}, {}));
+  const struct {
+    std::vector<ControlDefinition> controls;
+    int paramID;
+    ParamType type;
+    const char* control;
+  } cases[] = {
+      {{a}, kSwitchID, kSectionEnable, "untouched"},
+      {{}, kSharedID, kUnknownParam, "untouched"},
+      {{a}, 77, kUnknownParam, "untouched"},
+      {{a, mapsToo}, 1, kControlEnable, "A"},  // a switch is found at once, the first that has it
+      {{a}, kSharedID, kMappedParam, "A"},
+      {{a, mapsToo}, kSharedID, kMappedParam, "B"},  // a later control that claims the id wins
+      {{a, modifies}, kSharedID, kModifierParam, "B"},
+      {{modifies, a}, kSharedID, kMappedParam, "A"},
+      {{both}, kSharedID, kModifierParam, "C"},
+  };
+  for (const auto& c : cases) {
+    SectionDefinition section("model", u"Name", {}, kParams, c.controls, "Key");
+    EXPECT_EQ(section.GetParamTypeAndControl(c.paramID, nullptr), c.type);
+    EXPECT_EQ(std::as_const(section).GetParamTypeAndControl(c.paramID, nullptr), c.type);
+    ControlDefinition untouched(u"", 0, "untouched");
+    ControlDefinition* control = &untouched;
+    EXPECT_EQ(section.GetParamTypeAndControl(c.paramID, &control), c.type);
+    EXPECT_EQ(control->GetControlKey(), c.control);
+  }
+}
+
+TEST(SectionDefinition, WithoutParametersHasAnInvalidSwitch) {
+  const SectionDefinition empty;
+  EXPECT_EQ(empty.GetEnableParam().key, "INVALID_PARAM");
+  EXPECT_EQ(empty.GetParamTypeAndControl(0, static_cast<const ControlDefinition**>(nullptr)),
+            kSectionEnable);
 }
 
 TEST(Lifecycle, StartsAndStopsAgainAndAgainAndNotHalfWhenTheHostFails) {

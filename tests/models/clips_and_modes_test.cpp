@@ -32,49 +32,38 @@ TEST(AdjustmentsModes, TheShippedModesHaveTheirSectionsInOrder) {
             "model_volume\n");
 }
 
-TEST(AdjustmentsModes, AHostsDocumentIsReadAsFarAsItMakesSense) {
+TEST(AdjustmentsModes, AHostsDocumentIsReadAsFarAsItMakesSenseAndItsCacheAnswers) {
   std::vector<AdjustmentsModeDescriptor> modes(3);
   EXPECT_FALSE(ParseJSONAdjustmentsModeDescriptors("[", modes));
   EXPECT_EQ(modes.size(), 3u);
   EXPECT_TRUE(ParseJSONAdjustmentsModeDescriptors("{}", modes));
   EXPECT_TRUE(modes.empty());
   EXPECT_TRUE(ParseJSONAdjustmentsModeDescriptors(
-      R"([1, {"displayname":"No id"}, {"modeId":"foley","displayname":"Foley","cliptype":"Type_Dialog",
-          "sections":[{"modelID":"model_pan"},{"other":1},2]}, {"modeId":"bare","sections":5}])",
+      R"([1, {"displayname":"No id"}, {"modeId":"dialog","displayname":"Foley","cliptype":"type_sfx",
+          "sections":[{"modelID":"model_pan"},{"other":1},2]}, {"modeId":"else","cliptype":"Type_SFX",
+          "sections":5}, {"modeId":"other","cliptype":"type_other"}, {"modeId":"dialog"}])",
       modes));
-  ASSERT_EQ(modes.size(), 2u);
-  EXPECT_EQ(modes[0].localizedDisplayName, u"Foley");
-  EXPECT_EQ(modes[0].ClipType, type_not_set);
-  ASSERT_EQ(modes[0].sections.size(), 3u);
-  EXPECT_EQ(modes[0].sections[0].modelID, "model_pan");
-  EXPECT_EQ(modes[0].sections[1].modelID, "");
-  EXPECT_EQ(modes[1].modeID, "bare");
-  EXPECT_TRUE(modes[1].sections.empty());
-}
-
-TEST(AdjustmentsModes, TheirCacheAnswersForTheModesItWasGiven) {
-  ModeDescriptorCache::Initialize({{"Dialog", u"Dialog", type_dialog, "dialog", {{"model_pan"}}},
-                                   {"Else", u"Else", type_other, "else", {}},
-                                   {"Again", u"Again", type_music, "dialog", {}}});
+  ModeDescriptorCache::Initialize(modes);
   const auto* cache = ModeDescriptorCache::Get();
-  EXPECT_EQ(cache->GetAdjustmentsModes(), (std::set<std::string>{"dialog", "else"}));
+  EXPECT_EQ(cache->GetAdjustmentsModes(), (std::set<std::string>{"dialog", "else", "other"}));
   std::vector<std::string> ordered = {"before"};
   EXPECT_TRUE(cache->GetOrderedJSONAdjustmentsModes(ordered));
-  EXPECT_EQ(ordered, (std::vector<std::string>{"dialog", "else", "dialog"}));
-  ASSERT_EQ(cache->GetAdjustmentsModeInfos().size(), 3u);
-  EXPECT_EQ(cache->GetAdjustmentsModeInfos()[1].localizedDisplayName, u"Else");
+  EXPECT_EQ(ordered, (std::vector<std::string>{"dialog", "else", "other", "dialog"}));
+  EXPECT_EQ(cache->GetAdjustmentsModeInfos().at(0).localizedDisplayName, u"Foley");
   std::vector<SectionDescriptor> sections;
   EXPECT_TRUE(cache->GetSectionDescriptors("dialog", sections));
   EXPECT_FALSE(cache->GetSectionDescriptors("Dialog", sections));
-  EXPECT_EQ(sections.size(), 1u);  // of the first of two with one id
+  ASSERT_EQ(sections.size(), 3u);  // of the first of two with one id
+  EXPECT_EQ(sections[0].modelID + "," + sections[1].modelID, "model_pan,");
   const struct {
     std::string modeID;
     bool found;
     ClipType type;
     bool valid;
     std::u16string name;
-  } rows[] = {{"dialog", true, type_dialog, true, u"Dialogue"},
-              {"else", false, type_other, true, u"else"},
+  } rows[] = {{"dialog", true, type_sfx, true, u"Dialogue"},
+              {"else", true, type_not_set, true, u"else"},
+              {"other", false, type_other, true, u"other"},
               {"foley", false, type_other, false, u"foley"},
               {kAdjustmentsModeUnknown, true, type_not_set, false, u"AdjustmentsModeUnknown"}};
   for (const auto& row : rows) {
