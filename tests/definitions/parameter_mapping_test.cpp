@@ -163,7 +163,6 @@ TEST(ParameterMapping, EqualityLooksAtWhatCanBeCompared) {
 TEST(NormalizedValue, IsNotClampedAndAnEmptyRangeGivesZero) {
   EXPECT_EQ(modelutils::ToNormalized(3, 3, 7), 0.0f);
   EXPECT_EQ(modelutils::ToNormalized(0, 10, 15), 1.5f);
-  EXPECT_EQ(modelutils::ToPhysical(-100, 50, 2), 200.0f);
 }
 
 }  // namespace

@@ -117,13 +117,6 @@ TEST(SectionDefinition, GivesAParameterItsRoleAndControl) {
   }
 }
 
-TEST(SectionDefinition, WithoutParametersHasAnInvalidSwitch) {
-  const SectionDefinition empty;
-  EXPECT_EQ(empty.GetEnableParam().key, "INVALID_PARAM");
-  EXPECT_EQ(empty.GetParamTypeAndControl(0, static_cast<const ControlDefinition**>(nullptr)),
-            kSectionEnable);
-}
-
 TEST(Lifecycle, StartsAndStopsAgainAndAgainAndNotHalfWhenTheHostFails) {
   struct FailingSession : FakeSession {
     bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>&) override {

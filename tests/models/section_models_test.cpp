@@ -146,6 +146,7 @@ TEST_F(MultiModel, CallsValuesEqualWithinAThousandthAndIdenticalOnlyToTheLastBit
       {{1.0f, 0.9989f}, 5, false},   {{-0.5f, -0.6f}, 5, false},  {{-0.5f, -0.5002f}, 0, false},
       {{-0.5f, 0.5f}, 5, false},     {{0.0f, -0.0f}, 0, true},    {{0.0f, -0.1f}, 5, false},
       {{kNan, kNan}, 5, false},      {{0.5f, kNan}, 5, false},    {{kNan}, 0, true},
+      {{kNan, 0.5f}, 5, false},
   };
   for (const auto& row : table) {
     SCOPED_TRACE(::testing::PrintToString(row.values));

@@ -84,7 +84,7 @@ PropList Configure(float maxGain, float noiseSize, std::size_t startSize, std::s
   std::vector<float> end(endSize, 1.0f);
   if (startSize > 9) start[9] = 3.0f / 128.0f;
   if (endSize > 9) end[9] = 5.0f / 128.0f;
-  start[4] = 0.3f;
+  start[4] = 0.01f * static_cast<float>(endSize);
   PropList config;
   config.SetValue("MinGain", 3.0f);
   config.SetValue("MaxGain", maxGain);
