@@ -49,11 +49,6 @@ struct Step {
 
 class SessionWalks : public FakeSessionTest, public ::testing::WithParamInterface<unsigned> {
  protected:
-  void TearDown() override {
-    connections_.clear();
-    FakeSessionTest::TearDown();
-  }
-
   std::size_t Below(std::size_t end) { return random_() % end; }
   bool OneIn(std::size_t n) { return Below(n) == 0; }
   float Value() { return static_cast<float>(Below(1001)) / 1000.0f; }
