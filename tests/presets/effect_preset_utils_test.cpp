@@ -33,10 +33,7 @@ class EffectPresetUtils : public ::testing::Test {
           return id == u"bare" ? new Bare : nullptr;
         });
   }
-  ~EffectPresetUtils() override {
-    teskaudiofilterhost::utility::RegisterAudioFilterFactory({});
-    RegisterPresetManager(nullptr);
-  }
+  ~EffectPresetUtils() override { teskaudiofilterhost::utility::RegisterAudioFilterFactory({}); }
 };
 
 PropList TableOf(std::initializer_list<const char*> names) {
@@ -88,18 +85,6 @@ TEST_F(EffectPresetUtils, ValuesFindThePresetThatTheyAreCloseTo) {
     EXPECT_EQ(GetPresetNameForConfig(u"reverb", row.values, name), row.found);
     EXPECT_EQ(name, row.name);
   }
-}
-
-TEST_F(EffectPresetUtils, AHostMayBringItsOwnManager) {
-  struct Own : PresetManager {
-    void GetPresetNames(const std::u16string&, std::set<std::u16string>& names) override {
-      names = {u"Own"};
-    }
-  };
-  RegisterPresetManager(new Own);
-  std::set<std::u16string> names = {u"before"};
-  GetConfigPresetNames(u"reverb", names);
-  EXPECT_THAT(names, ElementsAre(u"Own"));
 }
 
 TEST_F(EffectPresetUtils, ASelectorFollowsItsEntryIntoAnotherTable) {

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "orvel/core/dir.h"
 #include "orvel/core/guid.h"
@@ -31,8 +28,7 @@ class TempDir {
  private:
   static std::filesystem::path Base() {
     const std::filesystem::path memory = "/dev/shm";
-    return std::filesystem::is_directory(memory) ? memory
-                                                 : std::filesystem::path(::testing::TempDir());
+    return std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
   }
 
   std::filesystem::path path_;
