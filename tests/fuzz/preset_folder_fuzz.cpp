@@ -124,11 +124,16 @@ void CheckFolder(FuzzedDataProvider& data) {
   cache->Reload();
   Require(Snapshot(folder.Path()) == after, "a second reload changes no byte");
   Require(Describe(*cache) == known, "a second reload finds the same");
+  const auto roll = [&data](std::size_t sides) {
+    return data.ConsumeIntegralInRange<std::size_t>(0, sides - 1);
+  };
   for (int changes = 4; changes > 0 && data.remaining_bytes() > 0; --changes) {
-    ChangeAny(
-        *cache,
-        [&data](std::size_t n) { return data.ConsumeIntegralInRange<std::size_t>(0, n - 1); },
-        [&data] { return data.ConsumeRandomLengthString(8); });
+    ChangeAny(*cache, roll, [&data] { return data.ConsumeRandomLengthString(8); });
+    const auto configs = ConfigsOf(*cache);
+    if (!configs.empty() && roll(6) == 0) {
+      const auto& from = configs[roll(configs.size())];
+      cache->MigrateUserPresets(from.Guid, configs.front().Guid, data.ConsumeBool());
+    }
     view->Reload();
     Require(Describe(*view) == Describe(*cache), "memory and disk agree");
   }

@@ -12,9 +12,11 @@
 
 #include "orvel/orvel.h"
 
+namespace orvel {
 namespace {
 
 using teskcore::serialization::BadCast;
+using teskcore::serialization::GetVariantInObject;
 using teskcore::serialization::JSONConvert;
 using teskcore::serialization::JSONParse;
 
@@ -23,17 +25,33 @@ void Require(bool holds) {
 }
 
 template <typename T>
-void RequireSame(const orvel::Preset<T>& left, const orvel::Preset<T>& right) {
-  Require(left.Guid == right.Guid && left.Name == right.Name);
-  Require(left.PresetData == right.PresetData);
+void Read(const std::string& text, Preset<T>& preset) {
+  ReadPreset(text, preset);
+}
+template <typename T>
+void Read(const std::string& text, std::vector<Preset<T>>& presets) {
+  ReadPresets(text, presets);
 }
 
-template <typename T, typename Read>
-bool ReadOrRefuse(const std::string& text, T& target, Read read) {
+template <typename T>
+std::string Write(const Preset<T>& preset) {
+  std::string text;
+  Require(WritePreset(preset, text));
+  return text;
+}
+template <typename T>
+std::string Write(const std::vector<Preset<T>>& presets) {
+  std::string text;
+  Require(WritePresets(presets, text));
+  return text;
+}
+
+template <typename T>
+bool ReadOrRefuse(const std::string& text, T& target) {
   try {
-    read(text, target);
+    Read(text, target);
     return true;
-  } catch (const orvel::JSONError&) {
+  } catch (const JSONError&) {
     Require(JSONParse(text) == nullptr);
   } catch (const BadCast&) {
     Require(JSONParse(text) != nullptr);
@@ -43,57 +61,31 @@ bool ReadOrRefuse(const std::string& text, T& target, Read read) {
   return false;
 }
 
-constexpr auto kReadOne = [](const std::string& text, auto& preset) {
-  orvel::ReadPreset(text, preset);
-};
-constexpr auto kReadMany = [](const std::string& text, auto& presets) {
-  orvel::ReadPresets(text, presets);
-};
-
 template <typename T>
-void CheckOne(const std::string& text) {
-  orvel::Preset<T> preset;
-  preset.Name = "untouched";
-  if (!ReadOrRefuse(text, preset, kReadOne)) {
-    Require(preset.Name == "untouched");
-    return;
+void Check(const std::string& text, T record) {
+  const std::string untouched = Write(record);
+  if (!ReadOrRefuse(text, record)) return Require(Write(record) == untouched);
+  const std::string written = Write(record);
+  T again;
+  Read(written, again);
+  Require(Write(again) == written);
+  if constexpr (requires { record.PresetData; }) {
+    Require(record.PresetData == again.PresetData && record.Name == again.Name);
+    const auto tree = JSONParse(text);
+    // A member of that name in the text itself is no wrapper, and only the text's reader can know.
+    Require(GetVariantInObject(tree, "SerializerWrappedObject") ||
+            Write(JSONConvert<T>::FromJSON(*tree)) == written);
   }
-  const auto tree = JSONParse(text);
-  // A member of that name in the text itself is no wrapper, and only the text's reader can know.
-  if (!teskcore::serialization::GetVariantInObject(tree, "SerializerWrappedObject")) {
-    RequireSame(preset, JSONConvert<orvel::Preset<T>>::FromJSON(*tree));
-  }
-  std::string written;
-  Require(orvel::WritePreset(preset, written));
-  orvel::Preset<T> again;
-  orvel::ReadPreset(written, again);
-  RequireSame(preset, again);
-  std::string rewritten;
-  Require(orvel::WritePreset(again, rewritten) && rewritten == written);
-}
-
-template <typename T>
-void CheckMany(const std::string& text) {
-  std::vector<orvel::Preset<T>> presets(1);
-  if (!ReadOrRefuse(text, presets, kReadMany)) {
-    Require(presets.size() == 1);
-    return;
-  }
-  std::string written;
-  Require(orvel::WritePresets(presets, written));
-  std::vector<orvel::Preset<T>> again;
-  orvel::ReadPresets(written, again);
-  Require(presets.size() == again.size());
-  for (std::size_t i = 0; i < presets.size(); ++i) RequireSame(presets[i], again[i]);
 }
 
 }  // namespace
+}  // namespace orvel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
-  CheckOne<orvel::UserPresetData>(text);
-  CheckOne<orvel::ConfigPresetData>(text);
-  CheckMany<orvel::UserPresetData>(text);
-  CheckMany<orvel::ConfigPresetData>(text);
+  orvel::Check(text, orvel::UserPreset());
+  orvel::Check(text, orvel::ConfigPreset());
+  orvel::Check(text, std::vector<orvel::UserPreset>(1));
+  orvel::Check(text, std::vector<orvel::ConfigPreset>(1));
   return 0;
 }

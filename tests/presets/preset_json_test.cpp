@@ -67,28 +67,28 @@ TEST(PresetJson, MissingMembersAreEmptyAndUnknownOnesPassedOver) {
 }
 
 TEST(PresetJson, AHostileTextIsRefusedWithItsCauseAndLeavesTheTargetAlone) {
-  const std::string begin = R"({"Guid":"11111111-2222-4333-8444-555555555555","PresetData":)";
-  const auto models = [&](const std::string& value) {
-    return begin + R"({"Models":{"model_volume":)" + value + "}}}";
-  };
-  const std::string texts[] = {
-      R"({"Guid":1})", R"({"Guid":null})", R"({"Name":[]})",           R"({"Type":{}})",
-      begin + "1}",    begin + "null}",    begin + R"({"Config":1}})", begin + R"({"Models":[]}})",
-      models("{}"),    models("null"),     models(R"(["1"])"),         models("[true]")};
-  for (const auto& text : texts) {
+  const auto with = [](const std::string& member) { return R"({"Name":"New",)" + member + "}"; };
+  for (const char* member :
+       {R"("Guid":1)", R"("Guid":null)", R"("Name":[])", R"("Type":{})", R"("PresetData":1)",
+        R"("PresetData":null)", R"("PresetData":{"Config":1})", R"("PresetData":{"Models":[]})",
+        R"("PresetData":{"Models":{"m":{}}})", R"("PresetData":{"Models":{"m":null}})",
+        R"("PresetData":{"Models":{"m":["1"]}})", R"("PresetData":{"Models":{"m":[true]}})"}) {
     auto preset = Voice();
-    EXPECT_THROW(ReadPreset(text, preset), BadCast) << text;
+    EXPECT_THROW(ReadPreset(with(member), preset), BadCast) << member;
     ExpectSame(preset, Voice());
     std::vector<UserPreset> presets(1);
-    EXPECT_THROW(ReadPresets("[" + text + "]", presets), BadCast) << text;
+    EXPECT_THROW(ReadPresets("[" + with(member) + "]", presets), BadCast) << member;
     EXPECT_THROW(ReadPresets("{}", presets), BadCast);
     EXPECT_EQ(presets.size(), 1u);
   }
-  for (const auto& text : {models("[NaN]"), models("[1e999]"), begin, std::string()}) {
+  const auto number = [&with](const std::string& text) {
+    return with(R"("PresetData":{"Models":{"m":[)" + text + "]}}");
+  };
+  for (const auto& text : {number("NaN"), number("1e999"), std::string("{"), std::string()}) {
     EXPECT_THROW(ReadUser(text), JSONError) << text;
   }
-  EXPECT_THROW(ReadUser(models("[1e39]")), boost::numeric::positive_overflow);
-  EXPECT_THROW(ReadUser(models("[-1e39]")), boost::numeric::negative_overflow);
+  EXPECT_THROW(ReadUser(number("1e39")), boost::numeric::positive_overflow);
+  EXPECT_THROW(ReadUser(number("-1e39")), boost::numeric::negative_overflow);
 }
 
 TEST(UserPresetData, CountsAsEqualWithinTheToleranceOnly) {

@@ -264,6 +264,7 @@ TEST_F(PresetsCacheTest, ConfigurationPresetsAreCreatedRenamedAndRemoved) {
   mine.PresetData.ModeID = "music";
   EXPECT_FALSE(cache->SavePreset(mine)) << "a preset stays in its mode";
   EXPECT_TRUE(cache->RemoveConfigPreset(mine.Guid));
+  EXPECT_FALSE(cache->RemoveConfigPreset(mine.Guid));
   EXPECT_FALSE(fs::exists(Root() / "Renamed"));
   // The factory's folder is made once: what a person removed from it does not come back.
   EXPECT_TRUE(cache->RemoveConfigPreset(kMusicTemplate));
@@ -272,14 +273,13 @@ TEST_F(PresetsCacheTest, ConfigurationPresetsAreCreatedRenamedAndRemoved) {
 
 TEST_F(PresetsCacheTest, TemporaryPresetsLiveUntilTheyAreRemoved) {
   const auto cache = Open();
-  const auto kept = MakeConfigPreset("Show (from Session)");
+  const auto kept = MakeConfigPreset("Show");
   ASSERT_TRUE(cache->CreateConfigPreset(kept));
-  auto temporary = MakeConfigPreset("Show (from Session)");
+  auto temporary = MakeConfigPreset("Show");
   EXPECT_TRUE(cache->AddTemporaryPreset(temporary));
-  EXPECT_TRUE(cache->AddTemporaryPreset(temporary));
-  EXPECT_THAT(ConfigsOf(*cache), SizeIs(6));
+  EXPECT_TRUE(cache->AddTemporaryPreset(temporary)) << "it is one already";
   EXPECT_TRUE(cache->FindPreset(temporary.Guid, temporary));
-  EXPECT_EQ(temporary.Name, "Show (from Session) 2") << "a taken name gets a number";
+  EXPECT_EQ(temporary.Name, "Show 2") << "a taken name gets a number";
   EXPECT_TRUE(cache->AddTemporaryPreset(MakeConfigPreset("Default")));
   EXPECT_FALSE(cache->AddTemporaryPreset(kept));
   EXPECT_TRUE(cache->RemoveTemporaryPreset(kept.Guid)) << "no temporary one, it stays";
@@ -308,7 +308,7 @@ TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItIsOrHoldsWork) {
   EXPECT_TRUE(fs::exists(Root() / "Ours"));
   EXPECT_TRUE(fs::exists(Root() / "Elsewhere" / "dialog" / "(Config).orvel"));
   cache->RemoveTemporaryPresets();
-  EXPECT_TRUE(fs::exists(Root() / "Used" / "dialog" / "Voice.orvel"));
+  EXPECT_TRUE(fs::exists(Root() / "Used" / "dialog" / "(Config).orvel"));
   EXPECT_FALSE(fs::exists(Root() / "Used" / "dialog" / ".temporary")) << "an ordinary one now";
 }
 
@@ -376,6 +376,7 @@ TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
   EXPECT_TRUE(cache->GetFactoryConfigPreset("dialog", factory));
   EXPECT_EQ(factory.Guid, kDialogTemplate) << "its copy gets the new guid";
   EXPECT_THAT(ConfigsOf(*cache), SizeIs(9));
+  EXPECT_THAT(UsersOf(*cache, kDialogTemplate), SizeIs(16));
   EXPECT_EQ(ConfigsOf(*cache)[4].Name, "Mine") << "and not that of a link to it";
   ExpectDiskHolds(*cache);
   factory.Name = "Mine now";
@@ -408,15 +409,14 @@ TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {
     EXPECT_EQ(cache->GetMigrationSource(), from);
     return preset.Name == "Fits";
   });
+  EXPECT_TRUE(cache->MigrateUserPresets(from, to, false));
+  EXPECT_THAT(UserNames(*cache, to), ElementsAre("Fits"));
+  // Of one guid in two folders, the one that is meant goes.
+  EXPECT_TRUE(cache->RemovePreset(fits.Guid, to));
+  EXPECT_THAT(UsersOf(*cache, from), SizeIs(2));
   EXPECT_TRUE(cache->MigrateUserPresets(from, to, true));
   EXPECT_THAT(UserNames(*cache, to), ElementsAre("Fits", "Refused"));
   EXPECT_NE(UsersOf(*cache, to)[0].Guid, fits.Guid);
-  const Guid third = AddConfig(*cache, "Third");
-  EXPECT_TRUE(cache->MigrateUserPresets(from, third, false));
-  EXPECT_THAT(UserNames(*cache, third), ElementsAre("Fits"));
-  // Of one guid in two folders, the one that is meant goes.
-  EXPECT_TRUE(cache->RemovePreset(fits.Guid, third));
-  EXPECT_THAT(UsersOf(*cache, from), SizeIs(2));
   const auto known = Describe(*cache);
   EXPECT_TRUE(cache->MigrateUserPresets(from, from, true));
   EXPECT_EQ(Describe(*cache), known);

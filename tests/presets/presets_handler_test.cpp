@@ -62,7 +62,6 @@ TEST_F(PresetsHandlerTest, TheListIsSortedAsItIsReadWithTheDefaultFirst) {
 TEST_F(PresetsHandlerTest, TheDisplayNameTellsOfEditsAndForgetsThoseThatAreTakenBack) {
   const Guid voice = Add("Voice", -3.0f);
   EXPECT_EQ(handler_->GetDisplayName(), u"");
-  EXPECT_FALSE(handler_->ShowsEditsAsCustom(""));
   EXPECT_TRUE(handler_->Select(voice));
   EXPECT_EQ(handler_->GetDisplayName(), u"Voice");
   Edit(-4.0f);
@@ -122,6 +121,7 @@ TEST_F(PresetsHandlerTest, RemovingSelectsTheDefaultEntry) {
   const Guid voice = Add("Voice");
   ASSERT_TRUE(handler_->Select(voice));
   EXPECT_FALSE(handler_->Remove(Guid::CreateUnique()));
+  EXPECT_FALSE(handler_->Select(Guid::CreateUnique()));
   EXPECT_TRUE(handler_->Remove(voice));
   EXPECT_EQ(handler_->GetCurrentPreset().first, plain);
   EXPECT_TRUE(handler_->Remove(plain));

@@ -26,6 +26,7 @@ const Guid kVoice("33333333-3333-4333-8333-333333333333");
 constexpr rlim_t kNoFile = 0;
 constexpr rlim_t kSmallFile = 100;   // any preset's
 constexpr rlim_t kLargeFile = 2000;  // that of the large preset alone
+constexpr rlim_t kReadOnly = RLIM_INFINITY;
 
 struct Operation {
   const char* name;
@@ -114,6 +115,13 @@ class StoreFaultsTest : public PresetStore {
     EXPECT_TRUE(DoMemoryAndDiskAgree());
   }
 
+  void SetPermissions(fs::perms permissions) {
+    fs::permissions(Root(), permissions);
+    for (const auto& entry : fs::recursive_directory_iterator(Root())) {
+      if (entry.is_directory()) fs::permissions(entry.path(), permissions);
+    }
+  }
+
   Cache cache_;
   Cache view_;
 };
@@ -143,38 +151,23 @@ class Nobody {
   bool isRoot_;
 };
 
-TEST_F(StoreFaultsTest, AWriteForWhichThereIsNoRoomChangesNothing) {
+TEST_F(StoreFaultsTest, AWriteThatFailsChangesNothing) {
   std::signal(SIGXFSZ, SIG_IGN);
+  const Nobody nobody(folder_.Path());
   for (const auto& operation : kOperations) {
-    for (const rlim_t room : std::set{kNoFile, kSmallFile, operation.tooLittle}) {
-      if (operation.tooLittle == kNoFile) continue;
+    for (const rlim_t room : std::set{kNoFile, kSmallFile, operation.tooLittle, kReadOnly}) {
+      if (operation.tooLittle == kNoFile && room != kReadOnly) continue;
       SCOPED_TRACE(std::string(operation.name) + " with room for " + std::to_string(room));
       MakeStore();
       LimitFileSize(room);
+      if (room == kReadOnly) SetPermissions(fs::perms::owner_read | fs::perms::owner_exec);
       ExpectRefusal(operation);
-      LimitFileSize(RLIM_INFINITY);
+      LimitFileSize(kReadOnly);
+      SetPermissions(fs::perms::owner_all);
       ExpectSuccess(operation);
     }
   }
-}
-
-TEST_F(StoreFaultsTest, AReadOnlyFolderStaysAsItIs) {
-  const Nobody nobody(folder_.Path());
-  for (const auto& operation : kOperations) {
-    SCOPED_TRACE(operation.name);
-    MakeStore();
-    const auto setPermissions = [this](fs::perms permissions) {
-      fs::permissions(Root(), permissions);
-      for (const auto& entry : fs::recursive_directory_iterator(Root())) {
-        if (entry.is_directory()) fs::permissions(entry.path(), permissions);
-      }
-    };
-    setPermissions(fs::perms::owner_read | fs::perms::owner_exec);
-    ExpectRefusal(operation);
-    setPermissions(fs::perms::owner_all);
-    ExpectSuccess(operation);
-  }
-  // One that shows nothing is not taken for an empty one.
+  // A folder that shows nothing is not taken for an empty one.
   MakeStore();
   fs::permissions(Root() / "Mine/dialog", fs::perms::owner_write | fs::perms::owner_exec);
   EXPECT_FALSE(kOperations[1].run(*cache_));

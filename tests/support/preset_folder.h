@@ -83,7 +83,7 @@ inline std::vector<std::string> Describe(const PresetsCache& cache) {
   return texts;
 }
 
-/// Makes one change of any kind, which the store may refuse. `roll(n)` gives one of 0..n-1, and
+/// Makes one change of one preset, which the store may refuse. `roll(n)` gives one of 0..n-1, and
 /// `name()` a name; what they give makes the same change of the same store.
 template <typename Roll, typename Name>
 void ChangeAny(PresetsCache& cache, const Roll& roll, const Name& name) {
@@ -106,9 +106,7 @@ void ChangeAny(PresetsCache& cache, const Roll& roll, const Name& name) {
     cache.RemoveConfigPreset(config.Guid);
   } else if (kind == 2) {
     cache.SavePreset(config);
-  } else if (kind == 3) {
-    cache.MigrateUserPresets(any(configs).Guid, config.Guid, false);
-  } else if (kind < 6) {
+  } else if (kind < 5) {
     cache.RemovePreset(user.Guid);
   } else {
     cache.SavePreset(user);
