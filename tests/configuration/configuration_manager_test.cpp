@@ -32,11 +32,6 @@ class ConfigurationManagerTest : public ConfiguredStore {
   static bool SetGain(float value, const std::string& mode = "dialog") {
     return Manager().SetModelConfiguration(mode, "model_volume", Gain(value));
   }
-  Guid Create(const std::string& name) {
-    const auto preset = MakeConfigPreset(name);
-    EXPECT_TRUE(Store().CreateConfigPreset(preset));
-    return preset.Guid;
-  }
   // The gain that is configured.
   static float GainOf(const std::string& mode) {
     float gain = 0.0f;
@@ -59,7 +54,6 @@ TEST_F(ConfigurationManagerTest, EachModeStartsOnItsFactoryPresetAndTheDocumentH
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
   EXPECT_THAT(Manager().GetCurrentConfigGuidForAllModes(), SizeIs(4));
   EXPECT_TRUE(Manager().GetCurrentConfigGuidForMode("foley").IsNull());
-  EXPECT_EQ(session_->stores, 1);
   ConfigPresets presets;
   EXPECT_TRUE(ConfigurationManager::GetConfigurationPresetsOfCurrentDocument(presets));
   EXPECT_THAT(presets, SizeIs(4));
@@ -116,8 +110,9 @@ TEST_F(ConfigurationManagerTest, TheActionChangesASectionAndTakesItBack) {
 }
 
 TEST_F(ConfigurationManagerTest, APresetThatIsUnseenKeepsItsEditsAndARemovedOneGivesWay) {
-  const Guid unseen = Create("Unseen");
-  ASSERT_TRUE(Handler("dialog").Select(unseen));
+  const auto unseen = MakeConfigPreset("Unseen");
+  ASSERT_TRUE(Store().CreateConfigPreset(unseen));
+  ASSERT_TRUE(Handler("dialog").Select(unseen.Guid));
   EXPECT_TRUE(SetGain(1.0f));
   const std::string held = Held("dialog");
   const std::filesystem::path away = folder_.Path() / "away";
@@ -171,8 +166,6 @@ TEST_F(ConfigurationManagerTest, ADocumentThatOpensKeepsItsTemplatesWhateverALis
   EXPECT_TRUE(isTold) << "behind the one that throws";
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), document[0].Guid);
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("music"), document[1].Guid);
-  EXPECT_NE(Held("dialog").find("\"A\""), std::string::npos);
-  EXPECT_NE(Held("music").find("\"B\""), std::string::npos);
   EXPECT_THAT(ConfigsOf(Store()), SizeIs(6)) << "those of the document before are gone";
   // One that cannot be read is given nothing of the one before.
   session_->onRead = fail;

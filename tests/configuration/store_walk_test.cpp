@@ -168,10 +168,9 @@ class SeededStoreWalk : public ConfiguredStore, public ::testing::WithParamInter
   void Edit() {
     const std::string& mode = Pick(kModes);
     PropList list = GetModelConfiguration(mode, "model_volume");
-    const float gain = RollGain();
-    list.SetValue("MaxGain", gain);
+    current_[mode].gain = RollGain();
+    list.SetValue("MaxGain", current_[mode].gain);
     EXPECT_TRUE(Manager().SetModelConfiguration(mode, "model_volume", list));
-    current_[mode].gain = gain;
   }
 
   // A verifier that refuses is asked about all but a document.

@@ -93,8 +93,10 @@ bool IsPreset(const std::string& text) {
   }
 }
 
-// One law after another, of the folder of `bytes`.
-void CheckFolder(FuzzedDataProvider& data) {
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  FuzzedDataProvider data(bytes, size);
   static const TempDir folder;
   Dir::SetPrefDir(folder.AsDir());
   const fs::path root = folder.Path() / "Presets/Orvel";
@@ -103,9 +105,8 @@ void CheckFolder(FuzzedDataProvider& data) {
   fs::remove_all(outside);
   fs::create_directories(root / "Default");  // or the factory's is made
   fs::create_directories(outside / "dialog");
-  using Cache = boost::intrusive_ptr<PresetsCache>;
-  static const Cache cache(new PresetsCache(GetLibraryModule(), true));
-  static const Cache view(new PresetsCache(GetLibraryModule(), true));
+  static const boost::intrusive_ptr<PresetsCache> cache(new PresetsCache(GetLibraryModule(), true));
+  static const boost::intrusive_ptr<PresetsCache> view(new PresetsCache(GetLibraryModule(), true));
   MakeFiles(data, root, outside);
 
   const auto before = Snapshot(folder.Path());
@@ -137,13 +138,7 @@ void CheckFolder(FuzzedDataProvider& data) {
     view->Reload();
     Require(Describe(*view) == Describe(*cache), "memory and disk agree");
   }
-}
-
-}  // namespace
-}  // namespace orvel::test
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  FuzzedDataProvider data(bytes, size);
-  orvel::test::CheckFolder(data);
   return 0;
 }
+
+}  // namespace orvel::test

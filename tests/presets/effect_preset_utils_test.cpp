@@ -76,7 +76,6 @@ TEST_F(EffectPresetUtils, ValuesFindThePresetThatTheyAreCloseTo) {
     std::u16string name;
   } rows[] = {
       {{0.5005f, 0.5995f, 0.7f}, true, u"Hall"},
-      {{0.1f, 0.2f}, true, u"Plate"},
       {{0.5f, 0.602f, 0.7f}, false, u"\"Custom\""},
       {{0.5f, 0.6f}, false, u"\"Custom\""},  // fewer are not the same
   };

@@ -53,9 +53,7 @@ TEST(PresetJson, WrittenPresetsAreReadBackEqual) {
 
 TEST(PresetJson, MissingMembersAreEmptyAndUnknownOnesPassedOver) {
   for (const char* text : {"1", "[]", "null", "\"x\"", "{}", R"({"Other":[{}]})"}) {
-    const auto preset = ReadUser(text);
-    EXPECT_TRUE(preset.Guid.IsNull()) << text;
-    EXPECT_EQ(preset.Name, "") << text;
+    ExpectSame(ReadUser(text), UserPreset());
   }
   const auto preset = ReadUser(R"({"Version":7,"PresetData":{"ModeID":"sfx"}})");
   EXPECT_EQ(preset.Version, 1u) << "the one that this reader knows";

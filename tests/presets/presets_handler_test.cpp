@@ -33,12 +33,6 @@ class PresetsHandlerTest : public PresetStore {
     handler_->SetWorkingData(data);
   }
 
-  std::vector<std::string> ListedNames() const {
-    std::vector<std::string> names;
-    for (const auto& [guid, name] : handler_->GetPresetList()) names.push_back(name);
-    return names;
-  }
-
   Cache cache_ = Open();
   Guid config_;
   boost::intrusive_ptr<UserPresetsHandler> handler_;
@@ -52,8 +46,10 @@ TEST_F(PresetsHandlerTest, TheListIsSortedAsItIsReadWithTheDefaultFirst) {
        {"zebra", "Apple", kDefaultName, "\xC3\xA9t\xC3\xA9", "$$$/x=Banana", "apple 2"}) {
     Add(name);
   }
-  EXPECT_THAT(ListedNames(), ElementsAre(kDefaultName, "Apple", "apple 2", "$$$/x=Banana",
-                                         "\xC3\xA9t\xC3\xA9", "zebra"));
+  std::vector<std::string> names;
+  for (const auto& [guid, name] : handler_->GetPresetList()) names.push_back(name);
+  EXPECT_THAT(names, ElementsAre(kDefaultName, "Apple", "apple 2", "$$$/x=Banana",
+                                 "\xC3\xA9t\xC3\xA9", "zebra"));
   Preset<UserPresetData> preset;
   EXPECT_TRUE(handler_->GetDefaultPreset(preset));
   EXPECT_EQ(preset.Name, kDefaultName);
