@@ -42,8 +42,6 @@ T Pick(FuzzedDataProvider& data, const T (&from)[N]) {
 }
 
 std::string MakeText(FuzzedDataProvider& data, bool isConfig) {
-  const int kind = data.ConsumeIntegralInRange(0, 3);
-  if (kind == 0) return data.ConsumeRandomLengthString(400);
   const std::string guid = Pick(data, kGuids);
   const std::string name = data.ConsumeRandomLengthString(12);
   const std::string mode = Pick(data, kModes);
@@ -53,7 +51,7 @@ std::string MakeText(FuzzedDataProvider& data, bool isConfig) {
           ? WritePreset(MakeConfigPreset(name, mode, 6.0f, Guid(guid)), text)
           : WritePreset(MakeUserPreset(name, Guid(Pick(data, kGuids)), 1.0f, Guid(guid)), text);
   Require(isWritten, "a preset can be written");
-  for (int edits = kind == 1 ? data.ConsumeIntegralInRange(1, 3) : 0; edits > 0; --edits) {
+  for (int edits = data.ConsumeIntegralInRange(-3, 3); edits > 0; --edits) {
     const auto place = data.ConsumeIntegralInRange<std::size_t>(0, text.size());
     text.replace(place, data.ConsumeIntegralInRange<std::size_t>(0, 4),
                  data.ConsumeRandomLengthString(4));

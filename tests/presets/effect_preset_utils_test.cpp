@@ -56,7 +56,6 @@ TEST_F(EffectPresetUtils, ATableIsFilledFromTheEffectAndEditedByName) {
   EXPECT_TRUE(GetPresetFromConfiguration(configuration, "T", "Plate", values));
   EXPECT_THAT(values, ElementsAre(0.9f));
   RemovePresetFromConfiguration(configuration, "T", "Plate");
-  RemovePresetFromConfiguration(configuration, "T", "Plate");
   RemovePresetFromConfiguration(configuration, "None", "Plate");
   EXPECT_FALSE(configuration.GetValue("None", table));
   EXPECT_FALSE(GetPresetFromConfiguration(configuration, "T", "Plate", values));

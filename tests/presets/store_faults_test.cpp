@@ -167,10 +167,14 @@ TEST_F(StoreFaultsTest, AWriteThatFailsChangesNothing) {
       ExpectSuccess(operation);
     }
   }
-  // A folder that shows nothing is not taken for an empty one.
+  // A folder that shows nothing is not taken for an empty one, nor does it hide the others.
   MakeStore();
+  const fs::path sibling = Root() / "Mine/music/.save-0-11111111-1111-4111-8111-111111111111.tmp";
+  WriteText(sibling, "left by a crash");
   fs::permissions(Root() / "Mine/dialog", fs::perms::owner_write | fs::perms::owner_exec);
-  EXPECT_FALSE(kOperations[1].run(*cache_));
+  Open();
+  EXPECT_FALSE(fs::exists(sibling));
+  for (const int operation : {0, 1}) EXPECT_FALSE(kOperations[operation].run(*cache_));
   fs::permissions(Root() / "Mine/dialog", fs::perms::owner_all);
   EXPECT_TRUE(DoMemoryAndDiskAgree());
 }
