@@ -192,7 +192,6 @@ TEST_F(PresetsCacheTest, BadFilesStayAsTheyAreAndHideNoOthers) {
   WriteText(Mine("broken.orvel"), "{");
   WriteText(Mine("null.orvel"), R"({"Name": "No guid"})");
   WriteText(Root() / "Broken" / "dialog" / "(Config).orvel", "[1, 2]");
-  WriteText(Root() / "a file.orvel", "{}");
   fs::create_directory(Mine("folder.orvel"));
   fs::copy(Mine("(Config).orvel"), Mine("Backup.orvel"));  // of the other kind
   const auto before = Snapshot(Root());
@@ -273,10 +272,11 @@ TEST_F(PresetsCacheTest, TemporaryPresetsLiveUntilTheyAreRemoved) {
   EXPECT_TRUE(cache->AddTemporaryPreset(MakeConfigPreset("Default")));
   EXPECT_FALSE(cache->AddTemporaryPreset(kept));
   EXPECT_TRUE(cache->RemoveTemporaryPreset(kept.Guid)) << "no temporary one, it stays";
+  fs::rename(Root() / "Show 2", Root() / "Kept");
   cache->Reload();
   cache->RemoveTemporaryPresets();
-  EXPECT_THAT(ConfigsOf(*cache), SizeIs(5));
-  EXPECT_EQ(ConfigsOf(*cache).front().Guid, kept.Guid);
+  EXPECT_THAT(ConfigsOf(*cache), SizeIs(6));
+  EXPECT_EQ(ConfigsOf(*cache).front().Name, "Kept") << "a person's own, by its name";
 }
 
 TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItIsOrHoldsWork) {
