@@ -38,7 +38,7 @@ void ExpectKept(const std::set<std::string>& before, const std::set<std::string>
   EXPECT_GE(found.size(), std::min(before.size(), after.size()));
   std::set<std::string> either = before;
   for (const auto& preset : after) {
-    EXPECT_TRUE(found.contains(preset) || either.insert(preset).second) << "lost: " << preset;
+    EXPECT_TRUE(either.insert(preset).second || found.contains(preset)) << "lost: " << preset;
   }
   EXPECT_TRUE(std::ranges::includes(either, found)) << "what nobody saved";
 }
