@@ -1,5 +1,6 @@
 // A seeded random walk over the store, the handlers and the configuration manager beside a plain
-// model of what they promise.
+// model of what they promise. ORVEL_WALK_SEED walks one seed again, ORVEL_WALK_STEPS sets the
+// length.
 
 #include <algorithm>
 #include <random>
@@ -8,13 +9,13 @@
 #include "orvel/actions/action_executor.h"
 #include "orvel/configuration/user_presets_handler.h"
 #include "tests/support/configured_store.h"
+#include "tests/support/environment.h"
 
 namespace orvel::test {
 namespace {
 
 constexpr unsigned kSeeds = 12;
-constexpr int kSteps = 400;
-constexpr int kStepsBetweenReopenings = 40;
+constexpr unsigned kStepsBetweenReopenings = 40;
 const std::vector<std::string> kModes = {"dialog", "music", "sfx"};
 const std::vector<std::string> kNames = {"Alpha", "Beta", "Gamma"};
 
@@ -281,7 +282,7 @@ class SeededStoreWalk : public ConfiguredStore, public ::testing::WithParamInter
     EXPECT_EQ(offered, dirty);
   }
 
-  std::mt19937 random_{GetParam()};
+  std::mt19937 random_{Asked("ORVEL_WALK_SEED", GetParam())};
   std::map<Guid, Config> configs_ = Stored();
   std::map<std::string, Guid> factory_;  // by mode
   std::set<Guid> temporaries_;           // those that came with the document
@@ -290,7 +291,8 @@ class SeededStoreWalk : public ConfiguredStore, public ::testing::WithParamInter
 };
 
 TEST_P(SeededStoreWalk, AgreesWithAPlainModel) {
-  for (int step = 0; step < kSteps && !HasFailure(); ++step) {
+  const unsigned steps = Asked("ORVEL_WALK_STEPS", 400);
+  for (unsigned step = 0; step < steps && !HasFailure(); ++step) {
     SCOPED_TRACE("step " + std::to_string(step));
     Step();
     Compare();

@@ -1,13 +1,13 @@
 // Random lines for `orvel session --json`: sensible ones, mutilated ones and rubbish. Each is
 // answered by one object, nothing crashes, and undoing everything leads to where it began.
-// ORVEL_SHELL_SEED walks one seed again, ORVEL_SHELL_STEPS sets the number of lines.
+// ORVEL_WALK_SEED walks one seed again, ORVEL_WALK_STEPS sets the number of lines.
 
 #include <algorithm>
-#include <cstdlib>
 #include <random>
 #include <set>
 
 #include "tests/host/support/shell.h"
+#include "tests/support/environment.h"
 
 namespace orvelhost::testing {
 namespace {
@@ -170,10 +170,8 @@ class ShellWalk : public ShellTest {
 };
 
 TEST_F(ShellWalk, EveryLineIsAnsweredAndEverythingIsUndone) {
-  const char* const seed = std::getenv("ORVEL_SHELL_SEED");
-  const char* const steps = std::getenv("ORVEL_SHELL_STEPS");
-  const unsigned first = seed == nullptr ? 20261121 : static_cast<unsigned>(std::atol(seed));
-  const std::size_t count = steps == nullptr ? 3000 : static_cast<std::size_t>(std::atol(steps));
+  const unsigned first = orvel::test::Asked("ORVEL_WALK_SEED", 20261121);
+  const std::size_t count = orvel::test::Asked("ORVEL_WALK_STEPS", 3000);
   random_.seed(first);
   SCOPED_TRACE("seed " + std::to_string(first));
   std::vector<std::pair<std::size_t, std::size_t>> equal;

@@ -2,7 +2,6 @@
 // must be signalled. ORVEL_WALK_SEED walks one seed again, ORVEL_WALK_STEPS sets the length.
 
 #include <algorithm>
-#include <cstdlib>
 #include <random>
 #include <set>
 
@@ -18,6 +17,7 @@
 #include "orvel/models/clip_keys.h"
 #include "orvel/models/mode_descriptor_cache.h"
 #include "orvel/models/user_preset_utils.h"
+#include "tests/support/environment.h"
 #include "tests/support/fake_session.h"
 
 namespace orvel::test {
@@ -428,12 +428,10 @@ class SessionWalks : public FakeSessionTest, public ::testing::WithParamInterfac
 };
 
 TEST_P(SessionWalks, EveryStepDoesWhatThePlainModelSaysAndUndoLeadsBackToTheStart) {
-  const char* seed = std::getenv("ORVEL_WALK_SEED");
-  const char* steps = std::getenv("ORVEL_WALK_STEPS");
-  const unsigned walked = seed ? static_cast<unsigned>(std::stoul(seed)) : GetParam();
+  const unsigned walked = Asked("ORVEL_WALK_SEED", GetParam());
   SCOPED_TRACE("to walk it again: ORVEL_WALK_SEED=" + std::to_string(walked));
   Start(walked);
-  WalkFor(steps ? std::stoi(steps) : 1500);
+  WalkFor(static_cast<int>(Asked("ORVEL_WALK_STEPS", 1500)));
   while (stack->done > 0 && !HasFailure()) Undo();
   EXPECT_TRUE(now_ == history_.front().after);
   Compare();

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "tests/support/environment.h"
 #include "tests/support/kill_while.h"
 #include "tests/support/preset_store.h"
 #include "tests/support/small_factory.h"
@@ -61,18 +62,18 @@ class StoreCrashTest : public PresetStore {
 };
 
 TEST_F(StoreCrashTest, AKilledProcessLosesNothingThatItHadReportedSaved) {
-  constexpr unsigned kKills = 300;
+  const unsigned kills = Asked("ORVEL_KILLS", 300);
   std::size_t interrupted = 0;
   auto cache = OpenSmall();
-  fs::create_directory(Root() /
-                       "Default/kept");  // without the folder the factory's would come back
+  // Without the folder the factory's would come back.
+  fs::create_directory(Root() / "Default/kept");
   // The same changes of a copy, which nobody kills, say what must be there.
   const TempDir other;
   Dir::SetPrefDir(other.AsDir());
   const auto twin = OpenSmall();
   Dir::SetPrefDir(folder_.AsDir());
   const fs::path twinRoot = other.Path() / "Presets" / "Orvel";
-  for (unsigned seed = 0; seed < kKills && !HasFailure(); ++seed) {
+  for (unsigned seed = 0; seed < kills && !HasFailure(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     fs::remove_all(twinRoot);
     fs::copy(Root(), twinRoot, fs::copy_options::recursive);
@@ -106,7 +107,7 @@ TEST_F(StoreCrashTest, AKilledProcessLosesNothingThatItHadReportedSaved) {
     ExpectNothingIsBroken(*cache);
     interrupted += reports % 2;
   }
-  EXPECT_GT(interrupted, kKills / 4) << "the kills come between the steps";
+  EXPECT_GT(interrupted, kills / 4) << "the kills come between the steps";
 }
 
 TEST_F(StoreCrashTest, AFactoryFolderThatACrashCutShortIsMadeWholeAtTheNextStart) {
