@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
-#include <utility>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,10 +12,8 @@
 #include "orvel/core/localizer.h"
 #include "orvel/core/profiler.h"
 #include "orvel/core/usage_logger.h"
-#include "orvel/definitions/effect_order_registry.h"
-#include "orvel/definitions/section_definition.h"
 #include "orvel/models/mode_descriptor_cache.h"
-#include "tests/support/fake_session.h"
+#include "tests/support/document_session.h"
 
 namespace orvel::test {
 namespace {
@@ -27,113 +24,61 @@ bool Create(const std::string& modelID) {
                                       model);
 }
 
-TEST(SectionRegistry, TheFirstBuilderOfAModelStaysAndTheLastNumberOfAnEffectCounts) {
-  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), -1);
-  EffectOrderRegistry::RegisterEffect(u"fx", 5);
-  EffectOrderRegistry::RegisterEffect(u"fx", 7);
-  EXPECT_EQ(EffectOrderRegistry::GetEffectOrderNumber(u"fx"), 7);
-  const auto build = [](const PropList& config) {
-    return SectionDefinition("model_test", u"", config, {}, {}, "first");
-  };
-  EXPECT_TRUE(factory::RegisterModelDefinition("model_test", build));
-  EXPECT_FALSE(factory::RegisterModelDefinition("model_test", {}));
-  EXPECT_FALSE(factory::RegisterModelDefinition("model_pan", build));
+TEST(SectionRegistry, TheFirstBuilderOfAModelStays) {
+  EXPECT_FALSE(factory::RegisterModelDefinition("model_pan", {}));
   SectionDefinition definition;
-  EXPECT_TRUE(factory::CreateSectionModelDefinition("model_test", {}, definition));
+  EXPECT_TRUE(factory::CreateSectionModelDefinition("model_pan", {}, definition));
   EXPECT_FALSE(factory::CreateSectionModelDefinition("model_none", {}, definition));
-  EXPECT_EQ(definition.GetSectionKey(), "first");
+  EXPECT_EQ(definition.GetModelID(), "model_pan");
 }
 
 TEST(SectionRegistry, AModelsOwnCreatorWinsOverTheGenericOneAndEachMayReplaceItself) {
   static std::string log;  // outlives the test, as a registration does
   const auto creator = [](const std::string& name) {
-    return [name](const std::string& context, const SectionDefinition& definition, const auto&,
-                  const MixTypeClipModels& clips, bool flag, auto&) {
+    return [name](const auto&...) {
       factory::SetGenericFactoryFunction({});
-      log = name + ":" + context + ":" + definition.GetModelID() + ":" +
-            std::to_string(clips.size()) + (flag ? ":followed" : "");
+      log = name;
     };
   };
-  for (const std::string modelID : {"model_pan", ""}) {  // an unknown one: an empty definition
-    EXPECT_FALSE(Create(modelID));
-    factory::SetGenericFactoryFunction(creator("one whose name is longer than a string's own"));
-    EXPECT_TRUE(Create(modelID));
-    EXPECT_EQ(log,
-              "one whose name is longer than a string's own:dialog:" + modelID + ":2:followed");
-  }
+  const std::string generic = "one whose name is longer than a string's own";
+  EXPECT_FALSE(Create("model_pan"));
+  factory::SetGenericFactoryFunction(creator(generic));
+  EXPECT_TRUE(Create("model_pan"));
+  EXPECT_EQ(log, generic);
   EXPECT_TRUE(factory::RegisterModelClass("model_own", creator("own")));
   EXPECT_FALSE(factory::RegisterModelClass("model_own", creator("other")));
   EXPECT_TRUE(Create("model_own"));
-  EXPECT_EQ(log, "own:dialog::2:followed");
+  EXPECT_EQ(log, "own");
 }
 
-constexpr int kSwitchID = 0;
-constexpr int kSharedID = 5;
-const std::vector<ParamDefinition> kParams = {
-    {kSwitchID, 1, 0, 1, kParamFlag_Switch, "Enabled", "Enables it", "ENABLED"}};
-
-ControlDefinition Mapping(const char* key, int paramID) {
-  ControlDefinition control(u"effect", 1, key);
-  control.AddParameterMapping(paramID, ParameterMapping(0, 0.0f, 1.0f, 1.0f));
-  return control;
-}
-
-ControlDefinition Modifying(const char* key, int paramID) {
-  ControlDefinition control(u"effect", 2, key);
-  control.AddParameterModifier(ParameterModifier(paramID, {}, {}));
-  return control;
-}
-
-TEST(SectionDefinition, GivesAParameterItsRoleAndControl) {
-  const auto a = Mapping("A", kSharedID);
-  const auto mapsToo = Mapping("B", kSharedID);
-  const auto modifies = Modifying("B", kSharedID);
-  auto both = Mapping("C", kSharedID);
-  both.AddParameterModifier(ParameterModifier(kSharedID, {}, {}));
-  const struct {
-    std::vector<ControlDefinition> controls;
-    int paramID;
-    ParamType type;
-    const char* control;
-  } cases[] = {
-      {{a}, kSwitchID, kSectionEnable, "untouched"},
-      {{}, kSharedID, kUnknownParam, "untouched"},
-      {{a}, 77, kUnknownParam, "untouched"},
-      {{a, mapsToo}, 1, kControlEnable, "A"},  // a switch is found at once, the first that has it
-      {{a}, kSharedID, kMappedParam, "A"},
-      {{a, mapsToo}, kSharedID, kMappedParam, "B"},  // a later control that claims the id wins
-      {{a, modifies}, kSharedID, kModifierParam, "B"},
-      {{modifies, a}, kSharedID, kMappedParam, "A"},
-      {{both}, kSharedID, kModifierParam, "C"},
-  };
-  for (const auto& c : cases) {
-    SectionDefinition section("model", u"Name", {}, kParams, c.controls, "Key");
-    EXPECT_EQ(section.GetParamTypeAndControl(c.paramID, nullptr), c.type);
-    EXPECT_EQ(std::as_const(section).GetParamTypeAndControl(c.paramID, nullptr), c.type);
-    ControlDefinition untouched(u"", 0, "untouched");
-    ControlDefinition* control = &untouched;
-    EXPECT_EQ(section.GetParamTypeAndControl(c.paramID, &control), c.type);
-    EXPECT_EQ(control->GetControlKey(), c.control);
+TEST(SectionDefinition, OfTwoControlsTheFirstHasTheSwitchAndTheLastTheParameter) {
+  std::vector<ControlDefinition> controls;
+  for (const char* key : {"A", "B"}) {
+    auto& control = controls.emplace_back(u"effect", 1, key);
+    control.AddParameterMapping(5, ParameterMapping(0, 0.0f, 1.0f, 1.0f));
   }
+  controls[1].AddParameterModifier(ParameterModifier(5, {}, {}));
+  SectionDefinition section("model", u"Name", {}, {}, controls, "Key");
+  ControlDefinition* control = nullptr;
+  EXPECT_EQ(section.GetParamTypeAndControl(1, &control), kControlEnable);
+  EXPECT_EQ(control->GetControlKey(), "A");
+  EXPECT_EQ(section.GetParamTypeAndControl(5, &control), kModifierParam);
+  EXPECT_EQ(control->GetControlKey(), "B");
+  EXPECT_EQ(section.GetParamTypeAndControl(7, nullptr), kUnknownParam);
 }
 
 TEST(Lifecycle, StartsAndStopsAgainAndAgainAndNotHalfWhenTheHostFails) {
-  struct FailingSession : FakeSession {
-    bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>&) override {
-      throw std::runtime_error("host");
-    }
-  };
   Terminate();
   for (int round = 0; round < 2; ++round) {
-    const boost::intrusive_ptr<SessionHandlerInterface> session(new FakeSession);
+    const boost::intrusive_ptr<DocumentSession> session(new DocumentSession);
     const boost::intrusive_ptr<ActionExecutor> executor(new FakeExecutor);
     Initialize(session, executor, GetDefaultAdjustmentsModeDescriptors());
-    EXPECT_TRUE(IsInitialized());
     EXPECT_EQ(factory::GetSessionHandler(), session);
     EXPECT_EQ(GetOrvelActionExecutor(), executor);
     EXPECT_TRUE(ModeDescriptorCache::Get()->IsValidMode("sfx"));
     Terminate();
-    EXPECT_THROW(Initialize(new FailingSession, nullptr, {}), std::runtime_error);
+    session->onRead = [] { throw std::runtime_error("host"); };
+    EXPECT_THROW(Initialize(session, nullptr, {}), std::runtime_error);
     EXPECT_FALSE(IsInitialized());
     EXPECT_EQ(factory::GetSessionHandler(), nullptr);
     EXPECT_EQ(ModeDescriptorCache::Get(), nullptr);

@@ -40,13 +40,17 @@ void Print(std::ostream& out, ParameterMapping mapping) {
   out << '\n';
 }
 
-std::string Print(const SectionDefinition& section) {
+std::string Print(SectionDefinition section) {
   std::ostringstream out;
   out << section.GetModelID() << '|' << section.GetSectionKey() << '|'
       << UTF16to8(section.GetLocalizedName()) << '\n';
   for (const auto& p : section.GetParamDefinitions()) {
+    ControlDefinition none(u"", 0, "");
+    ControlDefinition* control = &none;
+    const ParamType role = section.GetParamTypeAndControl(p.id, &control);
     out << p.id << '|' << p.key << '|' << p.description << '|' << p.name << '|' << p.flags << '|'
-        << p.defaultValue << '|' << p.minValue << '|' << p.maxValue << '\n';
+        << p.defaultValue << '|' << p.minValue << '|' << p.maxValue << "|role " << role << ' '
+        << control->GetControlKey() << '\n';
   }
   return out.str();
 }
