@@ -1,6 +1,5 @@
 #include "orvel/presets/preset_json.h"
 
-#include <cmath>
 #include <string>
 
 #include <boost/numeric/conversion/cast.hpp>
@@ -17,12 +16,9 @@ const Guid kGuid("11111111-2222-4333-8444-555555555555");
 
 UserPreset Voice() { return MakeUserPreset("Voice \u00E9", kDialogTemplate, 3.3333333f, kGuid); }
 
-template <typename T>
-void ExpectSame(const Preset<T>& left, const Preset<T>& right) {
+void ExpectSame(const UserPreset& left, const UserPreset& right) {
   EXPECT_EQ(left.Guid, right.Guid);
   EXPECT_EQ(left.Name, right.Name);
-  EXPECT_EQ(left.Type, right.Type);
-  EXPECT_EQ(left.Version, right.Version);
   EXPECT_EQ(left.PresetData, right.PresetData);
 }
 
@@ -30,25 +26,6 @@ UserPreset ReadUser(const std::string& text) {
   UserPreset preset;
   ReadPreset(text, preset);
   return preset;
-}
-
-// That shipped presets are written back byte for byte shows how the text looks.
-TEST(PresetJson, WrittenPresetsAreReadBackEqual) {
-  std::string text;
-  std::vector<UserPreset> users;
-  ASSERT_TRUE(WritePresets(std::vector{Voice(), Voice()}, text));
-  ReadPresets(text, users);
-  ASSERT_EQ(users.size(), 2u);
-  ExpectSame(users[1], Voice());
-  PropList table;
-  table.SetValue("$$$/a=Hall", std::vector<float>{0.5f, 1.0f});
-  auto config = MakeConfigPreset("Mine");
-  config.PresetData.Models["model_soundeffects"].SetValue("ReverbPresets", table);
-  config.PresetData.Models["model_pan"] = {};
-  ConfigPreset again;
-  ASSERT_TRUE(WritePreset(config, text));
-  ReadPreset(text, again);
-  ExpectSame(again, config);
 }
 
 TEST(PresetJson, MissingMembersAreEmptyAndUnknownOnesPassedOver) {
@@ -87,15 +64,6 @@ TEST(PresetJson, AHostileTextIsRefusedWithItsCauseAndLeavesTheTargetAlone) {
   }
   EXPECT_THROW(ReadUser(number("1e39")), boost::numeric::positive_overflow);
   EXPECT_THROW(ReadUser(number("-1e39")), boost::numeric::negative_overflow);
-}
-
-TEST(UserPresetData, CountsAsEqualWithinTheToleranceOnly) {
-  const auto data = [](float value) {
-    return MakeUserPreset("", kDialogTemplate, value).PresetData;
-  };
-  for (const float by : {0.000005f, -0.000009f, 0.00002f, -0.0001f, std::nanf("")}) {
-    EXPECT_EQ(data(0.0f) == data(by), std::abs(by) < 0.00001f) << by;
-  }
 }
 
 }  // namespace
