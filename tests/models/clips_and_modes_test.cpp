@@ -46,33 +46,23 @@ TEST(AdjustmentsModes, AHostsDocumentIsReadAsFarAsItMakesSenseAndItsCacheAnswers
   ModeDescriptorCache::Initialize(modes);
   const auto* cache = ModeDescriptorCache::Get();
   EXPECT_EQ(cache->GetAdjustmentsModes(), (std::set<std::string>{"dialog", "else", "other"}));
-  std::vector<std::string> ordered = {"before"};
-  EXPECT_TRUE(cache->GetOrderedJSONAdjustmentsModes(ordered));
-  EXPECT_EQ(ordered, (std::vector<std::string>{"dialog", "else", "other", "dialog"}));
   EXPECT_EQ(cache->GetAdjustmentsModeInfos().at(0).localizedDisplayName, u"Foley");
   std::vector<SectionDescriptor> sections;
   EXPECT_TRUE(cache->GetSectionDescriptors("dialog", sections));
   EXPECT_FALSE(cache->GetSectionDescriptors("Dialog", sections));
   ASSERT_EQ(sections.size(), 3u);  // of the first of two with one id
   EXPECT_EQ(sections[0].modelID + "," + sections[1].modelID, "model_pan,");
-  const struct {
-    std::string modeID;
-    bool found;
-    ClipType type;
-    bool valid;
-    std::u16string name;
-  } rows[] = {{"dialog", true, type_sfx, true, u"Dialogue"},
-              {"else", true, type_not_set, true, u"else"},
-              {"other", false, type_other, true, u"other"},
-              {"foley", false, type_other, false, u"foley"},
-              {kAdjustmentsModeUnknown, true, type_not_set, false, u"AdjustmentsModeUnknown"}};
-  for (const auto& row : rows) {
-    ClipType type = type_music;
-    EXPECT_EQ(cache->GetClipTypeFromAdjustmentsMode(row.modeID, type), row.found) << row.modeID;
-    EXPECT_EQ(type, row.type) << row.modeID;
-    EXPECT_EQ(cache->IsValidMode(row.modeID), row.valid) << row.modeID;
-    EXPECT_EQ(ModeDescriptorCache::GetAdjustmentsModeDisplayNameFromModeId(row.modeID), row.name);
-  }
+  ClipType type = type_music;
+  EXPECT_TRUE(cache->GetClipTypeFromAdjustmentsMode("else", type));
+  EXPECT_EQ(type, type_not_set);
+  EXPECT_FALSE(cache->GetClipTypeFromAdjustmentsMode("other", type));
+  EXPECT_EQ(type, type_other);
+  EXPECT_TRUE(cache->GetClipTypeFromAdjustmentsMode(kAdjustmentsModeUnknown, type));
+  EXPECT_EQ(type, type_not_set);
+  EXPECT_TRUE(cache->IsValidMode("other"));
+  EXPECT_FALSE(cache->IsValidMode(kAdjustmentsModeUnknown));
+  EXPECT_EQ(ModeDescriptorCache::GetAdjustmentsModeDisplayNameFromModeId("dialog"), u"Dialogue");
+  EXPECT_EQ(ModeDescriptorCache::GetAdjustmentsModeDisplayNameFromModeId("foley"), u"foley");
   ModeDescriptorCache::Terminate();
 }
 

@@ -42,21 +42,6 @@ class ModelUtils : public ::testing::Test {
   boost::intrusive_ptr<SectionModelInterface> model{fake};
 };
 
-TEST_F(ModelUtils, TheStoredListLeavesOutReadBacksAndSetsAsFarAsItReaches) {
-  fake->values = {1.0f, 0.25f, 0.7f, 1.0f};
-  EXPECT_EQ(GetList(), (std::vector<float>{1.0f, 2.5f, 4.0f}));
-  EXPECT_TRUE(modelutils::SetParamList(model, {0.0f, 10.0f}));
-  EXPECT_EQ(fake->values, (std::vector<float>{0.0f, 1.0f, 0.7f, 1.0f}));
-  EXPECT_TRUE(modelutils::SetParamList(model, {1.0f, 0.0f, 2.0f, 9.0f, 9.0f}));
-  EXPECT_EQ(fake->values, (std::vector<float>{1.0f, 0.0f, 0.7f, 0.5f}));
-  fake->writes = 0;
-  EXPECT_TRUE(modelutils::SetParamList(model, {}));
-  std::vector<float> list;
-  EXPECT_FALSE(modelutils::GetParamList(nullptr, list));
-  EXPECT_FALSE(modelutils::SetParamList(nullptr, {1.0f}));
-  EXPECT_EQ(fake->writes, 0);
-}
-
 TEST_F(ModelUtils, WhileTheSectionIsOffATargetIsStoredAsItsDefault) {
   fake->values = {0.49f, 0.25f, 0.0f, 1.0f};
   EXPECT_EQ(GetList()[2], 2.0f);
@@ -67,22 +52,6 @@ TEST_F(ModelUtils, WhileTheSectionIsOffATargetIsStoredAsItsDefault) {
   fake->values[kEnabled] = 0.0f;
   fake->readStatuses[kEnabled] = 4;
   EXPECT_EQ(GetList()[2], 4.0f);
-  fake->readStatuses.clear();
-  fake->hasDefinition = false;
-  EXPECT_EQ(GetList()[2], 4.0f);
-}
-
-TEST_F(ModelUtils, AToleratedReadCountsAndAFailedOneKeepsTheList) {
-  fake->readStatuses[kAmount] = 4;
-  EXPECT_EQ(GetList()[1], 5.0f);
-  fake->unread = kAmount;
-  EXPECT_EQ(GetList()[1], -10.0f);  // below every range, so that it shows
-  fake->unconvertible = kAmount;
-  EXPECT_EQ(GetList()[1], 0.0f);
-  fake->readStatuses[kAmount] = 5;
-  std::vector<float> list = {7.0f};
-  EXPECT_FALSE(modelutils::GetParamList(model, list));
-  EXPECT_EQ(list, std::vector<float>{7.0f});
 }
 
 TEST_F(ModelUtils, AFailedWriteIsTakenBackOnce) {
@@ -98,16 +67,11 @@ TEST_F(ModelUtils, AFailedWriteIsTakenBackOnce) {
 
 TEST_F(ModelUtils, WhatCannotBeConvertedIsZeroAndEndsTheValueMap) {
   std::map<int, float> map = {{kEnabled, 0.25f}};
-  EXPECT_FALSE(modelutils::GetParamIdValueMap(nullptr, {1.0f}, map));
-  modelutils::GetDefaultModelParams(nullptr, map);
   fake->unconvertible = kAmount;
   EXPECT_FALSE(modelutils::GetParamIdValueMap(model, {1.0f, 5.0f, 2.0f}, map));
   EXPECT_EQ(map, (std::map<int, float>{{kEnabled, 0.25f}, {kAmount, 0.0f}}));
   EXPECT_FALSE(modelutils::SetParamList(model, {1.0f, 5.0f, 2.0f}));
   EXPECT_EQ(fake->writes, 0);
-  map[kAmount] = 0.9f;
-  modelutils::GetDefaultModelParams(model, map);
-  EXPECT_EQ(map, (std::map<int, float>{{kEnabled, 1.0f}, {kAmount, 0.0f}, {kTarget, 0.5f}}));
 }
 
 class MultiModel : public ::testing::Test {

@@ -4,27 +4,17 @@
 #include <utility>
 #include <vector>
 
-#include "orvel/models/session_handler_interface.h"
 #include "orvel/presets/config_preset_data.h"
 #include "orvel/presets/preset.h"
+#include "tests/support/fake_session.h"
 
 namespace orvel::test {
 
-/// A session without clips whose document holds configuration presets.
-class DocumentSession : public SessionHandlerInterface {
+/// A session whose document holds configuration presets.
+class DocumentSession : public FakeSession {
  public:
-  boost::signals2::connection RegisterForClipSelectionChanges(
-      const SelectionSignal::slot_type&) override {
-    return {};
-  }
-  boost::signals2::connection RegisterForSessionChanges(const SessionSignal::slot_type&) override {
-    return {};
-  }
-  MixTypeClipModels GetSelectedMixTypeClipModels() override { return {}; }
-  bool IsSessionEnabled() override { return true; }
   boost::signals2::connection RegisterForDocumentChanges(
       const DocumentSignal::slot_type& slot) override {
-    if (onRegister) onRegister();
     return documentChanged.connect(slot);
   }
   bool GetConfigurationPresets(std::vector<Preset<ConfigPresetData>>& presets) override {
@@ -48,7 +38,6 @@ class DocumentSession : public SessionHandlerInterface {
 
   DocumentSignal documentChanged;
   std::vector<Preset<ConfigPresetData>> document;
-  std::function<void()> onRegister;
   std::function<void()> onRead;
   std::function<void()> onStore;  // once, before the presets are kept
   int stores = 0;

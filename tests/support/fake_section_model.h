@@ -34,8 +34,8 @@ class FakeSectionModel : public SectionModelInterface {
   int GetNumParams() const override { return static_cast<int>(Params().size()); }
   ParamDefinition GetParamDefinition(int index) override { return Param(index); }
   bool GetSectionDefinition(SectionDefinition& out) const override {
-    if (hasDefinition) out = definition;
-    return hasDefinition;
+    out = definition;
+    return true;
   }
   int SetParamNormalized(int paramID, float value) override {
     return SetParamsNormalized({{paramID, value}});
@@ -54,7 +54,7 @@ class FakeSectionModel : public SectionModelInterface {
   int GetParamNormalized(int paramID, float& value) const override {
     const auto failing = readStatuses.find(paramID);
     if (failing != readStatuses.end() && failing->second != 4) return failing->second;
-    if (paramID != unread) value = values[static_cast<std::size_t>(paramID)];
+    value = values[static_cast<std::size_t>(paramID)];
     return failing == readStatuses.end() ? 0 : failing->second;
   }
   bool ToPhysical(int paramID, float value, float& physical) const override {
@@ -107,8 +107,6 @@ class FakeSectionModel : public SectionModelInterface {
   std::map<int, int> readStatuses;  // parameter id to the status of its read
   std::vector<int> writeStatuses;   // of the coming writes; 0 after the last
   int unconvertible = -1;
-  int unread = -1;  // its read succeeds and gives no value
-  bool hasDefinition = true;
   int writes = 0;
   bool active = false;
   int suspendCount = 0;
