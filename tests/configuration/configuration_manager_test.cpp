@@ -121,6 +121,21 @@ TEST_F(ConfigurationManagerTest, ATemporaryThatCannotBeDeletedStaysAsAnOrdinaryO
   }
 }
 
+TEST_F(ConfigurationManagerTest, AHostThatThrowsAtTheStartLeavesNothingBehind) {
+  struct Refusing : DocumentSession {
+    boost::signals2::connection RegisterForDocumentChanges(
+        const DocumentSignal::slot_type&) override {
+      throw std::runtime_error("no documents");
+    }
+  };
+  const auto store = Manager().GetPresetsCache();
+  Terminate();
+  EXPECT_THROW(ConfigurationManager::Initialize(new Refusing, store, {"dialog"}),
+               std::runtime_error);
+  ASSERT_TRUE(store->SavePreset(MakeUserPreset("Voice")));
+  EXPECT_TRUE(store->MigrateUserPresets(kDialogTemplate, kMusicTemplate, true));
+}
+
 TEST_F(ConfigurationManagerTest, AReporterMayOpenAnotherDocumentOrFail) {
   const auto second = MakeConfigPreset("Second", "dialog", 2.0f);
   Manager().SetReportMissingConfigPresetFunction([this, second] {

@@ -1,5 +1,6 @@
 #include "orvel/presets/preset_json.h"
 
+#include <cmath>
 #include <string>
 
 #include <boost/numeric/conversion/cast.hpp>
@@ -64,6 +65,15 @@ TEST(PresetJson, AHostileTextIsRefusedWithItsCauseAndLeavesTheTargetAlone) {
   }
   EXPECT_THROW(ReadUser(number("1e39")), boost::numeric::positive_overflow);
   EXPECT_THROW(ReadUser(number("-1e39")), boost::numeric::negative_overflow);
+}
+
+TEST(UserPresetData, CountsAsEqualWithinTheToleranceOnly) {
+  const auto data = [](float value) {
+    return MakeUserPreset("", kDialogTemplate, value).PresetData;
+  };
+  for (const float by : {0.000005f, -0.000009f, 0.00002f, -0.0001f, std::nanf("")}) {
+    EXPECT_EQ(data(0.0f) == data(by), std::abs(by) < 0.00001f) << by;
+  }
 }
 
 }  // namespace
