@@ -68,10 +68,8 @@ TEST(Beats, AreNotFoundWhereThereAreNone) {
   };
   const std::pair<const char*, AudioBlock> cases[] = {
       {"silence", Make(44100, 1, 8.0, Sine(0.0))},
-      {"noise", Make(44100, 1, 12.0, Noise(0.1))},
       {"words", Make(44100, 1, 12.0, Sum({words, Noise(0.001)}))},
       {"a tone", Make(44100, 1, 12.0, Sine(0.3))},
-      {"two seconds of music", Make(44100, 2, 2.0, ChordLoop())},
       {"10 ms", Make(44100, 1, 0.01, Sine(0.3))},
   };
   for (const auto& [name, audio] : cases) {

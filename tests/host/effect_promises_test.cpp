@@ -103,11 +103,13 @@ TEST(EveryEffect, LeavesTheSoundAloneAtItsNeutralSettings) {
   }
 }
 
+double Square(double time, int) { return std::fmod(time, 0.01) < 0.005 ? 1.0 : -1.0; }
+
 TEST(EveryEffect, KeepsChannelsLengthAndSenseWhateverItIsGiven) {
   const std::pair<const char*, Signal> signals[] = {
       {"silence", [](double, int) { return 0.0; }},
       {"direct current", [](double, int) { return 0.5; }},
-      {"clipped", [](double time, int) { return std::fmod(time, 0.01) < 0.005 ? 1.0 : -1.0; }},
+      {"clipped", Square},
   };
   for (const Subject& subject : Subjects()) {
     for (const auto& [name, signal] : signals) {
@@ -137,25 +139,21 @@ TEST(HardLimiter, CeilingIsNeverExceeded) {
        [](double time, int channel) {
          return std::fmod(time, 0.011) < 0.0002 ? (channel == 0 ? 3.0 : -3.0) : 0.0;
        }},
-      {"square wave", [](double time, int) { return std::fmod(time, 0.01) < 0.005 ? 1.0 : -1.0; }},
-      {"step from silence",
-       [](double time, int channel) { return time < 0.05 ? 0.0 : Sine(2.0)(time, channel); }},
+      {"square wave", Square},
+      {"step from silence", During(0.05, 0.1, Sine(2.0))},
       {"one enormous sample",
        [](double time, int) { return time >= 0.05 && time < 0.05001 ? 1e9 : 0.3; }},
   };
   for (const auto& [name, signal] : signals) {
-    for (const int sampleRate : {1000, 44100, 48000, 96000}) {
-      for (const int channelCount : {1, 2, 6}) {
-        const AudioBlock in = Make(sampleRate, channelCount, 0.1, signal);
-        for (const auto& [ceiling, gain] : {std::pair(0.0, 0.0), std::pair(-0.1, 50.0),
-                                            std::pair(-2.14, 6.0), std::pair(-100.0, 50.0)}) {
-          const AudioBlock out = Through(
-              kHardLimiterID, {{hardlimiter::kCeiling, ceiling}, {hardlimiter::kGain, gain}}, in);
-          ASSERT_EQ(out.FrameCount(), in.FrameCount());
-          ASSERT_LE(Peak(out), std::pow(10.0, ceiling / 20.0))
-              << name << " at " << sampleRate << " Hz, " << channelCount << " channels, gain "
-              << gain << ", ceiling " << ceiling;
-        }
+    for (const auto& [sampleRate, channelCount] : {std::pair(1000, 2), {44100, 6}, {96000, 1}}) {
+      const AudioBlock in = Make(sampleRate, channelCount, 0.1, signal);
+      for (const auto& [ceiling, gain] : {std::pair(0.0, 0.0), std::pair(-0.1, 50.0),
+                                          std::pair(-2.14, 6.0), std::pair(-100.0, 50.0)}) {
+        const AudioBlock out = Through(
+            kHardLimiterID, {{hardlimiter::kCeiling, ceiling}, {hardlimiter::kGain, gain}}, in);
+        ASSERT_EQ(out.FrameCount(), in.FrameCount());
+        ASSERT_LE(Peak(out), std::pow(10.0, ceiling / 20.0))
+            << name << " at " << sampleRate << " Hz, gain " << gain << ", ceiling " << ceiling;
       }
     }
   }
@@ -179,32 +177,30 @@ constexpr double kRounding = -118.0;  // of single precision, at amplitudes up t
 
 TEST(StereoExpander, ScalesTheSideAndMovesTheMid) {
   const AudioBlock signal = Make(44100, 2, 0.1, Noise(0.7));
-  for (const double width : {0.0, 0.1, 1.0 / 3.0, 0.5, 1.0}) {
-    for (const double centre : {0.0, 0.3, 0.5, 0.9, 1.0}) {
-      SCOPED_TRACE(::testing::Message() << "width " << width << ", centre " << centre);
-      const double side = 3 * width / 2;
-      const double toLeft = std::min(1.0, 2 - 2 * centre) / 2;
-      const double toRight = std::min(1.0, 2 * centre) / 2;
-      EXPECT_LT(
-          DifferenceInDb(
-              Through(kStereoExpanderID,
-                      {{stereoexpander::kCentre, centre}, {stereoexpander::kWidth, width}}, signal),
-              Mix(signal, toLeft + side, toLeft - side, toRight - side, toRight + side)),
-          kRounding);
-    }
+  for (const auto& [width, centre] :
+       {std::pair(0.0, 0.5), {0.1, 0.0}, {1.0 / 3.0, 0.9}, {0.5, 0.3}, {1.0, 1.0}}) {
+    const double side = 3 * width / 2;
+    const double toLeft = std::min(1.0, 2 - 2 * centre) / 2;
+    const double toRight = std::min(1.0, 2 * centre) / 2;
+    const Physical physical = {{stereoexpander::kCentre, centre}, {stereoexpander::kWidth, width}};
+    EXPECT_LT(
+        DifferenceInDb(Through(kStereoExpanderID, physical, signal),
+                       Mix(signal, toLeft + side, toLeft - side, toRight - side, toRight + side)),
+        kRounding)
+        << "width " << width << ", centre " << centre;
   }
 }
 
 TEST(Pan, AttenuatesTheFarChannelAndNeverTheNearOne) {
   for (const int channelCount : {1, 2}) {
     const AudioBlock signal = Make(44100, channelCount, 0.1, Noise(0.7));
-    for (const double pan : {-1.0, -0.5, -0.01, 0.2, 1.0}) {
-      SCOPED_TRACE(::testing::Message() << pan << " on " << channelCount);
+    for (const double pan : {-1.0, -0.01, 0.2, 1.0}) {
       const double left = pan > 0 ? 1 - pan : 1;
       const double right = pan < 0 ? 1 + pan : 1;
       EXPECT_LT(DifferenceInDb(RunFilters(signal, PanFilters(pan, channelCount)),
                                Mix(signal, left, 0, 0, right)),
-                kRounding);
+                kRounding)
+          << pan << " on " << channelCount;
     }
     EXPECT_TRUE(PanFilters(0.0, channelCount).empty()) << "mono stays mono in the centre";
   }
@@ -260,35 +256,27 @@ TEST(DeEsser, TurnsItsBandDownAboveTheThresholdUpToTheLimit) {
 }
 
 TEST(FftFilter, FollowsItsCurveAndTakesRumbleAway) {
-  const Physical rumble = Curve({{18.39, -60}, {91.88, -60}, {103.37, 0}, {22050, 0}});
-  for (const int sampleRate : {44100, 48000, 96000}) {
-    for (const double phase : {0.0, 1.0}) {
-      Physical physical = rumble;
-      physical[fftfilter::kMinimumPhase] = phase;
-      const auto change = [&](double frequency) {
-        return ToneChange(kFFTFilterID, physical, frequency, -14.0, sampleRate);
-      };
-      EXPECT_LT(change(15), -40.0);
-      EXPECT_LT(change(29), -40.0);
-      EXPECT_NEAR(change(200), 0.0, 0.05);
-      EXPECT_NEAR(change(4000), 0.0, 0.05);
+  Physical rumble = Curve({{18.39, -60}, {91.88, -60}, {103.37, 0}, {22050, 0}});
+  for (const auto& [phase, sampleRate] : {std::pair(0.0, 44100), {1.0, 44100}, {1.0, 96000}}) {
+    rumble[fftfilter::kMinimumPhase] = phase;
+    for (const double frequency : {15, 29, 200, 4000}) {
+      const double change = ToneChange(kFFTFilterID, rumble, frequency, -14.0, sampleRate);
+      EXPECT_TRUE(frequency < 100 ? change < -40.0 : std::abs(change) < 0.05) << frequency;
     }
   }
 }
 
 TEST(GraphicEqualizer, EachBandHasItsGain) {
   constexpr double kCentres[] = {31.5, 63, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
-  for (const int sampleRate : {44100, 96000}) {
-    for (const double range : {12.0, 24.0}) {
-      Physical physical = {{graphicequalizer::kRange, range}};
-      for (std::size_t band = 0; band < 10; ++band) {
-        physical[graphicequalizer::kFirstBand + band] = band % 2 == 0 ? 50.0 : -50.0;
-      }
-      for (std::size_t band = 0; band < 10; ++band) {
-        EXPECT_NEAR(ToneChange(kGraphicEQ10BandsID, physical, kCentres[band], -26.0, sampleRate),
-                    (band % 2 == 0 ? 0.5 : -0.5) * range, 0.5)
-            << kCentres[band];
-      }
+  for (const auto& [range, sampleRate] : {std::pair(12.0, 44100), {24.0, 96000}}) {
+    Physical physical = {{graphicequalizer::kRange, range}};
+    for (std::size_t band = 0; band < 10; ++band) {
+      physical[graphicequalizer::kFirstBand + band] = band % 2 == 0 ? 50.0 : -50.0;
+    }
+    for (std::size_t band = 0; band < 10; ++band) {
+      EXPECT_NEAR(ToneChange(kGraphicEQ10BandsID, physical, kCentres[band], -26.0, sampleRate),
+                  (band % 2 == 0 ? 0.5 : -0.5) * range, 0.5)
+          << kCentres[band];
     }
   }
 }
@@ -357,17 +345,14 @@ AudioBlock ReverbOfAnImpulse(int sampleRate, int channelCount, Physical physical
 }
 
 TEST(StudioReverb, DecaysAsLongAsAskedAndTheTailIsKept) {
-  for (const auto& [sampleRate, channelCount] : {std::pair(44100, 2), {48000, 1}, {96000, 2}}) {
-    for (const double decay : {0.15, 0.6, 1.6, 3.0, 6.9}) {
-      const AudioBlock out =
-          ReverbOfAnImpulse(sampleRate, channelCount, {{studioreverb::kDecay, decay}});
-      EXPECT_NEAR(DecayTime(RunFilters(out, OctaveAt(1000))) / decay, 1.0, 0.12)
-          << decay << " at " << sampleRate;
-      const double length = static_cast<double>(out.FrameCount()) / sampleRate;
-      EXPECT_GT(
-          RmsInDb(Between(out, 0.0, decay / 2)) - RmsInDb(Between(out, length - 0.02, length)),
-          60.0);
-    }
+  for (const auto& [decay, sampleRate, channelCount] :
+       {std::tuple(0.15, 44100, 2), {0.6, 48000, 1}, {1.6, 96000, 2}, {6.9, 44100, 1}}) {
+    const AudioBlock out =
+        ReverbOfAnImpulse(sampleRate, channelCount, {{studioreverb::kDecay, decay}});
+    EXPECT_NEAR(DecayTime(RunFilters(out, OctaveAt(1000))) / decay, 1.0, 0.12) << decay;
+    const double length = static_cast<double>(out.FrameCount()) / sampleRate;
+    EXPECT_GT(RmsInDb(Between(out, 0.0, decay / 2)) - RmsInDb(Between(out, length - 0.02, length)),
+              60.0);
   }
 }
 
@@ -386,18 +371,16 @@ TEST(StudioReverb, LowAndHighTonesDecayInTheirOwnTimes) {
 
 TEST(StudioReverb, DryAndWetAreEquallyLoudAtEqualShares) {
   const AudioBlock in = Make(48000, 2, 2.5, Noise(0.2));
-  for (const double early : {0.0, 100.0}) {
-    for (const double diffusion : {0.0, 100.0}) {
-      const AudioBlock out = Through(kStudioReverbID,
-                                     {{studioreverb::kDry, 0},
-                                      {studioreverb::kWet, 100},
-                                      {studioreverb::kDecay, 1.0},
-                                      {studioreverb::kEarlyReflections, early},
-                                      {studioreverb::kDiffusion, diffusion},
-                                      {studioreverb::kHighCut, 20000}},
-                                     in);
-      EXPECT_NEAR(RmsInDb(Between(out, 1.5, 2.5)), RmsInDb(in), 4.0);
-    }
+  for (const auto& [early, diffusion] : {std::pair(0.0, 0.0), {0.0, 100.0}, {100.0, 100.0}}) {
+    const AudioBlock out = Through(kStudioReverbID,
+                                   {{studioreverb::kDry, 0},
+                                    {studioreverb::kWet, 100},
+                                    {studioreverb::kDecay, 1.0},
+                                    {studioreverb::kEarlyReflections, early},
+                                    {studioreverb::kDiffusion, diffusion},
+                                    {studioreverb::kHighCut, 20000}},
+                                   in);
+    EXPECT_NEAR(RmsInDb(Between(out, 1.5, 2.5)), RmsInDb(in), 4.0);
   }
 }
 

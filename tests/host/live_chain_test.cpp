@@ -22,14 +22,13 @@ const Chain kQuieter = {{"volume", {{"volume", "0.5"}}}};
 AudioBlock RunLive(const AudioBlock& in, const std::vector<Chain>& changes) {
   LiveChain live(in.Format(), {});
   std::vector<AudioBlock> out;
-  const auto pieces = InPieces(in, 441);
-  std::size_t count = 0;
-  for (AudioBlock block; pieces->Read(block); ++count) {
+  for (std::size_t count = 0; count * 441 < in.FrameCount(); ++count) {
     if (count % 10 == 0 && count > 0 && count <= 10 * changes.size()) {
       live.Change(changes[count / 10 - 1]);
     }
-    live.Push(block);
-    while (live.Pull(block)) out.push_back(block);
+    const double begin = 0.01 * static_cast<double>(count);
+    live.Push(Between(in, begin, begin + 0.01));
+    for (AudioBlock block; live.Pull(block);) out.push_back(block);
   }
   live.Finish();
   for (AudioBlock block; live.Pull(block);) out.push_back(block);
@@ -55,8 +54,6 @@ TEST(LiveChain, AChangeIsAFadeWithoutAClick) {
   const std::pair<const char*, Chain> chains[] = {
       {"gain", kQuieter},
       {"limiter", Effect(kHardLimiterID, {0.9f, 0.7f})},
-      {"voice", Effect(kIzotopeVocalEnhancerID, {0.0f})},
-      {"hum", Effect(kIzotopeDeHummerID, {0.0015f, 0.25f, 0.0f})},
       {"reverb",
        Effect(kStudioReverbID, {0, 0.02f, 1, 0.5f, 0, 0.5f, 0.6f, 0.3f, 0.5f, 0.5f, 0.5f})},
   };
@@ -103,8 +100,6 @@ TEST(LiveChain, AChangeBeforeTheLastOneIsFadedInDoesNotClickEither) {
 }
 
 TEST(LiveChain, AFilterThatComesInHasHeardWhatWasBefore) {
-  const Chain reverb =
-      Effect(teskaudiofilters::kStudioReverbID, {0, 0.3f, 1, 0, 0, 0.5f, 0.6f, 0, 0.5f, 1, 1});
   const Chain longest =
       Effect(teskaudiofilters::kStudioReverbID, {1, 1, 1, 0, 0, 1, 0.6f, 0, 0.5f, 0, 1});
   const Chain sharp =
@@ -114,14 +109,10 @@ TEST(LiveChain, AFilterThatComesInHasHeardWhatWasBefore) {
     Chain chain;
     double burst;  // seconds that the tone lasts
     std::size_t tenths;
-  } cases[] = {{"a tail", reverb, 0.05, 10},
-               {"the longest tail", longest, 2.0, 195},
-               {"a long response", sharp, 9.0, 20}};
+  } cases[] = {{"the longest tail", longest, 2.0, 195}, {"a long response", sharp, 9.0, 20}};
   for (const auto& one : cases) {
     const double end = 0.1 * static_cast<double>(one.tenths);
-    const AudioBlock in = Make(44100, 1, end + 1.0, [&](double time, int channel) {
-      return time < one.burst ? Sine(0.5, 441.0)(time, channel) : 0.0;
-    });
+    const AudioBlock in = Make(44100, 1, end + 1.0, During(0.0, one.burst, Sine(0.5, 441.0)));
     std::vector<Chain> changes(one.tenths);
     changes.back() = one.chain;
     const AudioBlock changed = RunLive(in, changes);

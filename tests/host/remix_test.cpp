@@ -12,42 +12,37 @@ constexpr double kDuration = 4 * kChordLoop;
 
 class RemixTest : public ::testing::Test {
  protected:
-  static void SetUpTestSuite() {
-    const AudioBlock audio = Make(kRate, 1, kDuration, ChordLoop());
-    loop_ = new AudioBlock(audio);
-    map_ = new std::optional<RemixMap>(MapForRemix(*OpenerOf(audio)()));
+  static const AudioBlock& Loop() {
+    static const AudioBlock loop = Make(kRate, 1, kDuration, ChordLoop());
+    return loop;
   }
-  static void TearDownTestSuite() {
-    delete loop_;
-    delete map_;
+  static const RemixMap& Map() {
+    static const RemixMap map = MapForRemix(*OpenerOf(Loop())()).value();
+    return map;
   }
-
-  void SetUp() override { ASSERT_TRUE(map_->has_value()); }
 
   static RemixPlan Plan(double duration, bool favorShortSegments = false) {
-    return PlanRemix(OpenerOf(*loop_), **map_, duration, favorShortSegments);
+    return PlanRemix(OpenerOf(Loop()), Map(), duration, favorShortSegments);
   }
   static AudioBlock Render(const RemixPlan& plan) {
-    return ReadAll(*Remix(OpenerOf(*loop_), plan));
+    return ReadAll(*Remix(OpenerOf(Loop()), plan));
   }
 
   static constexpr int kRate = 22050;
-  static inline AudioBlock* loop_ = nullptr;
-  static inline std::optional<RemixMap>* map_ = nullptr;
 };
 
 TEST_F(RemixTest, FindsTheBars) {
-  EXPECT_EQ((*map_)->beatsPerBar, 4);
-  for (const std::int64_t line : (*map_)->barLines) {
+  EXPECT_EQ(Map().beatsPerBar, 4);
+  for (const std::int64_t line : Map().barLines) {
     EXPECT_NEAR(std::remainder(static_cast<double>(line) / kRate, kBar), 0.0, 0.04);
   }
-  const DurationRange range = RemixRange(**map_);
+  const DurationRange range = RemixRange(Map());
   EXPECT_LT(range.least, kDuration / 1.8);
   EXPECT_NEAR(range.greatest, 4 * kDuration, 0.01);
 }
 
 TEST_F(RemixTest, ReachesEveryDurationWithJoinsOnTheBar) {
-  const DurationRange range = RemixRange(**map_);
+  const DurationRange range = RemixRange(Map());
   for (const double wanted : {range.least, 19.7, 24.0, 31.0, 37.3, 55.5, 90.0}) {
     for (const bool favorShortSegments : {false, true}) {
       SCOPED_TRACE(wanted);
@@ -84,18 +79,12 @@ TEST_F(RemixTest, AJoinInMusicThatRepeatsItselfCannotBeHeard) {
 }
 
 TEST_F(RemixTest, TheLengthOfItsOwnLeavesTheClipAsItIs) {
-  EXPECT_TRUE(HaveSameSamples(Render(Plan(kDuration)), *loop_));
-}
-
-TEST_F(RemixTest, WhatTheBarsLackIsStretchedIn) {
-  const RemixPlan plan = Plan(kDuration - kChordLoop + 0.4);
-  EXPECT_EQ(Render(plan).FrameCount(), static_cast<std::size_t>(plan.frameCount));
-  EXPECT_NEAR(RmsInDb(Render(plan)), RmsInDb(*loop_), 0.7);
+  EXPECT_TRUE(HaveSameSamples(Render(Plan(kDuration)), Loop()));
 }
 
 TEST_F(RemixTest, ShortSegmentsMakeJoinsMoreFrequent) {
-  EXPECT_EQ(LeastBarsBetweenJoins(**map_, true), 1);
-  EXPECT_GT(LeastBarsBetweenJoins(**map_, false), 1);
+  EXPECT_EQ(LeastBarsBetweenJoins(Map(), true), 1);
+  EXPECT_GT(LeastBarsBetweenJoins(Map(), false), 1);
 }
 
 TEST(MapForRemix, RefusesWhatHasNoBars) {

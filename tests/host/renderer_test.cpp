@@ -150,16 +150,18 @@ TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {
   EXPECT_THAT(wrong.notes, ElementsAre(HasSubstr("the hum lies at 50.1 Hz")));
 }
 
-TEST_F(RendererTest, AtFullNoiseReductionPausesFallByTwelveDecibelsAndMore) {
+TEST_F(RendererTest, AtFullNoiseReductionPausesFallByWhatIsAskedAndSpeechStays) {
   request_.look.mode = "dialog";
-  WriteFile(folder_ / "in.wav",
-            Make(44100, 2, 4.0, [noise = Noise(0.004)](double time, int channel) {
-              const bool speaks = std::fmod(time, 2.0) < 1.0;
-              return noise(time, channel) + (speaks ? Sine(0.2, 300)(time, 0) : 0.0);
-            }));
+  WriteFile(
+      folder_ / "in.wav",
+      Make(44100, 2, 4.0, [noise = Noise(0.02), dark = 0.0](double time, int channel) mutable {
+        dark += 0.14 * (noise(time, channel) - dark);  // falls by 6 dB an octave above 1 kHz
+        const bool speaks = std::fmod(time, 2.0) < 1.0;
+        return dark + (speaks ? Sine(0.2, 300)(time, 0) : 0.0);
+      }));
   const AudioBlock in = ReadFile(folder_ / "in.wav");
   const AudioBlock out = Rendered({"restoration.ReduceNoise=10"});
-  EXPECT_LT(RmsInDb(Between(out, 1.2, 1.9)) - RmsInDb(Between(in, 1.2, 1.9)), -12.0);
+  EXPECT_NEAR(RmsInDb(Between(out, 1.2, 1.9)) - RmsInDb(Between(in, 1.2, 1.9)), -24.0, 0.5);
   EXPECT_NEAR(RmsInDb(Between(out, 2.1, 2.9)) - RmsInDb(Between(in, 2.1, 2.9)), 0.0, 0.5);
 }
 
@@ -171,6 +173,9 @@ TEST_F(RendererTest, AReverbRingsOnBehindTheInputAndAStretchedClipHasItsLength) 
               1.0 + 0.04 + 1.5 * 4.5 * 1.3, 0.05);
   request_.look.mode = "music";
   EXPECT_EQ(RenderWith({"duration.TargetDuration=1.5"}).frameCount, 66150);
+  EXPECT_EQ(
+      RenderWith({"duration.TargetDuration=37.5", "duration.DurationDenominator=25"}).frameCount,
+      66150);
   const RenderReport most = RenderWith({"duration.TargetDuration=9"});
   EXPECT_EQ(most.frameCount, 4 * 44100);
   EXPECT_THAT(most.notes, ElementsAre(HasSubstr("seconds long, not 9")));
@@ -220,18 +225,6 @@ TEST_F(RendererTest, WhatChangesMeanwhileIsAFailureAndIsNotReplaced) {
     EXPECT_THROW(Render(host_, request_), AudioError);
     EXPECT_THAT(folder_.FileNames(), ::testing::Not(::testing::Contains("out.wav")));
   }
-}
-
-TEST_F(RendererTest, ProgressRisesToTheEnd) {
-  WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Noise(0.5)));
-  std::vector<double> shares;
-  request_.progress = [&](double done) {
-    shares.push_back(done);
-    return true;
-  };
-  EXPECT_THAT(RenderWith({}).notes, IsEmpty());
-  EXPECT_TRUE(std::ranges::is_sorted(shares));
-  EXPECT_GT(shares.back(), 0.9);
 }
 
 }  // namespace

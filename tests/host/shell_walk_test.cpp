@@ -36,26 +36,11 @@ class ShellWalk : public ShellTest {
     }
   }
   std::string Control() {
-    return OneOf({"volume.Volume",
-                  "volume.Enabled",
-                  "volume.EnableVolume",
-                  "clarity.EQAmount",
-                  "clarity.EnableDynamics",
-                  "clarity.ReanalyzeDynamics",
-                  "clarity.EQPreset",
-                  "loudness.AutoLoudness",
-                  "loudness.ResetLoudnessMeasurements",
-                  "loudness.MeasuredLoudness",
-                  "restoration.ReduceHum",
-                  "duration.Enabled",
-                  "duration.TargetDuration",
-                  "duration.Mode",
-                  "pan.Pan",
-                  "soundeffects.AdjustReverb",
-                  "stereowidth.AdjustStereoWidth",
-                  "volume",
-                  ".",
-                  "nobody.Volume"});
+    return OneOf({"volume.Volume", "volume.EnableVolume", "clarity.EQAmount",
+                  "clarity.EnableDynamics", "clarity.ReanalyzeDynamics", "loudness.AutoLoudness",
+                  "loudness.ResetLoudnessMeasurements", "loudness.MeasuredLoudness",
+                  "duration.Enabled", "duration.TargetDuration", "duration.Mode", "pan.Pan",
+                  "volume", ".", "nobody.Volume"});
   }
   std::string Name() {
     return OneOf({"Mine", "Yours", "(Default)", "'Podcast Voice'", "'From the Left'", "Default",

@@ -80,13 +80,11 @@ TEST(Stretch, LeavesMonoContentMonoAndSilenceSilent) {
   const AudioBlock stretched = StretchTo(twice, 50000);
   EXPECT_TRUE(std::ranges::equal(stretched.Channel(0), stretched.Channel(1)));
   EXPECT_EQ(Peak(StretchTo(Make(44100, 2, 0.5, Sine(0.0)), 30000)), 0.0);
-  const AudioBlock offset = StretchTo(Make(44100, 1, 1.0, [](double, int) { return 0.25; }), 60000);
-  EXPECT_NEAR(RmsInDb(offset), -12.04, 1.0);
 }
 
 TEST(Stretch, TakesClipsOfAnyLengthAndLeavesTheSamplesWhenNothingChanges) {
   for (const std::size_t frames : {1u, 20u, 441u, 5000u}) {
-    AudioBlock audio = Head(Make(44100, 2, 0.2, Sine(0.5)), frames);
+    const AudioBlock audio = Make(44100, 2, static_cast<double>(frames) / 44100, Sine(0.5));
     EXPECT_EQ(StretchTo(audio, frames * 4).FrameCount(), frames * 4);
     EXPECT_EQ(StretchTo(audio, frames / 2 + 1).FrameCount(), frames / 2 + 1);
     EXPECT_TRUE(HaveSameSamples(StretchTo(audio, frames), audio));

@@ -78,10 +78,6 @@ AudioBlock Make(int sampleRate, int channelCount, double seconds, const Signal& 
   return block;
 }
 
-std::unique_ptr<AudioSource> InPieces(const AudioBlock& block, std::size_t size) {
-  return std::make_unique<PieceSource>(block, size);
-}
-
 AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& filters,
                       std::size_t pieceSize) {
   PieceSource pieces(block, pieceSize);
@@ -173,10 +169,6 @@ AudioBlock Between(const AudioBlock& block, double begin, double end) {
     return static_cast<std::size_t>(std::lround(time * block.Format().sampleRate));
   };
   return Slice(block, frame(begin), frame(end) - frame(begin));
-}
-
-AudioBlock Head(const AudioBlock& block, std::size_t frameCount) {
-  return Slice(block, 0, frameCount);
 }
 
 AudioBlock Difference(const AudioBlock& left, const AudioBlock& right) {

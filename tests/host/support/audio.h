@@ -35,9 +35,6 @@ AudioBlock Make(int sampleRate, int channelCount, double seconds, const Signal& 
 AudioBlock RunFilters(const AudioBlock& block, const std::vector<FilterSpec>& filters,
                       std::size_t pieceSize = 512);
 
-/// The block in pieces of `size` frames.
-std::unique_ptr<AudioSource> InPieces(const AudioBlock& block, std::size_t size);
-
 /// The pieces, all of one format, behind each other.
 AudioBlock Join(const AudioFormat& format, const std::vector<AudioBlock>& pieces);
 
@@ -60,8 +57,6 @@ double ToneInDb(const AudioBlock& block, double frequency, double begin, double 
                 int channel = 0);
 /// The frames between two times in seconds.
 AudioBlock Between(const AudioBlock& block, double begin, double end);
-/// The first `frameCount` frames.
-AudioBlock Head(const AudioBlock& block, std::size_t frameCount);
 /// The samples of `left` less those of `right`, which has the same shape.
 AudioBlock Difference(const AudioBlock& left, const AudioBlock& right);
 /// The largest difference of two samples at the same place, in dBFS; +inf for unequal shapes.
