@@ -62,7 +62,6 @@ TEST(HumFinder, TakesNothingElseForHum) {
       {"noise", Noise(0.1)},
       {"chords and drums", ChordLoop()},
       {"a low G", Harmonics(49.0, {0.2, 0.1, 0.05})},
-      {"a low G sharp", Harmonics(51.91, {0.2, 0.1, 0.05})},
       {"a low A sharp", Harmonics(58.27, {0.2, 0.1, 0.05})},
       {"a tone that two mains have as harmonic", Sine(0.2, 300.0)},
       {"a bass that pauses", Sum({During(0.0, 2.5, Sine(0.2, 50.0)), Noise(0.001)})},

@@ -225,7 +225,6 @@ TEST_F(SessionCommands, ACommandThatFailsChangesNothingAndTheShellGoesOn) {
       {"save-template ''", "needs a name"},
       {"configure volume Gain 3", "MaxGain, MinGain"},
       {"configure volume MaxGain nan", "'nan'"},
-      {"configure pan MaxGain 3", "'pan'"},
       {"configure loudness LoudnessStandard -1", "'-1'"},
       {"show pan", "no section 'pan'"},
       {"set volume.Volume", "write set"},

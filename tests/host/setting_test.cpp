@@ -32,7 +32,6 @@ TEST(Settings, AnAmountSwitchesItsControlOnUnlessTheSwitchIsSet) {
 TEST(Settings, AFaultIsNamedAndNothingIsTaken) {
   const std::pair<const char*, const char*> cases[] = {
       {"volume.Volume", "no setting"},
-      {"", "no setting"},
       {"volum.Volume=3", "sections are loudness, restoration"},
       {"volume.volume=3", "Enabled, EnableVolume, Volume"},
       {"pan.PanNotSupported=1", "Enabled, Pan"},
