@@ -19,10 +19,11 @@ Answer SessionShell::Run(const std::vector<std::string>& words) {
   if (arguments.size() < verb->least || arguments.size() > verb->most) {
     throw EditError("write " + UsageOf(*verb));
   }
+  orvelhost::Session& session = *state_.host.GetSession();
   if (pace_ == Pace::kAtOnce) {
-    state_.editor.TakeMeasurements();
+    session.TakeMeasurements();
   } else if (verb->isMeasured) {
-    state_.editor.AwaitMeasurements([] { return true; });
+    session.AwaitMeasurements([] { return true; });
   }
   return verb->run(state_, arguments);
 }

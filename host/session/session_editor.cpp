@@ -35,32 +35,6 @@ void SessionEditor::Select(const std::vector<std::size_t>& numbers) {
   clips_.Announce();
 }
 
-namespace {
-
-/// A model of many clips reads all of them anew at each change of one; it does so once behind this.
-class SilentScope {
- public:
-  explicit SilentScope(orvel::OrvelModel& model) : model_(model) { model_.SuspendSignaling(); }
-  ~SilentScope() { model_.ResumeSignaling(true); }
-  SilentScope(const SilentScope&) = delete;
-  SilentScope& operator=(const SilentScope&) = delete;
-
- private:
-  orvel::OrvelModel& model_;
-};
-
-}  // namespace
-
-void SessionEditor::TakeMeasurements() {
-  const SilentScope silent(*clips_.GetModel());
-  GetSession().TakeMeasurements();
-}
-
-bool SessionEditor::AwaitMeasurements(const std::function<bool()>& goOn) {
-  const SilentScope silent(*clips_.GetModel());
-  return GetSession().AwaitMeasurements(goOn);
-}
-
 std::vector<std::size_t> SessionEditor::GetNumbers() const {
   std::vector<std::size_t> numbers(GetSession().GetClips().size());
   std::iota(numbers.begin(), numbers.end(), std::size_t{1});

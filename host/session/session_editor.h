@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,10 +35,6 @@ class SessionEditor {
   /// The numbers of all clips, and of the selected ones.
   std::vector<std::size_t> GetNumbers() const;
   std::vector<std::size_t> GetSelection() const;
-
-  /// As the session's own; the selected clips announce what came of it once, at the end.
-  void TakeMeasurements();
-  bool AwaitMeasurements(const std::function<bool()>& goOn);
 
   /// Gives the selected clips a mode and its default preset; "none" takes their mode away.
   void SetMode(const std::string& modeID);
