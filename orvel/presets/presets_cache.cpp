@@ -1,14 +1,10 @@
 #include "orvel/presets/presets_cache.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
-#include <tuple>
 #include <utility>
 
 #include "orvel/configuration/configuration_manager.h"
 #include "orvel/core/file_utils.h"
-#include "orvel/core/native_path.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
 #include "orvel/presets/crash_remains.h"
@@ -20,22 +16,13 @@
 #include "orvel/presets/temporary_mark.h"
 
 namespace orvel {
-namespace fs = std::filesystem;
-using teskcore::filesupport::ToNative;
 
 namespace {
 
 constexpr char16_t kRootName[] = u"Orvel";
 constexpr char kReservedName[] = "Default";
-constexpr char16_t kFactoryFolderName[] = u"Default";
 
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
-
-// The order of `Reload`.
-auto PlaceOf(const File& file) {
-  const Dir folder = file.Parent();
-  return std::make_tuple(folder.Parent().GetName(), folder.GetName());
-}
 
 }  // namespace
 
@@ -49,67 +36,11 @@ PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
 
 void PresetsCache::Reload() {
   entries_.clear();
-  if (usesFolder_ && root_.Exists()) LoadFolders();
+  if (usesFolder_ && root_.Exists()) entries_ = LoadConfigEntries(root_);
   std::erase_if(temporaries_, [this](const Guid& guid) {
     const ConfigEntry* entry = Find(guid);
     return entry == nullptr || !IsMarkedTemporary(entry->file.Parent(), guid);
   });
-}
-
-// The factory's first: of two with one guid, they keep theirs. A folder that links lead to twice is
-// loaded once; one of the root's own at its own place, whose name is what counts.
-void PresetsCache::LoadFolders() {
-  Entries factory;
-  std::set<fs::path> visited;
-  std::error_code rootError;
-  const fs::path root = fs::canonical(ToNative(root_.FullPath()), rootError);
-  const auto load = [&](const Dir& nameFolder) {
-    const bool isFactory = nameFolder.GetName() == kFactoryFolderName;
-    Entries& entries = isFactory ? factory : entries_;
-    ForEachSubfolder(nameFolder, [&](const Dir& folder) {
-      std::error_code error;
-      const fs::path place = fs::canonical(ToNative(folder.FullPath()), error);
-      const fs::path own = root / ToNative(nameFolder.GetName()) / ToNative(folder.GetName());
-      const bool isOfRoot = place.native().starts_with(root.native() + "/");
-      if (error || (isOfRoot && place != own) || !visited.insert(place).second) return;
-      LoadModeFolder(folder, isFactory, factory, entries);
-    });
-  };
-  load(Dir(root_, kFactoryFolderName));
-  ForEachSubfolder(root_, [&load](const Dir& nameFolder) {
-    if (nameFolder.GetName() != kFactoryFolderName) load(nameFolder);
-  });
-  entries_.insert(entries_.end(), factory.begin(), factory.end());
-}
-
-void PresetsCache::LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory,
-                                  Entries& entries) {
-  const File file(folder, kConfigFileName);
-  Preset<ConfigPresetData> preset;
-  if (!file.Exists() || !ReadPresetFile(file, preset)) return;
-  bool changed = false;
-  const auto isKnown = [&preset](const ConfigEntry& entry) {
-    return entry.preset.Guid == preset.Guid;
-  };
-  if (std::ranges::any_of(entries_, isKnown) || std::ranges::any_of(factory, isKnown)) {
-    preset.Guid = Guid::CreateUnique();
-    changed = true;
-  }
-  const std::string modeID = UTF16to8(folder.GetName());
-  if (preset.PresetData.ModeID != modeID) {
-    preset.PresetData.ModeID = modeID;
-    changed = true;
-  }
-  // The folder of a name that no folder can bear, or not beside another, is called differently.
-  const std::u16string folderName = folder.Parent().GetName();
-  const std::string name = UTF16to8(folderName);
-  if (!isFactory && preset.Name != name &&
-      !FileUtils::IsNormalizedFrom(folderName, UTF8to16(preset.Name))) {
-    preset.Name = name;
-    changed = true;
-  }
-  if (changed && !RepairPresetFile(file, preset)) return;
-  entries.push_back({preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
 }
 
 bool PresetsCache::FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const {
@@ -194,7 +125,7 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   DeleteIfEmpty(from.Parent());
   const Guid guid = preset.Guid;
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
-  Insert(preset, file);
+  InsertConfigEntry(entries_, preset, file);
   MakeOrdinary(guid);
   if (IsLink(to)) Reload();  // another link may lead there, too, and come first now
   configPresetChanged_(guid, guid);
@@ -251,7 +182,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
     DeleteModeFolder(folder);
     return false;
   }
-  Insert(preset, file);
+  InsertConfigEntry(entries_, preset, file);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
     // It stays with what could not be copied, or not be deleted.
@@ -438,24 +369,10 @@ boost::signals2::connection PresetsCache::RegisterForConfigPresetChanges(
   return configPresetChanged_.connect(slot);
 }
 
-const PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) const {
-  const auto found =
-      std::ranges::find(entries_, guid, [](const ConfigEntry& e) { return e.preset.Guid; });
-  return found == entries_.end() ? nullptr : &*found;
+const ConfigEntry* PresetsCache::Find(const Guid& guid) const {
+  return FindConfigEntry(entries_, guid);
 }
 
-PresetsCache::ConfigEntry* PresetsCache::Find(const Guid& guid) {
-  return const_cast<ConfigEntry*>(std::as_const(*this).Find(guid));
-}
-
-// At the place that it has after a reload, too.
-void PresetsCache::Insert(const Preset<ConfigPresetData>& preset, const File& file) {
-  const auto place = std::ranges::find_if(entries_, [&file](const ConfigEntry& entry) {
-    return entry.isFactory || PlaceOf(file) < PlaceOf(entry.file);
-  });
-  entries_.insert(place,
-                  {preset, file, false,
-                   new UserPresetsGroup(preset.Guid, preset.PresetData.ModeID, file.Parent())});
-}
+ConfigEntry* PresetsCache::Find(const Guid& guid) { return FindConfigEntry(entries_, guid); }
 
 }  // namespace orvel

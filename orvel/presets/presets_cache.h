@@ -17,6 +17,7 @@
 #include "orvel/core/guid.h"
 #include "orvel/core/module_resources.h"
 #include "orvel/core/ref_counted.h"
+#include "orvel/presets/config_entries.h"
 #include "orvel/presets/config_preset_data.h"
 #include "orvel/presets/preset.h"
 #include "orvel/presets/user_preset_data.h"
@@ -154,19 +155,8 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
       const ConfigPresetSignal::slot_type& slot);
 
  private:
-  struct ConfigEntry {
-    Preset<ConfigPresetData> preset;
-    File file;  // its folder is the mode's
-    bool isFactory = false;
-    boost::intrusive_ptr<UserPresetsGroup> group;
-  };
-  using Entries = std::vector<ConfigEntry>;
-
-  void LoadFolders();
-  void LoadModeFolder(const Dir& folder, bool isFactory, const Entries& factory, Entries& entries);
   const ConfigEntry* Find(const Guid& guid) const;
   ConfigEntry* Find(const Guid& guid);
-  void Insert(const Preset<ConfigPresetData>& preset, const File& file);
   bool MakeFolderTitle(const std::string& name, std::u16string& title) const;
   bool IsNameTaken(const std::string& name, const std::string& modeID) const;
   bool Create(const Preset<ConfigPresetData>& preset, const std::u16string& title,
@@ -179,7 +169,7 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   ModuleHandle module_;
   bool usesFolder_;
   Dir root_;
-  Entries entries_;
+  ConfigEntries entries_;
   std::set<Guid> temporaries_;
   mutable std::optional<std::set<std::string>> factoryNames_;  // read when they are asked for
   MigrateUserPresetFunction migrate_;
