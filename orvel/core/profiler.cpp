@@ -12,6 +12,11 @@ void CodeProfilerManager::SetConditionalProfiling(bool on, int volume) {
   conditional_.store(on, std::memory_order_relaxed);
 }
 
+void CodeProfilerManager::SetSink(const Sink& sink) {
+  const std::lock_guard lock(mutex_);
+  sink_ = sink;
+}
+
 std::shared_ptr<const ProfileDataLog> CodeProfilerManager::CreateNewProfileDataLog(
     const std::string& name, int volume) {
   return std::make_shared<const ProfileDataLog>(ProfileDataLog{name, volume});
@@ -20,7 +25,11 @@ std::shared_ptr<const ProfileDataLog> CodeProfilerManager::CreateNewProfileDataL
 void CodeProfilerManager::Report(const ProfileDataLog& log,
                                  std::chrono::nanoseconds duration) const noexcept {
   try {
-    const Sink sink = sink_;  // it may replace itself
+    const auto copy = [this] {
+      const std::lock_guard lock(mutex_);
+      return sink_;
+    };
+    const Sink sink = copy();  // it may replace itself
     if (sink) sink(log, duration);
   } catch (...) {
     // Measuring must not change what is measured.

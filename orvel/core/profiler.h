@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -40,8 +41,9 @@ class ORVEL_EXPORT CodeProfilerManager {
   /// theirs. Off at the start.
   void SetConditionalProfiling(bool on, int volume = kDefaultVolume);
 
-  /// Receives each scope's duration as it ends; called on the scope's thread.
-  void SetSink(const Sink& sink) { sink_ = sink; }
+  /// Receives each scope's duration as it ends; called on the scope's thread, and that may still
+  /// be the case for the sink before when this returns.
+  void SetSink(const Sink& sink);
 
   /// A place of this name, for scopes to report under.
   std::shared_ptr<const ProfileDataLog> CreateNewProfileDataLog(const std::string& name,
@@ -55,7 +57,8 @@ class ORVEL_EXPORT CodeProfilerManager {
   CodeProfilerManager() = default;
   std::atomic<bool> conditional_{false};
   std::atomic<int> volume_{0};
-  Sink sink_;
+  mutable std::mutex mutex_;
+  Sink sink_;  // behind mutex_
 };
 
 /// Measures from its construction to its end.
