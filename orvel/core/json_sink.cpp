@@ -25,6 +25,14 @@ void AppendDigits(std::string& text, Number number) {
 
 bool NeedsEscape(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
 
+// Whether the text is ASCII that needs no escape. Without a branch on the way, so that it takes
+// many bytes at a time.
+bool IsPlain(std::string_view text) {
+  bool isPlain = true;
+  for (const char c : text) isPlain &= static_cast<signed char>(c) >= 0 && !NeedsEscape(c);
+  return isPlain;
+}
+
 void AppendEscape(std::string& text, char c) {
   constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
   constexpr std::string_view kNames = "\"\\bfnrt";
@@ -42,6 +50,11 @@ void AppendEscape(std::string& text, char c) {
 
 }  // namespace
 
+void JSONTextSink::ExpectTimes(std::size_t count) {
+  constexpr std::size_t kMost = std::size_t{1} << 30;  // a guess may not ask for all memory
+  if (count <= kMost / (text_.size() + 1)) text_.reserve((text_.size() + 1) * count);
+}
+
 void JSONTextSink::Key(std::string_view key) {
   BeginItem();
   AppendText(key);
@@ -54,7 +67,11 @@ void JSONTextSink::Text(std::string_view text) {
 }
 
 void JSONTextSink::AppendText(std::string_view text) {
-  if (simdjson::validate_utf8(text)) {
+  if (IsPlain(text)) {
+    text_ += '"';
+    text_ += text;
+    text_ += '"';
+  } else if (simdjson::validate_utf8(text)) {
     AppendQuoted(text);
   } else {
     AppendQuoted(utility::UTF16to8(utility::UTF8to16(std::string(text))));

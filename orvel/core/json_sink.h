@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,6 +32,9 @@ class JSONTextSink {
   void Unsigned(std::uint64_t number);
   void Bool(bool value);
   void Null();
+
+  /// The whole text will be about `count` times as long as it is now.
+  void ExpectTimes(std::size_t count);
 
   /// Something was given that JSON cannot express; the text is then of no use.
   void Fail() { failed_ = true; }

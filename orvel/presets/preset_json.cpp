@@ -68,10 +68,13 @@ void Write(Sink& sink, const Preset<T>& preset) {
   sink.EndObject();
 }
 
-template <typename Sink, typename T>
-void Write(Sink& sink, const std::vector<Preset<T>>& presets) {
+template <typename T>
+void Write(JSONTextSink& sink, const std::vector<Preset<T>>& presets) {
   sink.BeginArray();
-  for (const auto& preset : presets) Write(sink, preset);
+  for (const auto& preset : presets) {
+    Write(sink, preset);
+    if (&preset == &presets.front()) sink.ExpectTimes(presets.size());
+  }
   sink.EndArray();
 }
 
