@@ -63,7 +63,7 @@
 #include "orvel/models/user_preset_utils.h"
 #include "orvel/models/value_summary.h"
 #include "orvel/presets/cache_based_presets_handler.h"
-#include "orvel/presets/config_entries.h"
+#include "orvel/presets/config_entry.h"
 #include "orvel/presets/config_preset_data.h"
 #include "orvel/presets/dir_based_presets_cache.h"
 #include "orvel/presets/effect_preset_utils.h"

@@ -51,7 +51,7 @@ void AppendEscape(std::string& text, char c) {
 }  // namespace
 
 void JSONTextSink::ExpectTimes(std::size_t count) {
-  constexpr std::size_t kMost = std::size_t{1} << 30;  // a guess may not ask for all memory
+  constexpr std::size_t kMost = std::size_t{1} << 26;  // a guess may not ask for all memory
   if (count <= kMost / (text_.size() + 1)) text_.reserve((text_.size() + 1) * count);
 }
 

@@ -63,9 +63,10 @@ File FollowLinks(const File& file) {
   return File(FromNative(path));
 }
 
+// Of the target itself: none when it is a link, which is to be replaced.
 std::optional<mode_t> PermissionsOf(const fs::path& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  if (lstat(path.c_str(), &status) != 0 || S_ISLNK(status.st_mode)) return std::nullopt;
   if (!S_ISREG(status.st_mode)) {
     throw file_exception(path.string() + ": is no regular file, and cannot be replaced by one");
   }
@@ -74,8 +75,9 @@ std::optional<mode_t> PermissionsOf(const fs::path& path) {
 
 }  // namespace
 
-SafeSave::SafeSave(const File& target)
-    : target_(FollowLinks(target)), temp_(target_.Parent(), MakeTempName()) {
+SafeSave::SafeSave(const File& target, Links links)
+    : target_(links == Links::kFollow ? FollowLinks(target) : target),
+      temp_(target_.Parent(), MakeTempName()) {
   // Until it takes the permissions of a target, nobody else may read what that one may hide.
   const bool replaces = PermissionsOf(ToNative(target_.FullPath())).has_value();
   const Descriptor created(ToNative(temp_.FullPath()), O_WRONLY | O_CREAT | O_EXCL,

@@ -10,13 +10,19 @@ namespace teskcore::filesupport {
 /// fails, leaves the old file or the new one, never a part of either. The temporary file of a save
 /// that is not committed goes with this object.
 ///
-/// A link is followed: what it leads to is replaced, and the link stays. A target that may not be
+/// A link is followed: what it leads to is replaced, and the link stays; or, when asked for, the
+/// link is replaced. A target that may not be
 /// written is replaced all the same, as long as its folder may be written.
 class ORVEL_EXPORT SafeSave {
  public:
+  enum class Links {
+    kFollow,   ///< the file that links at the target lead to is saved
+    kReplace,  ///< the target is, in the place of a link
+  };
+
   /// Creates the temporary file, empty. Raises `file_exception`, also when the target is something
   /// else than a regular file: a folder, a pipe, a device.
-  explicit SafeSave(const File& target);
+  explicit SafeSave(const File& target, Links links = Links::kFollow);
   ~SafeSave();
   SafeSave(const SafeSave&) = delete;
   SafeSave& operator=(const SafeSave&) = delete;

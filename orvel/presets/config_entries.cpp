@@ -1,22 +1,16 @@
 #include "orvel/presets/config_entries.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <set>
 #include <string>
-#include <system_error>
 #include <tuple>
 #include <utility>
 
 #include "orvel/core/file_utils.h"
-#include "orvel/core/native_path.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/preset_file.h"
 #include "orvel/presets/preset_folder.h"
 
 namespace orvel {
-namespace fs = std::filesystem;
-using teskcore::filesupport::ToNative;
 
 namespace {
 
@@ -29,7 +23,7 @@ void LoadModeFolder(const Dir& folder, const ConfigEntries& others, bool isFacto
                     ConfigEntries& entries) {
   const File file(folder, kConfigFileName);
   Preset<ConfigPresetData> preset;
-  if (!file.Exists() || !ReadPresetFile(file, preset)) return;
+  if (IsLink(file) || !file.Exists() || !ReadPresetFile(file, preset)) return;
   bool changed = false;
   if (FindConfigEntry(entries, preset.Guid) != nullptr ||
       FindConfigEntry(others, preset.Guid) != nullptr) {
@@ -49,34 +43,25 @@ void LoadModeFolder(const Dir& folder, const ConfigEntries& others, bool isFacto
     preset.Name = name;
     changed = true;
   }
-  if (changed && !RepairPresetFile(file, preset)) return;
+  if (changed && !WritePresetFile(file, preset)) return;
   entries.push_back({preset, file, isFactory, new UserPresetsGroup(preset.Guid, modeID, folder)});
 }
 
 }  // namespace
 
-// The factory's first: of two with one guid, they keep theirs. A folder that links lead to twice is
-// loaded once; one of the root's own at its own place, whose name is what counts.
+// The factory's first: of two with one guid, they keep theirs.
 ConfigEntries LoadConfigEntries(const Dir& root) {
   ConfigEntries factory;
   ConfigEntries entries;
-  std::set<fs::path> visited;
-  std::error_code rootError;
-  const fs::path rootPath = fs::canonical(ToNative(root.FullPath()), rootError);
-  const auto load = [&](const Dir& nameFolder) {
-    const bool isFactory = nameFolder.GetName() == kFactoryFolderName;
-    ForEachSubfolder(nameFolder, [&](const Dir& folder) {
-      std::error_code error;
-      const fs::path place = fs::canonical(ToNative(folder.FullPath()), error);
-      const fs::path own = rootPath / ToNative(nameFolder.GetName()) / ToNative(folder.GetName());
-      const bool isOfRoot = place.native().starts_with(rootPath.native() + "/");
-      if (error || (isOfRoot && place != own) || !visited.insert(place).second) return;
-      LoadModeFolder(folder, factory, isFactory, isFactory ? factory : entries);
-    });
-  };
-  load(Dir(root, kFactoryFolderName));
-  ForEachSubfolder(root, [&load](const Dir& nameFolder) {
-    if (nameFolder.GetName() != kFactoryFolderName) load(nameFolder);
+  const Dir factoryFolder(root, kFactoryFolderName);
+  if (!IsLink(factoryFolder)) {
+    ForEachSubfolder(factoryFolder,
+                     [&factory](const Dir& folder) { LoadModeFolder(folder, {}, true, factory); });
+  }
+  ForEachSubfolder(root, [&](const Dir& nameFolder) {
+    if (nameFolder.GetName() == kFactoryFolderName) return;
+    ForEachSubfolder(nameFolder,
+                     [&](const Dir& folder) { LoadModeFolder(folder, factory, false, entries); });
   });
   entries.insert(entries.end(), factory.begin(), factory.end());
   return entries;

@@ -15,7 +15,7 @@ namespace {
 // False when no renaming was cut short here.
 bool FinishRenaming(const Dir& folder) {
   const File renamed(folder, kRenamedName);
-  if (!renamed.Exists()) return false;
+  if (IsLink(renamed) || !renamed.Exists()) return false;
   Preset<ConfigPresetData> preset;
   const bool isMoved =
       ReadPresetFile(renamed, preset) &&
@@ -25,7 +25,6 @@ bool FinishRenaming(const Dir& folder) {
 }
 
 void ClearModeFolder(const Dir& folder) {
-  if (IsLink(folder)) return;
   bool isAny = FinishRenaming(folder);
   isAny |= ClearAbandonedTemporary(folder);
   ForEachFile(folder, IsAbandonedTempName,
@@ -37,11 +36,10 @@ void ClearModeFolder(const Dir& folder) {
 
 void ClearRemainsOfCrashes(const Dir& root) {
   ForEachSubfolder(root.Parent(), [](const Dir& folder) {
-    if (IsAbandonedTempName(folder.GetName()) && !IsLink(folder)) DeleteTree(folder);
+    if (IsAbandonedTempName(folder.GetName())) DeleteTree(folder);
   });
-  ForEachSubfolder(root, [](const Dir& nameFolder) {
-    if (!IsLink(nameFolder)) ForEachSubfolder(nameFolder, ClearModeFolder);
-  });
+  ForEachSubfolder(root,
+                   [](const Dir& nameFolder) { ForEachSubfolder(nameFolder, ClearModeFolder); });
 }
 
 }  // namespace orvel

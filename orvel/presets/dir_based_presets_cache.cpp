@@ -18,13 +18,13 @@ constexpr char kCopiedPresetName[] = "$$$/orvel/Presets/CopiedPresetName=@0 copy
 
 // By title, so that "Voice" comes before "Voice copy", which then is the one that is taken for the
 // copy: a blank sorts before the extension's dot.
-std::vector<std::pair<std::u16string, File>> ListPresetFiles(const Dir& folder) {
-  std::vector<std::pair<std::u16string, File>> byTitle;
-  ForEachFile(folder, IsPresetFileName,
-              [&byTitle](const File& file) { byTitle.emplace_back(file.GetTitle(), file); });
+bool ListPresetFiles(const Dir& folder, std::vector<std::pair<std::u16string, File>>& byTitle) {
+  const bool isListed = ForEachFile(folder, IsPresetFileName, [&byTitle](const File& file) {
+    byTitle.emplace_back(file.GetTitle(), file);
+  });
   std::sort(byTitle.begin(), byTitle.end(),
             [](const auto& left, const auto& right) { return left.first < right.first; });
-  return byTitle;
+  return isListed;
 }
 
 }  // namespace
@@ -34,16 +34,19 @@ DirBasedPresetsCache<T>::DirBasedPresetsCache(const Dir& folder, const Adopt& ad
     : folder_(folder), adopt_(adopt) {}
 
 template <typename T>
-void DirBasedPresetsCache<T>::Load() {
+bool DirBasedPresetsCache<T>::Load() {
   entries_.clear();
   titles_.clear();
-  for (const auto& [title, file] : ListPresetFiles(folder_)) LoadFile(title, file);
+  std::vector<std::pair<Title, File>> files;
+  bool isWhole = ListPresetFiles(folder_, files);
+  for (const auto& [title, file] : files) isWhole &= LoadFile(title, file);
+  return isWhole;
 }
 
 template <typename T>
-void DirBasedPresetsCache<T>::LoadFile(const Title& title, const File& file) {
+bool DirBasedPresetsCache<T>::LoadFile(const Title& title, const File& file) {
   Preset<T> preset;
-  if (!ReadPresetFile(file, preset)) return;
+  if (!ReadPresetFile(file, preset)) return false;
   bool changed = adopt_(preset);
   if (titles_.contains(preset.Guid)) {
     TracePresets("Fixing preset with duplicate GUID: " + ShownPath(file.FullPath()));
@@ -52,8 +55,9 @@ void DirBasedPresetsCache<T>::LoadFile(const Title& title, const File& file) {
     changed = true;
   }
   // A repair that cannot be written holds in memory all the same.
-  if (changed) RepairPresetFile(file, preset);
+  if (changed) WritePresetFile(file, preset);
   Insert(title, std::move(preset));
+  return true;
 }
 
 template <typename T>

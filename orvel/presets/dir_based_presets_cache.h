@@ -28,8 +28,9 @@ class ORVEL_EXPORT DirBasedPresetsCache {
 
   /// Replaces what is in memory by what stands in the folder. A file that cannot be read stays as
   /// it is and is passed over; of two presets with one guid the second, by file name, becomes a
-  /// copy with a guid and a name of its own.
-  void Load();
+  /// copy with a guid and a name of its own. False when the folder cannot be listed or a file in it
+  /// cannot be read: there may be presets that nobody sees.
+  bool Load();
 
   /// Null when there is none.
   const Preset<T>* Find(const Guid& guid) const;
@@ -57,7 +58,7 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   using Entries = std::map<Title, Preset<T>>;
 
   File FileOf(const Title& title) const;
-  void LoadFile(const Title& title, const File& file);
+  bool LoadFile(const Title& title, const File& file);
   bool ChooseTitle(const Preset<T>& preset, Title& title) const;
   bool Move(const Title& from, const Title& to);
   bool Put(const Title& title, const Preset<T>& preset);

@@ -8,7 +8,6 @@
 #include "orvel/core/file_utils.h"
 #include "orvel/core/native_path.h"
 #include "orvel/core/safe_save.h"
-#include "orvel/core/temp_name.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/preset_json.h"
 #include "orvel/presets/preset_trace.h"
@@ -46,7 +45,7 @@ bool WritePresetFile(const File& file, const Preset<T>& preset) {
   try {
     std::string text;
     if (WritePreset(preset, text)) {
-      SafeSave save(file);
+      SafeSave save(file, SafeSave::Links::kReplace);
       FileUtils::SimpleWriteStringToFile(save.GetTempFile().FullPath(), text);
       save.Commit();
       return true;
@@ -59,23 +58,10 @@ bool WritePresetFile(const File& file, const Preset<T>& preset) {
   return false;
 }
 
-template <typename T>
-bool RepairPresetFile(const File& file, const Preset<T>& preset) {
-  std::error_code error;
-  if (!fs::is_symlink(ToNative(file.FullPath()), error)) return WritePresetFile(file, preset);
-  const File own(file.Parent(), teskcore::filesupport::MakeTempName());
-  if (!WritePresetFile(own, preset)) return false;
-  if (MovePresetPath(own.FullPath(), file.FullPath())) return true;
-  DeletePresetFile(own);
-  return false;
-}
-
 template bool ReadPresetFile(const File&, Preset<UserPresetData>&);
 template bool ReadPresetFile(const File&, Preset<ConfigPresetData>&);
 template bool WritePresetFile(const File&, const Preset<UserPresetData>&);
 template bool WritePresetFile(const File&, const Preset<ConfigPresetData>&);
-template bool RepairPresetFile(const File&, const Preset<UserPresetData>&);
-template bool RepairPresetFile(const File&, const Preset<ConfigPresetData>&);
 
 bool MovePresetPath(const std::u16string& from, const std::u16string& to) {
   std::error_code error;

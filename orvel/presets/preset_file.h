@@ -22,15 +22,10 @@ bool IsPresetFileName(const std::u16string& name);
 template <typename T>
 bool ReadPresetFile(const File& file, Preset<T>& preset);
 
-/// Writes one preset in the place of the file, whole or not at all. False, traced with the path and
-/// the cause, when it cannot; the file is then as it was.
+/// Writes one preset in the place of the file, or of a link there, whole or not at all. False,
+/// traced with the path and the cause, when it cannot; what stands there is then as it was.
 template <typename T>
 bool WritePresetFile(const File& file, const Preset<T>& preset);
-
-/// Writes what a preset must be at its place. A link is replaced by a file of its own: what it
-/// leads to may have its place elsewhere, and be read there, too.
-template <typename T>
-bool RepairPresetFile(const File& file, const Preset<T>& preset);
 
 /// Moves a file, replacing what stands at `to`, or a folder, in one step. False, traced, when it
 /// cannot; it is then where it was.

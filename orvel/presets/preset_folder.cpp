@@ -16,6 +16,11 @@ using teskcore::filesupport::ToNative;
 
 namespace {
 
+bool IsLinkAt(const std::u16string& path) {
+  std::error_code error;
+  return fs::is_symlink(ToNative(path), error);
+}
+
 // False, traced behind `what`, when the folder does not let it.
 bool Attempt(const char* what, const boost::function<void()>& work) {
   try {
@@ -39,7 +44,9 @@ bool IsFolderName(const std::string& modeID) {
 bool ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& folder)>& visit) {
   Dir::SubdirIterator at;
   if (!Attempt("Skipping preset folder", [&] { at = folder.BeginSubdirs(); })) return false;
-  for (; at != folder.EndSubdirs(); ++at) visit(*at);
+  for (; at != folder.EndSubdirs(); ++at) {
+    if (!IsLink(*at)) visit(*at);
+  }
   return true;
 }
 
@@ -47,18 +54,14 @@ bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
                  const boost::function<void(const File& file)>& visit) {
   Dir::FileIterator at;
   if (!Attempt("Skipping preset folder", [&] { at = folder.BeginFiles(filter); })) return false;
-  for (; at != folder.EndFiles(); ++at) visit(*at);
+  for (; at != folder.EndFiles(); ++at) {
+    if (!IsLink(*at)) visit(*at);
+  }
   return true;
 }
 
-bool IsLink(const Dir& folder) {
-  std::error_code error;
-  return fs::is_symlink(ToNative(folder.FullPath()), error);
-}
-
-bool DeleteFolder(const Dir& folder) {
-  return Attempt("Keeping preset folder", [&folder] { folder.Delete(); });
-}
+bool IsLink(const Dir& folder) { return IsLinkAt(folder.FullPath()); }
+bool IsLink(const File& file) { return IsLinkAt(file.FullPath()); }
 
 void DeleteTree(const Dir& folder) {
   std::error_code error;
@@ -70,7 +73,8 @@ void DeleteTree(const Dir& folder) {
 
 void DeleteIfEmpty(const Dir& folder) {
   std::error_code error;
-  if (fs::is_empty(ToNative(folder.FullPath()), error) && !error) DeleteFolder(folder);
+  if (!fs::is_empty(ToNative(folder.FullPath()), error) || error) return;
+  Attempt("Keeping preset folder", [&folder] { folder.Delete(); });
 }
 
 void DeleteModeFolder(const Dir& folder) {
@@ -80,6 +84,13 @@ void DeleteModeFolder(const Dir& folder) {
 
 bool CreateFolder(const Dir& folder) {
   return Attempt("Error creating preset folder", [&folder] { folder.Create(); });
+}
+
+bool CreateModeFolder(const Dir& folder) {
+  if (!IsLink(folder.Parent()) && !IsLink(folder)) return CreateFolder(folder);
+  TracePresetDetail("Error creating preset folder: " + ShownPath(folder.FullPath()) +
+                    ": a link stands there");
+  return false;
 }
 
 }  // namespace orvel

@@ -9,7 +9,8 @@
 
 namespace orvel {
 
-// The folders of the preset store. What fails is traced with its path and cause.
+// The folders of the preset store. What fails is traced with its path and cause. Links in a folder
+// are not visited.
 
 /// Whether a mode id can name a folder: it may come from a document of unknown origin.
 bool IsFolderName(const std::string& modeID);
@@ -23,9 +24,7 @@ bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
                  const boost::function<void(const File& file)>& visit);
 
 bool IsLink(const Dir& folder);
-
-/// Of a link, the link. False when it stays.
-bool DeleteFolder(const Dir& folder);
+bool IsLink(const File& file);
 
 /// With all that is in it, as far as it can be deleted.
 void DeleteTree(const Dir& folder);
@@ -37,5 +36,8 @@ void DeleteModeFolder(const Dir& folder);
 
 /// With its parents. False when it is not there afterwards.
 bool CreateFolder(const Dir& folder);
+
+/// Creates a mode folder and that of its name, where no link stands in the place of either.
+bool CreateModeFolder(const Dir& folder);
 
 }  // namespace orvel

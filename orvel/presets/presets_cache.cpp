@@ -7,6 +7,7 @@
 #include "orvel/core/file_utils.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
+#include "orvel/presets/config_entries.h"
 #include "orvel/presets/crash_remains.h"
 #include "orvel/presets/factory_presets.h"
 #include "orvel/presets/preset_file.h"
@@ -113,7 +114,8 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   const File file(to, kConfigFileName);
   if (file.Exists() || !WritePresetFile(File(from, kRenamedName), preset)) return false;
   bool isRenamed = false;
-  if (CreateFolder(to.Parent()) && MovePresetPath(from.FullPath(), to.FullPath())) {
+  if (!IsLink(to.Parent()) && CreateFolder(to.Parent()) &&
+      MovePresetPath(from.FullPath(), to.FullPath())) {
     isRenamed = MovePresetPath(File(to, kRenamedName).FullPath(), file.FullPath());
     if (!isRenamed) MovePresetPath(to.FullPath(), from.FullPath());
   }
@@ -127,7 +129,6 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
   std::erase_if(entries_, [&guid](const auto& other) { return other.preset.Guid == guid; });
   InsertConfigEntry(entries_, preset, file);
   MakeOrdinary(guid);
-  if (IsLink(to)) Reload();  // another link may lead there, too, and come first now
   configPresetChanged_(guid, guid);
   return true;
 }
@@ -173,7 +174,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   const Guid current = manager != nullptr ? manager->GetCurrentConfigGuidForMode(modeID) : Guid();
   const Dir folder(Dir(root_, title), UTF8to16(modeID));
   const File file(folder, kConfigFileName);
-  if (file.Exists() || !CreateFolder(folder)) return false;
+  if (file.Exists() || !CreateModeFolder(folder)) return false;
   // The mark comes first, so that no crash makes a document's template look like a person's own.
   const bool isMarked =
       isTemporary ? WriteTemporaryMark(folder, preset.Guid) : DeleteTemporaryMark(folder);
@@ -205,31 +206,24 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
   if (entry == entries_.end()) return false;
   const File file = entry->file;
   const Dir folder = file.Parent();
-  // Behind a link stand files that belong somewhere else.
-  if (IsLink(folder.Parent())) {
+  // It was none when it was read: behind a link stand files that belong somewhere else.
+  if (IsLink(folder.Parent()) || IsLink(folder)) {
     TracePresetDetail("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
     return false;
   }
-  const bool isLink = IsLink(folder);
-  bool isClean = true;
-  if (isLink) {
-    if (!DeleteFolder(folder)) return false;
-  } else {
-    // The configuration's file goes last: what is cut short leaves a template with fewer presets,
-    // not presets that nobody lists.
-    const auto group = entry->group;
-    std::vector<Preset<UserPresetData>> presets;
-    group->GetPresets().AppendTo(presets);
-    for (const auto& preset : presets) {
-      if (!group->presets_.Remove(preset.Guid)) return false;
-    }
-    if (!DeletePresetFile(file)) return false;
-    isClean = DeleteTemporaryMark(folder);
+  // The configuration's file goes last: what is cut short leaves a template with fewer presets, not
+  // presets that nobody lists.
+  const auto group = entry->group;
+  std::vector<Preset<UserPresetData>> presets;
+  group->GetPresets().AppendTo(presets);
+  for (const auto& preset : presets) {
+    if (!group->presets_.Remove(preset.Guid)) return false;
   }
+  if (!DeletePresetFile(file)) return false;
+  const bool isClean = DeleteTemporaryMark(folder);
   entries_.erase(entry);
   temporaries_.erase(guid);
   DeleteModeFolder(folder);
-  if (isLink) Reload();  // what it led to may stand here under another name, too
   configPresetChanged_(guid, successor);
   return isClean;
 }
@@ -256,7 +250,8 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
     const Dir folder(Dir(root_, title), UTF8to16(preset.PresetData.ModeID));
     const bool isTaken = IsReservedPresetName(temporary.Name) ||
                          IsNameTaken(temporary.Name, preset.PresetData.ModeID);
-    if (!isTaken && !folder.Exists()) {
+    const bool isFree = !folder.Exists() && !IsLink(folder) && !IsLink(folder.Parent());
+    if (!isTaken && isFree) {
       return Create(temporary, title, true);
     }
     temporary.Name = preset.Name + " " + std::to_string(number);
@@ -274,7 +269,7 @@ bool PresetsCache::RemoveTemporaryPreset(const Guid& guid) {
 // to where it stays. False when not all of it could be moved.
 bool PresetsCache::RescueUserPresets(const Guid& guid) {
   const auto source = Find(guid)->group;
-  source->presets_.Load();
+  if (!source->presets_.Load()) return false;
   std::vector<Preset<UserPresetData>> presets;
   source->GetPresets().AppendTo(presets);
   if (presets.empty()) return true;

@@ -17,7 +17,7 @@
 #include "orvel/core/guid.h"
 #include "orvel/core/module_resources.h"
 #include "orvel/core/ref_counted.h"
-#include "orvel/presets/config_entries.h"
+#include "orvel/presets/config_entry.h"
 #include "orvel/presets/config_preset_data.h"
 #include "orvel/presets/preset.h"
 #include "orvel/presets/user_preset_data.h"
@@ -32,10 +32,12 @@ namespace orvel {
 /// configuration preset ("Default" for the factory's), in it a folder for each adjustments mode,
 /// and in that the configuration preset's file and those of the user presets made under it.
 ///
-/// Each file is written whole or not at all. A preset that becomes a copy or cannot be written is
-/// traced on the channel "app.Presets" at level 2, with the file's path; the cause, and all else
-/// that goes wrong, at level 3. Nothing here throws but for want of memory and out of the functions
-/// that a host installs.
+/// A link below "Orvel" is none of the store's: it is passed over, never written through, and what
+/// it leads to stays as it is; "Orvel" itself and the folders above it may be links. A file is
+/// written in the place of a link of its name. Each file is written whole or not at all. A preset
+/// that becomes a copy or cannot be written is traced on the channel "app.Presets" at level 2, with
+/// the file's path; the cause, and all else that goes wrong, at level 3. Nothing here throws but
+/// for want of memory and out of the functions that a host installs.
 class ORVEL_EXPORT PresetsCache : public RefCountedObject {
  public:
   /// Fits a user preset to the configuration that its `Config` names; false when it cannot.
@@ -95,8 +97,8 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   bool CreateConfigPreset(const Preset<ConfigPresetData>& preset);
 
   /// Deletes a configuration preset with its user presets. Files that are not its own stay, and
-  /// their folder with them; a link is deleted, not what it leads to. False when it is unknown or
-  /// something could not be deleted; it is gone from memory when its file is gone.
+  /// their folder with them. False when it is unknown or something could not be deleted; it is gone
+  /// from memory when its file is gone.
   bool RemoveConfigPreset(const Guid& guid);
 
   /// Deletes the first user preset with this guid. False when there is none or its file stays.

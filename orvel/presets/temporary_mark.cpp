@@ -47,6 +47,7 @@ bool MayHoldUserPresets(const Dir& folder) {
 }  // namespace
 
 bool WriteTemporaryMark(const Dir& folder, const Guid& guid) {
+  if (!DeleteTemporaryMark(folder)) return false;  // it may be a link
   try {
     FileUtils::SimpleWriteStringToFile(File(folder, kTemporaryMarkName).FullPath(),
                                        MarkText(folder, guid) + std::to_string(getpid()));

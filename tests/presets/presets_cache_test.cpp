@@ -178,30 +178,38 @@ TEST_F(PresetsCacheTest, BadFilesStayAsTheyAreAndHideNoOthers) {
   EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Broken"))) << "it is somebody's";
 }
 
-TEST_F(PresetsCacheTest, DeletingNeverFollowsALinkOutOfTheFolder) {
-  const auto first = Open();
-  AddConfig(*first, "Behind");
-  AddConfig(*first, "Mode");
+TEST_F(PresetsCacheTest, LinksAreNoneOfTheStores) {
   const fs::path outside = folder_.Path() / "outside";
-  fs::create_directory(outside);
-  fs::rename(Root() / "Behind", outside / "Behind");
-  fs::create_directory_symlink(outside / "Behind", Root() / "Behind");
-  fs::rename(Root() / "Mode" / "dialog", outside / "dialog");
-  fs::create_directory_symlink(outside / "dialog", Root() / "Mode" / "dialog");
+  fs::create_directories(outside);
+  fs::create_directories(Root().parent_path());
+  fs::create_directory_symlink(outside, Root());  // but the root itself
+  const auto first = Open();
+  const Guid mine = AddConfig(*first);
+  ASSERT_TRUE(first->SavePreset(MakeUserPreset("Voice", mine)));
+  const fs::path there = folder_.Path() / "there";
+  fs::copy(Root() / "Mine", there, fs::copy_options::recursive);
+  fs::create_directory_symlink(there, Root() / "Behind");
   fs::create_directories(Root() / "Other");
-  fs::create_directory_symlink(outside / "dialog", Root() / "Other" / "dialog");
+  fs::create_directory_symlink(there / "dialog", Root() / "Other/dialog");
+  fs::create_directories(Root() / "Third/dialog");
+  fs::create_symlink(there / "dialog/(Config).orvel", Root() / "Third/dialog/(Config).orvel");
+  fs::create_symlink("Voice.orvel", Mine("Alias.orvel"));
+  for (const char* name : {".renamed", ".temporary", "Radio.orvel"}) {
+    fs::create_symlink(there / "dialog/Voice.orvel", Mine(name));
+  }
+  const auto before = Snapshot(there);
   const auto cache = Open();
-  auto configs = ConfigsOf(*cache);
-  ASSERT_EQ(configs[0].Name, "Behind");
-  EXPECT_FALSE(cache->RemoveConfigPreset(configs[0].Guid));
-  configs[1].Name = "Renamed";
-  EXPECT_TRUE(cache->SavePreset(configs[1]));
-  EXPECT_EQ(Describe(*Open()), Describe(*cache)) << "another link comes first now";
-  EXPECT_TRUE(cache->RemoveConfigPreset(configs[1].Guid));
-  EXPECT_FALSE(fs::exists(fs::symlink_status(Root() / "Mode")));
-  EXPECT_TRUE(fs::exists(outside / "Behind" / "dialog" / "(Config).orvel"));
-  EXPECT_TRUE(fs::exists(outside / "dialog" / "(Config).orvel"));
-  EXPECT_EQ(Describe(*Open()), Describe(*cache)) << "another link leads there";
+  EXPECT_EQ(Describe(*cache), Describe(*first));
+  EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Behind", "music")));
+  EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Other")));
+  EXPECT_TRUE(cache->SavePreset(MakeUserPreset("Radio", mine))) << "in the place of the link";
+  auto config = MakeConfigPreset("Renamed", "dialog", 6.0f, mine);
+  EXPECT_TRUE(cache->SavePreset(config));
+  config.Name = "Behind";
+  EXPECT_FALSE(cache->SavePreset(config));
+  ExpectDiskHolds(*cache);
+  EXPECT_TRUE(cache->AddTemporaryPreset(MakeConfigPreset("Behind"))) << "as the second";
+  EXPECT_EQ(Snapshot(there), before);
 }
 
 TEST_F(PresetsCacheTest, ConfigurationPresetsAreCreatedRenamedAndRemoved) {
@@ -277,6 +285,11 @@ TEST_F(PresetsCacheTest, ATemporaryThatGoesLeavesWhatWasSavedUnderIt) {
   EXPECT_TRUE(cache->RemoveTemporaryPreset(session.Guid));
   EXPECT_FALSE(fs::exists(Root() / "Session"));
   EXPECT_THAT(UserNames(*cache, kDialogTemplate), IsSupersetOf({"Voice", "Voice 2", "Theirs"}));
+  // What cannot be read may be somebody's, and would be listed nowhere.
+  ASSERT_TRUE(cache->AddTemporaryPreset(session));
+  WriteText(Root() / "Session/dialog/Unread.orvel", "{");
+  EXPECT_FALSE(cache->RemoveTemporaryPreset(session.Guid));
+  EXPECT_FALSE(cache->IsTemporaryPreset(session.Guid));
   ExpectDiskHolds(*cache);
 }
 
@@ -304,9 +317,8 @@ TEST_F(PresetsCacheTest, WhatCannotBeWrittenChangesNeitherDiskNorMemory) {
   EXPECT_EQ(Snapshot(Root()), before);
 }
 
-TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
+TEST_F(PresetsCacheTest, OfTwoWithOneGuidTheFactorysKeepIt) {
   AddConfig(*Open());
-  fs::create_directory_symlink(Root() / "Mine", Root() / "Another");
   fs::copy(Root() / "Default", Root() / "Copy", fs::copy_options::recursive);
   const auto cache = Open();
   Preset<ConfigPresetData> factory;
@@ -314,24 +326,9 @@ TEST_F(PresetsCacheTest, AFolderIsLoadedOnceAndTheFactorysFirst) {
   EXPECT_EQ(factory.Guid, kDialogTemplate) << "its copy gets the new guid";
   EXPECT_THAT(ConfigsOf(*cache), SizeIs(9));
   EXPECT_THAT(UsersOf(*cache, kDialogTemplate), SizeIs(16));
-  EXPECT_EQ(ConfigsOf(*cache)[4].Name, "Mine") << "and not that of a link to it";
   ExpectDiskHolds(*cache);
   factory.Name = "Mine now";
   EXPECT_FALSE(cache->SavePreset(factory)) << "the factory's keep their name";
-}
-
-TEST_F(PresetsCacheTest, ARepairReachesNoFileBehindALink) {
-  const auto first = Open();
-  ASSERT_TRUE(first->SavePreset(MakeUserPreset("Voice", AddConfig(*first))));
-  AddConfig(*first, "Other");
-  fs::remove(Root() / "Other/dialog/(Config).orvel");
-  const auto before = Snapshot(Root() / "Mine");
-  for (const std::string name : {"(Config).orvel", "Voice.orvel"}) {
-    fs::create_symlink(Mine(name), Root() / "Other/dialog" / name);
-  }
-  const auto cache = Open();
-  EXPECT_EQ(Snapshot(Root() / "Mine"), before);
-  ExpectDiskHolds(*cache);
 }
 
 TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {
