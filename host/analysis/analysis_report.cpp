@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <vector>
 
 namespace orvelhost {
 namespace {
@@ -12,19 +11,14 @@ using teskcore::serialization::AddToObject;
 using teskcore::serialization::G_NullType;
 using teskcore::serialization::JSONValue;
 
-/// One measured number; not finite when there is none.
-struct Row {
-  const char* key;
-  const char* name;
-  const char* unit;
-  double value;
-};
+}  // namespace
 
-std::vector<Row> RowsOf(const ClipAnalysis& analysis) {
+std::array<Figure, kFigure_Count> FiguresOf(const ClipAnalysis& analysis) {
   constexpr double kNone = -std::numeric_limits<double>::infinity();
   const Hum hum = analysis.hum.value_or(Hum{kNone, kNone});
   // clang-format off
-  return {
+  return {{
+      // in the order of FigureIndex:
       // key                   name               unit    value
       {"integrated_lufs",     "Loudness",        "LUFS", analysis.loudness},
       {"loudness_range_lu",   "Loudness range",  "LU",   analysis.loudnessRange},
@@ -34,18 +28,16 @@ std::vector<Row> RowsOf(const ClipAnalysis& analysis) {
       {"hum_hz",              "Hum",             "Hz",   hum.frequency},
       {"hum_dbfs",            "Level of hum",    "dBFS", hum.level},
       {"duration_s",          "Duration",        "s",    analysis.Duration()},
-  };
+  }};
   // clang-format on
 }
-
-}  // namespace
 
 JSONValue ToJSON(const std::string& file, const ClipAnalysis& analysis) {
   JSONValue object;
   AddToObject(object, "file", JSONValue(file));
-  for (const Row& row : RowsOf(analysis)) {
-    AddToObject(object, row.key,
-                std::isfinite(row.value) ? JSONValue(row.value) : JSONValue(G_NullType));
+  for (const Figure& figure : FiguresOf(analysis)) {
+    AddToObject(object, figure.key,
+                std::isfinite(figure.value) ? JSONValue(figure.value) : JSONValue(G_NullType));
   }
   AddToObject(object, "sample_rate", JSONValue(std::int64_t{analysis.format.sampleRate}));
   AddToObject(object, "channels", JSONValue(std::int64_t{analysis.format.channelCount}));
@@ -59,11 +51,11 @@ std::string ToText(const std::string& file, const ClipAnalysis& analysis) {
     std::snprintf(line, sizeof line, format, values...);
     text += line;
   };
-  for (const Row& row : RowsOf(analysis)) {
-    if (std::isfinite(row.value)) {
-      add("  %-16s %10.2f %s\n", row.name, row.value, row.unit);
+  for (const Figure& figure : FiguresOf(analysis)) {
+    if (std::isfinite(figure.value)) {
+      add("  %-16s %10.2f %s\n", figure.name, figure.value, figure.unit);
     } else {
-      add("  %-16s %10s\n", row.name, "none");
+      add("  %-16s %10s\n", figure.name, "none");
     }
   }
   add("  %-16s %10d Hz\n", "Sample rate", analysis.format.sampleRate);

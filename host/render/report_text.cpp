@@ -5,6 +5,8 @@
 #include <limits>
 #include <sstream>
 
+#include "host/analysis/analysis_report.h"
+
 namespace orvelhost {
 namespace {
 
@@ -53,17 +55,19 @@ std::string FormatLevels(const RenderReport& report) {
   nothing.truePeak = nothing.samplePeak = nothing.noiseFloor = kNone;
   const ClipAnalysis before = report.before.value_or(nothing);
   const ClipAnalysis after = report.after.value_or(nothing);
+  const auto was = FiguresOf(before);
+  const auto is = FiguresOf(after);
+  const auto row = [&](FigureIndex figure) {
+    return Row(was[figure].Label(), was[figure].value, is[figure].value);
+  };
   std::ostringstream text;
-  text << Line("", "before", "after", "change")
-       << Row("Loudness, LUFS", before.loudness, after.loudness)
-       << Row("Loudness range, LU", before.loudnessRange, after.loudnessRange)
-       << Row("Sample peak, dBFS", before.samplePeak, after.samplePeak)
-       << Row("True peak, dBTP", before.truePeak, after.truePeak);
+  text << Line("", "before", "after", "change") << row(kFigure_Loudness)
+       << row(kFigure_LoudnessRange) << row(kFigure_SamplePeak) << row(kFigure_TruePeak);
   if (before.width || after.width) {
     text << Row("Side to mid, dB", before.width.value_or(kNone), after.width.value_or(kNone));
   }
   if (std::isfinite(before.noiseFloor) || std::isfinite(after.noiseFloor)) {
-    text << Row("Noise floor, dBFS", before.noiseFloor, after.noiseFloor);
+    text << row(kFigure_NoiseFloor);
   }
   text << HumRow(before.hum, after.hum);
   return text.str();
