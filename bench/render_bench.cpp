@@ -19,9 +19,9 @@
 
 #include "bench/ratio.h"
 #include "host/audio/audio_writer.h"
+#include "host/catalogue/setting.h"
 #include "host/session/clip.h"
 #include "host/session/host.h"
-#include "host/session/setting.h"
 
 namespace {
 

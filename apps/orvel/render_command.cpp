@@ -16,13 +16,13 @@
 #include "host/audio/temporary_file.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_store.h"
+#include "host/catalogue/setting.h"
 #include "host/effects/filter_check.h"
 #include "host/render/render_batch.h"
 #include "host/render/render_list.h"
 #include "host/render/render_record.h"
 #include "host/render/report_text.h"
 #include "host/session/host.h"
-#include "host/session/setting.h"
 #include "host/session/text_file.h"
 
 namespace orvelcli {

@@ -1,6 +1,6 @@
 #include "apps/orvel/shell_verbs.h"
 #include "host/catalogue/json_values.h"
-#include "host/session/setting.h"
+#include "host/catalogue/setting.h"
 
 namespace orvelcli {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "apps/orvel/shell_answer.h"
-#include "host/session/session_editor.h"
+#include "host/editor/session_editor.h"
 
 namespace orvelcli {
 

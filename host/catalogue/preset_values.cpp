@@ -1,7 +1,7 @@
 #include "host/catalogue/preset_values.h"
 
 #include "host/catalogue/mode_catalogue.h"
-#include "host/session/setting.h"
+#include "host/catalogue/setting.h"
 
 namespace orvelhost {
 namespace {

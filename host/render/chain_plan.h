@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "host/catalogue/setting.h"
 #include "host/session/clip_measurement.h"
 #include "host/session/effect_chain.h"
 #include "host/session/host.h"
-#include "host/session/setting.h"
 
 namespace orvelhost {
 

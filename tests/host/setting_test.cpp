@@ -1,4 +1,4 @@
-#include "host/session/setting.h"
+#include "host/catalogue/setting.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/session/selected_clips.h"
+#include "host/editor/selected_clips.h"
 
 namespace orvelhost {
 

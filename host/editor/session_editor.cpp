@@ -1,4 +1,4 @@
-#include "host/session/session_editor.h"
+#include "host/editor/session_editor.h"
 
 #include <algorithm>
 #include <numeric>

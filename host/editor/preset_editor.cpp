@@ -1,4 +1,4 @@
-#include "host/session/preset_editor.h"
+#include "host/editor/preset_editor.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
-#include "host/session/control_editor.h"
+#include "host/editor/control_editor.h"
 
 #include <algorithm>
 #include <sstream>
 #include <utility>
 
 #include "host/catalogue/mode_catalogue.h"
-#include "host/session/setting.h"
+#include "host/catalogue/setting.h"
 
 namespace orvelhost {
 namespace {

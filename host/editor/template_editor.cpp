@@ -1,4 +1,4 @@
-#include "host/session/template_editor.h"
+#include "host/editor/template_editor.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "host/session/selected_clips.h"
+#include "host/editor/selected_clips.h"
 
 #include "host/catalogue/mode_catalogue.h"
 

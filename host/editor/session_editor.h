@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "host/session/control_editor.h"
-#include "host/session/preset_editor.h"
-#include "host/session/selected_clips.h"
-#include "host/session/template_editor.h"
+#include "host/editor/control_editor.h"
+#include "host/editor/preset_editor.h"
+#include "host/editor/selected_clips.h"
+#include "host/editor/template_editor.h"
 
 namespace orvelhost {
 
