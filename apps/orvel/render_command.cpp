@@ -130,14 +130,8 @@ std::filesystem::path ReportFile(const CommandLine& line,
 class OutputFolder {
  public:
   /// Raises AudioError when it cannot be made. An empty name is no folder.
-  explicit OutputFolder(const std::filesystem::path& folder) : folder_(folder) {
-    std::error_code error;
-    if (!folder.empty()) isNew_ = std::filesystem::create_directories(folder, error);
-    if (error) {
-      throw orvelhost::AudioError("cannot make the folder " + Quoted(folder) + ": " +
-                                  error.message());
-    }
-  }
+  explicit OutputFolder(const std::filesystem::path& folder)
+      : folder_(folder), isNew_(!folder.empty() && orvelhost::MakeFolder(folder)) {}
   ~OutputFolder() {
     std::error_code error;  // it is not empty
     if (isNew_) std::filesystem::remove(folder_, error);
@@ -147,7 +141,7 @@ class OutputFolder {
 
  private:
   std::filesystem::path folder_;
-  bool isNew_ = false;
+  bool isNew_;
 };
 
 /// Tells on the terminal how the renders come on, and what came of each.
@@ -335,7 +329,7 @@ int RenderAll(const Command& command, const CommandLine& line) {
   const auto done = count(RenderOutcome::kDone);
   if (count(RenderOutcome::kStopped) > 0) {
     teller.Tell(requests.size() == 1
-                    ? "stopped; " + Quoted(requests.front().output) + " was not written"
+                    ? orvelhost::StoppedText(requests.front())
                     : "stopped; " + std::to_string(done) + " of " +
                           std::to_string(requests.size()) + " files were rendered");
     return kExit_Interrupted;

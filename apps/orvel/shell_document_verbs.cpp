@@ -1,8 +1,10 @@
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/shell_verbs.h"
 #include "host/catalogue/json_values.h"
+#include "host/render/render_batch.h"
+#include "host/render/render_list.h"
+#include "host/render/session_requests.h"
 #include "host/session/session_document.h"
-#include "host/session/session_renderer.h"
 
 namespace orvelcli {
 
@@ -33,19 +35,25 @@ Answer ShowHistory(ShellState& state, const Words& /*words*/) {
 
 Answer RenderClips(ShellState& state, const Words& words) {
   const InterruptScope interrupts;
-  const auto rendered =
-      orvelhost::RenderSession(state.host, words.front(), [](double) { return !WasInterrupted(); });
+  const auto goOn = [](const auto&...) { return !WasInterrupted(); };
+  orvelhost::MakeFolder(words.front());
+  const auto requests = orvelhost::MakeRequests(state.editor.GetSession(), words.front(), goOn);
+  const auto outcomes = orvelhost::RenderBatch(state.host, requests, 1, {{}, goOn});
   Words done;
   Words faults;
   teskcore::serialization::JSONValue list = teskcore::serialization::JSONArray();
-  for (const orvelhost::RenderedClip& one : rendered) {
-    auto entry = MakeObject({{"clip", one.number}, {"file", one.output.string()}});
-    if (one.error.empty()) {
-      AddToObject(entry, "notes", MakeArray(one.notes));
-      done.push_back(one.output.string());
+  for (std::size_t index = 0; index < requests.size(); ++index) {
+    const orvelhost::RenderOutcome& outcome = outcomes[index];
+    const std::string file = requests[index].output.string();
+    auto entry = MakeObject({{"clip", index + 1}, {"file", file}});
+    if (outcome.status == orvelhost::RenderOutcome::kDone) {
+      AddToObject(entry, "notes", MakeArray(outcome.report.notes));
+      done.push_back(file);
     } else {
-      AddToObject(entry, "error", one.error);
-      faults.push_back(one.error);
+      faults.push_back(outcome.status == orvelhost::RenderOutcome::kFailed
+                           ? outcome.error
+                           : orvelhost::StoppedText(requests[index]));
+      AddToObject(entry, "error", faults.back());
     }
     teskcore::serialization::AppendToArray(list, entry);
   }

@@ -56,8 +56,11 @@ class Batch {
   /// On the main thread: makes the workers' calls and tells how they come on, until all have ended.
   void Serve(const BatchListener& listener) {
     constexpr std::chrono::milliseconds kPatience(100);
-    std::unique_lock lock(mutex_);
     while (true) {
+      if (listener.progress && !listener.progress({shares_.begin(), shares_.end()})) {
+        isStopped_ = true;
+      }
+      std::unique_lock lock(mutex_);
       wake_.wait_for(lock, kPatience, [this] { return !calls_.empty() || HasNews(); });
       while (!calls_.empty()) {
         std::packaged_task<void()> call = std::move(calls_.front());
@@ -73,11 +76,6 @@ class Batch {
         lock.lock();
       }
       if (toldCount_ == requests_.size()) return;
-      lock.unlock();
-      if (listener.progress && !listener.progress({shares_.begin(), shares_.end()})) {
-        isStopped_ = true;
-      }
-      lock.lock();
     }
   }
 

@@ -86,6 +86,13 @@ std::string OutputNames::Take(const path& source, const std::string& ending) {
   return name;
 }
 
+bool MakeFolder(const path& folder) {
+  std::error_code error;
+  const bool isNew = std::filesystem::create_directories(folder, error);
+  if (error) throw AudioError("cannot make the folder " + Quoted(folder) + ": " + error.message());
+  return isNew;
+}
+
 bool ListRenders(const std::vector<path>& inputs, const path& output, RenderList& list,
                  std::string& error) {
   const bool isBatch = inputs.size() > 1 || std::ranges::any_of(inputs, &IsFolder) ||

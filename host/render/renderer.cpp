@@ -229,6 +229,10 @@ std::string FindOutputFault(const RenderRequest& request) {
   return FindNameFault(request.picture, request.replaceOutput);
 }
 
+std::string StoppedText(const RenderRequest& request) {
+  return "stopped; " + Quoted(request.output) + " was not written";
+}
+
 namespace {
 
 /// One render, step by step.
@@ -241,8 +245,7 @@ class Rendering {
         input_(request.input, request.progress),
         file_(input_.Open()),
         opener_(input_.Opener()),
-        detail_(HasPicture() ? AnalysisDetail::kAll : request.detail),
-        measurement_(request.measurement) {
+        detail_(HasPicture() ? AnalysisDetail::kAll : request.detail) {
     report_.inputFormat = file_.Format();
   }
 
@@ -284,7 +287,9 @@ class Rendering {
 
   void Measure(const Progress& progress) {
     if (needsMeasurement_) {
-      measurement_ = MeasureClip(opener_, needsRemixMap_, progress);
+      measurement_ = request_.analyses == nullptr ? MeasureClip(opener_, needsRemixMap_, progress)
+                                                  : MeasureFile(request_.input, needsRemixMap_,
+                                                                *request_.analyses, progress);
       if (detail_) report_.before = measurement_->analysis;
       Plan();
     }
@@ -393,7 +398,7 @@ RenderReport Render(const Host& host, const RenderRequest& request) {
   try {
     return Render(host, request, [](const std::function<void()>& call) { call(); });
   } catch (const Cancelled&) {
-    throw AudioError("stopped; " + Quoted(request.output) + " was not written");
+    throw AudioError(StoppedText(request));
   }
 }
 

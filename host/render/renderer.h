@@ -21,7 +21,8 @@ struct RenderRequest {
   std::string pictureCaption;     ///< a line that tells what was done; may be empty
   bool isDryRun = false;          ///< measures and plans, and writes nothing
   Look look;
-  std::optional<ClipMeasurement> measurement;  ///< of the input; what is not in it is measured
+  AnalysisCache* analyses =
+      nullptr;  ///< keeps what is measured of the input file; null: nothing is
   /// Of the report's analyses, each of which takes time; none leaves them out. A picture has all.
   std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state
@@ -42,6 +43,9 @@ struct RenderReport {
 
 /// Why the output of the request cannot be accepted, in one line; empty when it can.
 std::string FindOutputFault(const RenderRequest& request);
+
+/// Says in one line that the request was stopped.
+std::string StoppedText(const RenderRequest& request);
 
 /// Runs a call on the main thread and waits for it; passes on what it throws.
 using MainThreadCaller = std::function<void(const std::function<void()>& call)>;

@@ -19,9 +19,10 @@ make_good_tree() {
   printf '#include "orvel/configuration/a.h"\n' >"$scratch/orvel/configuration/b.h"
   printf '#include "orvel/configuration/a.h"\n' >>"$scratch/orvel/models/a.cpp"
   printf '#include "orvel/resources/a.h"\n' >>"$scratch/orvel/core/a.cpp"
-  mkdir -p "$scratch/host/audio" "$scratch/apps/orvel"
+  mkdir -p "$scratch/host/audio" "$scratch/host/session" "$scratch/apps/orvel"
   printf '#include <libavutil/frame.h>\n#include "orvel/orvel.h"\n' >"$scratch/host/audio/a.h"
   printf '#include "host/audio/a.h"\n' >"$scratch/host/audio/a.cpp"
+  printf '#include "host/audio/a.h"\n' >"$scratch/host/session/a.h"
   printf '#include "host/audio/a.h"\n#include "orvel/orvel.h"\n' >"$scratch/apps/orvel/a.cpp"
   printf '#pragma once\n' >"$scratch/apps/orvel/a.h"
 }
@@ -56,6 +57,7 @@ the library never includes a program|orvel/configuration/a.cpp|#include "apps/or
 the library never reads audio|orvel/models/a.cpp|#include <libavformat/avformat.h>
 the library never measures audio|orvel/models/a.cpp|  #  include <ebur128.h>
 the host sees the library through its umbrella|host/audio/a.cpp|#include "orvel/models/a.h"
+the folders of the host know each other one way|host/audio/a.cpp|#include "host/session/a.h"
 a program sees the library through its umbrella|apps/orvel/a.cpp|#include "orvel/core/a.h"
 the host never includes a program|host/audio/a.cpp|#include "apps/orvel/a.h"
 a header never includes itself|orvel/core/a.h|#include "orvel/core/a.h"
