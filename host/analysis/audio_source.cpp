@@ -21,13 +21,8 @@ class BlockSource : public AudioSource {
     if (count == 0) {
       return false;
     }
-    AudioBlock piece(audio_->Format(), count);
-    for (int channel = 0; channel < audio_->ChannelCount(); ++channel) {
-      std::ranges::copy(audio_->Channel(channel).subspan(position_, count),
-                        piece.Channel(channel).begin());
-    }
+    block = audio_->Part(position_, count);
     position_ += count;
-    block = std::move(piece);
     return true;
   }
 

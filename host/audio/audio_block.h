@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -40,6 +41,15 @@ class AudioBlock {
   std::span<float> Channel(int index) { return {samples_.data() + Offset(index), frameCount_}; }
   std::span<const float> Channel(int index) const {
     return {samples_.data() + Offset(index), frameCount_};
+  }
+
+  /// A copy of `count` samples per channel, from `begin` on; all of them must be there.
+  AudioBlock Part(std::size_t begin, std::size_t count) const {
+    AudioBlock part(format_, count);
+    for (int channel = 0; channel < ChannelCount(); ++channel) {
+      std::ranges::copy(Channel(channel).subspan(begin, count), part.Channel(channel).begin());
+    }
+    return part;
   }
 
  private:

@@ -1,6 +1,5 @@
 #include "host/audio/frame_converter.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace orvelhost {
@@ -54,11 +53,7 @@ void FrameConverter::Run(const AVFrame* frame, std::deque<AudioBlock>& blocks) {
   if (done == room) {
     blocks.push_back(std::move(block));
   } else if (done > 0) {
-    AudioBlock& shorter = blocks.emplace_back(format_, static_cast<std::size_t>(done));
-    for (int channel = 0; channel < format_.channelCount; ++channel) {
-      std::ranges::copy(block.Channel(channel).first(shorter.FrameCount()),
-                        shorter.Channel(channel).begin());
-    }
+    blocks.push_back(block.Part(0, static_cast<std::size_t>(done)));
   }
 }
 

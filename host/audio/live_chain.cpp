@@ -12,15 +12,6 @@ constexpr double kFade = 0.02;     // seconds
 constexpr double kPreRoll = 0.25;  // seconds, and what the chain's filters hold of the sound
 constexpr double kHistory = 32.0;  // seconds: the longest tail is the reverb's, of 30.2
 
-/// The part of the block from `begin` on.
-AudioBlock From(const AudioBlock& block, std::size_t begin) {
-  AudioBlock rest(block.Format(), block.FrameCount() - begin);
-  for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-    std::ranges::copy(block.Channel(channel).subspan(begin), rest.Channel(channel).begin());
-  }
-  return rest;
-}
-
 }  // namespace
 
 LiveChain::LiveChain(const AudioFormat& format, const std::vector<FilterSpec>& filters)
@@ -44,7 +35,8 @@ void LiveChain::Change(const std::vector<FilterSpec>& filters) {
     const std::int64_t skipped = std::clamp<std::int64_t>(pulled_ - preRoll - place, 0, count);
     if (skipped < count) {
       begin = begin < 0 ? place + skipped : begin;
-      graph.Push(From(block, static_cast<std::size_t>(skipped)));
+      graph.Push(
+          block.Part(static_cast<std::size_t>(skipped), static_cast<std::size_t>(count - skipped)));
     }
     place += count;
   }

@@ -11,22 +11,14 @@ namespace {
 
 using RubberBand::RubberBandStretcher;
 
-/// Rows of samples as the library takes them.
-std::vector<const float*> RowsOf(const AudioBlock& block) {
+/// Rows of samples from `begin` on, as the library takes them.
+std::vector<const float*> RowsOf(const AudioBlock& block, std::size_t begin) {
   std::vector<const float*> rows;
   rows.reserve(static_cast<std::size_t>(block.ChannelCount()));
   for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-    rows.push_back(block.Channel(channel).data());
+    rows.push_back(block.Channel(channel).subspan(begin).data());
   }
   return rows;
-}
-
-AudioBlock Piece(const AudioBlock& block, std::size_t begin, std::size_t count) {
-  AudioBlock piece(block.Format(), count);
-  for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-    std::ranges::copy(block.Channel(channel).subspan(begin, count), piece.Channel(channel).begin());
-  }
-  return piece;
 }
 
 class StretchedSource : public AudioSource {
@@ -92,11 +84,11 @@ class StretchedSource : public AudioSource {
     const std::size_t count = static_cast<std::size_t>(
         std::min<std::int64_t>({inputLeft_, std::int64_t{kPiece},
                                 static_cast<std::int64_t>(pending_.FrameCount() - position_)}));
-    const AudioBlock piece = Piece(pending_, position_, count);
+    const std::vector<const float*> rows = RowsOf(pending_, position_);
     position_ += count;
     inputLeft_ -= static_cast<std::int64_t>(count);
     fed_ = inputLeft_ == 0;
-    stretcher_.process(RowsOf(piece).data(), count, fed_);
+    stretcher_.process(rows.data(), count, fed_);
   }
 
   std::unique_ptr<AudioSource> input_;

@@ -18,14 +18,6 @@ namespace {
 
 double InDb(double amplitude) { return 20.0 * std::log10(amplitude); }
 
-AudioBlock Slice(const AudioBlock& block, std::size_t begin, std::size_t count) {
-  AudioBlock slice(block.Format(), count);
-  for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-    std::ranges::copy(block.Channel(channel).subspan(begin, count), slice.Channel(channel).begin());
-  }
-  return slice;
-}
-
 /// A block in pieces of `size` frames.
 class PieceSource : public AudioSource {
  public:
@@ -34,7 +26,7 @@ class PieceSource : public AudioSource {
   std::int64_t StatedFrameCount() const override { return 0; }
   bool Read(AudioBlock& piece) override {
     const std::size_t count = std::min(size_, block_.FrameCount() - done_);
-    if (count > 0) piece = Slice(block_, done_, count);
+    if (count > 0) piece = block_.Part(done_, count);
     done_ += count;
     return count > 0;
   }
@@ -168,7 +160,7 @@ AudioBlock Between(const AudioBlock& block, double begin, double end) {
   const auto frame = [&](double time) {
     return static_cast<std::size_t>(std::lround(time * block.Format().sampleRate));
   };
-  return Slice(block, frame(begin), frame(end) - frame(begin));
+  return block.Part(frame(begin), frame(end) - frame(begin));
 }
 
 AudioBlock Difference(const AudioBlock& left, const AudioBlock& right) {
