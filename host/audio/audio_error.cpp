@@ -1,8 +1,16 @@
 #include "host/audio/audio_error.h"
 
 #include <cstdio>
+#include <system_error>
 
 namespace orvelhost {
+
+AudioError::AudioError(const std::string& task, const std::filesystem::path& file,
+                       const std::string& cause)
+    : AudioError("cannot " + task + " " + Quoted(file) + ": " + cause) {}
+
+AudioError::AudioError(const std::string& task, const std::filesystem::path& file, int cause)
+    : AudioError(task, file, std::generic_category().message(cause)) {}
 
 std::string Printable(const std::filesystem::path& path) {
   std::string text;

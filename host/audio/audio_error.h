@@ -11,6 +11,10 @@ namespace orvelhost {
 class AudioError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+
+  /// "cannot TASK 'FILE': CAUSE", where the cause may be an errno.
+  AudioError(const std::string& task, const std::filesystem::path& file, const std::string& cause);
+  AudioError(const std::string& task, const std::filesystem::path& file, int cause);
 };
 
 /// A file's name as messages and terminals take it: one line, without the control characters that

@@ -1,7 +1,6 @@
 #include "host/audio/file_identity.h"
 
 #include <cerrno>
-#include <system_error>
 
 #include <sys/stat.h>
 
@@ -12,7 +11,7 @@ namespace orvelhost {
 FileIdentity IdentityOf(const std::filesystem::path& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
-    throw AudioError("cannot read " + Quoted(path) + ": " + std::generic_category().message(errno));
+    throw AudioError("read", path, errno);
   }
   return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
           status.st_mtim.tv_nsec};

@@ -17,11 +17,6 @@
 namespace orvelhost {
 namespace {
 
-[[noreturn]] void Fail(const std::filesystem::path& target, int cause) {
-  throw AudioError("cannot write " + Quoted(target) + ": " +
-                   std::generic_category().message(cause));
-}
-
 /// How the names of a target's passing files begin; digits follow. Of a long name a part is enough.
 std::string PrefixOf(const std::filesystem::path& target) {
   constexpr std::size_t kLongest = 200;  // bytes, of the 255 that a name may have
@@ -56,11 +51,11 @@ std::filesystem::path FollowLinks(std::filesystem::path path) {
 std::optional<mode_t> PermissionsOf(const std::filesystem::path& target) {
   struct stat status {};
   if (stat(target.c_str(), &status) != 0) {
-    if (errno == ELOOP) Fail(target, errno);
+    if (errno == ELOOP) throw AudioError("write", target, errno);
     return std::nullopt;
   }
   if (!S_ISREG(status.st_mode)) {
-    throw AudioError("cannot write " + Quoted(target) + ": it is no regular file");
+    throw AudioError("write", target, "it is no regular file");
   }
   return status.st_mode & 0777;
 }
@@ -120,7 +115,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& target) : target_(Foll
     }
   }
   if (descriptor_ < 0) {
-    Fail(target_, errno);
+    throw AudioError("write", target_, errno);
   }
 }
 
@@ -149,7 +144,7 @@ void TemporaryFile::Commit(bool replace) {
   }
   if (fsync(descriptor_) != 0 ||
       (replace ? rename(path_.c_str(), target_.c_str()) : RenameToNew(path_, target_)) != 0) {
-    Fail(target_, errno);
+    throw AudioError("write", target_, errno);
   }
   close(descriptor_);
   descriptor_ = -1;

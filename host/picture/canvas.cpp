@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <new>
-#include <system_error>
 
 // The macros of these headers are written for C.
 #pragma GCC diagnostic push
@@ -144,9 +143,8 @@ void Canvas::WritePng(TemporaryFile& file) {
   const cairo_status_t status =
       cairo_surface_write_to_png_stream(surface_->Image(), &WriteBytes, &output);
   if (status != CAIRO_STATUS_SUCCESS) {
-    throw AudioError("cannot write " + Quoted(file.Target()) + ": " +
-                     (output.error != 0 ? std::generic_category().message(output.error)
-                                        : cairo_status_to_string(status)));
+    if (output.error != 0) throw AudioError("write", file.Target(), output.error);
+    throw AudioError("write", file.Target(), cairo_status_to_string(status));
   }
 }
 

@@ -29,11 +29,6 @@ class Descriptor {
   int number_;
 };
 
-[[noreturn]] void Fail(const std::string& task, const std::filesystem::path& path) {
-  throw AudioError("cannot " + task + " " + Quoted(path) + ": " +
-                   std::generic_category().message(errno));
-}
-
 /// Waits until there is something to read, or the end.
 void Await(int pipe, const Progress& progress) {
   constexpr int kPatience = 100;  // ms from one look at the progress to the next
@@ -59,13 +54,13 @@ InputFile::InputFile(const std::filesystem::path& path, const Progress& progress
 void InputFile::CopyPipe(const Progress& progress) {
   // Opened so, a pipe that nobody writes to yet does not keep the program from being interrupted.
   const Descriptor pipe(open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (pipe.Get() < 0) Fail("read", path_);
+  if (pipe.Get() < 0) throw AudioError("read", path_, errno);
   std::error_code error;
   const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
   std::string name = (folder / "orvel-XXXXXX").string();
   const std::string task = "keep a copy in " + Quoted(folder) + " of";
   const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-  if (descriptor < 0) Fail(task, path_);
+  if (descriptor < 0) throw AudioError(task, path_, errno);
   unlink(name.c_str());
   copy_.reset(fdopen(descriptor, "wb"));
   std::vector<char> piece(1 << 16);
@@ -74,11 +69,13 @@ void InputFile::CopyPipe(const Progress& progress) {
     const ssize_t count = read(pipe.Get(), piece.data(), piece.size());
     if (count == 0) break;
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) continue;
-    if (count < 0) Fail("read", path_);
+    if (count < 0) throw AudioError("read", path_, errno);
     const auto length = static_cast<std::size_t>(count);
-    if (std::fwrite(piece.data(), 1, length, copy_.get()) != length) Fail(task, path_);
+    if (std::fwrite(piece.data(), 1, length, copy_.get()) != length) {
+      throw AudioError(task, path_, errno);
+    }
   }
-  if (std::fflush(copy_.get()) != 0) Fail(task, path_);
+  if (std::fflush(copy_.get()) != 0) throw AudioError(task, path_, errno);
   readable_ = "/proc/self/fd/" + std::to_string(descriptor);
 }
 

@@ -89,7 +89,7 @@ std::string OutputNames::Take(const path& source, const std::string& ending) {
 bool MakeFolder(const path& folder) {
   std::error_code error;
   const bool isNew = std::filesystem::create_directories(folder, error);
-  if (error) throw AudioError("cannot make the folder " + Quoted(folder) + ": " + error.message());
+  if (error) throw AudioError("make the folder", folder, error.message());
   return isNew;
 }
 

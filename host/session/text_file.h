@@ -5,7 +5,7 @@
 
 namespace orvelhost {
 
-/// Reads a whole file of at most 256 MiB. Raises std::runtime_error, which names the file.
+/// Reads a whole file of at most 256 MiB. Raises AudioError.
 std::string ReadTextFile(const std::filesystem::path& path);
 
 /// Puts `text`, of at most 256 MiB, in the place of the file, whole or not at all. Raises
