@@ -14,6 +14,7 @@
 #include "apps/orvel/progress_bar.h"
 #include "host/audio/audio_error.h"
 #include "host/audio/temporary_file.h"
+#include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_store.h"
 #include "host/catalogue/setting.h"
@@ -28,20 +29,17 @@
 namespace orvelcli {
 namespace {
 
+using orvelhost::MakeArray;
 using orvelhost::Quoted;
 using orvelhost::RenderOutcome;
 using orvelhost::RenderRequest;
 using teskcore::serialization::AddToObject;
-using teskcore::serialization::AppendToArray;
 using teskcore::serialization::G_NullType;
-using teskcore::serialization::JSONArray;
 using teskcore::serialization::JSONValue;
 
 JSONValue NameAndGuid(const std::string& name, const orvel::Guid& guid) {
-  JSONValue object;
-  AddToObject(object, "name", JSONValue(orvelhost::EnglishName(name)));
-  AddToObject(object, "guid", JSONValue(guid.AsUTF8String()));
-  return object;
+  return orvelhost::MakeObject(
+      {{"name", orvelhost::EnglishName(name)}, {"guid", guid.AsUTF8String()}});
 }
 
 /// Takes up the mode, its template, the preset and the settings that are asked for; `asked` tells
@@ -85,9 +83,7 @@ orvelhost::Look ChooseLook(const CommandLine& line, const orvelhost::Host& host,
   }
   AddToObject(asked, "template", templateUsed);
   AddToObject(asked, "preset", presetUsed);
-  JSONValue texts = JSONArray();
-  for (const std::string& setting : settings) AppendToArray(texts, JSONValue(setting));
-  AddToObject(asked, "settings", texts);
+  AddToObject(asked, "settings", MakeArray(settings));
   return look;
 }
 
@@ -207,18 +203,14 @@ class Teller {
 JSONValue MakeReport(const std::vector<RenderRequest>& requests,
                      const std::vector<RenderOutcome>& outcomes, const orvelhost::RenderList& list,
                      JSONValue asked) {
-  const auto addLines = [&asked](const char* key, const std::vector<std::string>& lines) {
-    JSONValue array = JSONArray();
-    for (const std::string& text : lines) AppendToArray(array, JSONValue(text));
-    AddToObject(asked, key, array);
-  };
-  JSONValue files = JSONArray();
+  JSONValue files = teskcore::serialization::JSONArray();
   for (std::size_t index = 0; index < requests.size(); ++index) {
-    AppendToArray(files, orvelhost::ToJSON(requests[index], outcomes[index]));
+    teskcore::serialization::AppendToArray(files,
+                                           orvelhost::ToJSON(requests[index], outcomes[index]));
   }
   AddToObject(asked, "files", files);
-  addLines("skipped", list.skipped);
-  addLines("errors", list.faults);
+  AddToObject(asked, "skipped", MakeArray(list.skipped));
+  AddToObject(asked, "errors", MakeArray(list.faults));
   return asked;
 }
 

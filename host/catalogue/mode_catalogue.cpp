@@ -3,12 +3,11 @@
 #include <cstdio>
 #include <string_view>
 
+#include "host/catalogue/json_values.h"
+
 namespace orvelhost {
 namespace {
 
-using teskcore::serialization::AddToObject;
-using teskcore::serialization::AppendToArray;
-using teskcore::serialization::JSONArray;
 using teskcore::serialization::JSONValue;
 
 constexpr std::string_view kModelPrefix = "model_";
@@ -86,17 +85,11 @@ std::string ModesAsText() {
 }
 
 JSONValue ModesAsJSON() {
-  JSONValue modes = JSONArray();
-  for (const auto& mode : GetModes()) {
-    JSONValue sections = JSONArray();
-    for (const auto& name : GetSectionNames(mode.modeID)) AppendToArray(sections, JSONValue(name));
-    JSONValue entry;
-    AddToObject(entry, "mode", JSONValue(mode.modeID));
-    AddToObject(entry, "name", JSONValue(orvel::UTF16to8(mode.localizedDisplayName)));
-    AddToObject(entry, "sections", sections);
-    AppendToArray(modes, entry);
-  }
-  return modes;
+  return MakeArray(GetModes(), [](const auto& mode) {
+    return MakeObject({{"mode", mode.modeID},
+                       {"name", orvel::UTF16to8(mode.localizedDisplayName)},
+                       {"sections", MakeArray(GetSectionNames(mode.modeID))}});
+  });
 }
 
 std::string ShownName(const std::string& name) { return orvel::UTF16to8(orvel::ZString(name)); }

@@ -2,15 +2,13 @@
 
 #include <cstdio>
 
+#include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/effects/effect_catalogue.h"
 
 namespace orvelhost {
 namespace {
 
-using teskcore::serialization::AddToObject;
-using teskcore::serialization::AppendToArray;
-using teskcore::serialization::JSONArray;
 using teskcore::serialization::JSONValue;
 
 constexpr std::array<float, 3> kPlaces = {0.0f, 0.5f, 1.0f};
@@ -91,6 +89,27 @@ std::string DescribeRange(const orvel::ParamDefinition& param) {
                 static_cast<double>(param.maxValue), static_cast<double>(param.defaultValue));
 }
 
+JSONValue EffectToJSON(const EffectRow& row) {
+  return MakeObject({{"effect", row.effect},
+                     {"order", std::int64_t{row.order}},
+                     {"index", std::int64_t{row.index}},
+                     {"parameter", row.parameter},
+                     {"unit", row.unit},
+                     {"values", MakeArray(row.values)}});
+}
+
+JSONValue ParameterToJSON(const ParameterRow& row) {
+  const orvel::ParamDefinition& param = row.definition;
+  JSONValue object = MakeObject({{"name", param.name},
+                                 {"min", static_cast<double>(param.minValue)},
+                                 {"max", static_cast<double>(param.maxValue)},
+                                 {"default", static_cast<double>(param.defaultValue)},
+                                 {"read_only", param.HasFlag(orvel::kParamFlag_NotStored)},
+                                 {"effects", MakeArray(row.effects, &EffectToJSON)}});
+  if (!row.drives.empty()) teskcore::serialization::AddToObject(object, "switches", row.drives);
+  return object;
+}
+
 }  // namespace
 
 SectionTable MakeSectionTable(const orvel::SectionDefinition& definition) {
@@ -123,38 +142,10 @@ std::string ToText(const SectionTable& table) {
 }
 
 JSONValue ToJSON(const SectionTable& table) {
-  JSONValue parameters = JSONArray();
-  for (const auto& row : table.parameters) {
-    JSONValue parameter;
-    AddToObject(parameter, "name", JSONValue(row.definition.name));
-    AddToObject(parameter, "min", JSONValue(static_cast<double>(row.definition.minValue)));
-    AddToObject(parameter, "max", JSONValue(static_cast<double>(row.definition.maxValue)));
-    AddToObject(parameter, "default", JSONValue(static_cast<double>(row.definition.defaultValue)));
-    AddToObject(parameter, "read_only",
-                JSONValue(row.definition.HasFlag(orvel::kParamFlag_NotStored)));
-    if (!row.drives.empty()) AddToObject(parameter, "switches", JSONValue(row.drives));
-    JSONValue effects = JSONArray();
-    for (const auto& effect : row.effects) {
-      JSONValue entry;
-      AddToObject(entry, "effect", JSONValue(effect.effect));
-      AddToObject(entry, "order", JSONValue(std::int64_t{effect.order}));
-      AddToObject(entry, "index", JSONValue(std::int64_t{effect.index}));
-      AddToObject(entry, "parameter", JSONValue(effect.parameter));
-      AddToObject(entry, "unit", JSONValue(effect.unit));
-      JSONValue values;
-      for (const double value : effect.values) AppendToArray(values, JSONValue(value));
-      AddToObject(entry, "values", values);
-      AppendToArray(effects, entry);
-    }
-    AddToObject(parameter, "effects", effects);
-    AppendToArray(parameters, parameter);
-  }
-  JSONValue object;
-  AddToObject(object, "model", JSONValue(table.modelID));
-  AddToObject(object, "section", JSONValue(ShortSectionName(table.modelID)));
-  AddToObject(object, "name", JSONValue(table.name));
-  AddToObject(object, "parameters", parameters);
-  return object;
+  return MakeObject({{"model", table.modelID},
+                     {"section", ShortSectionName(table.modelID)},
+                     {"name", table.name},
+                     {"parameters", MakeArray(table.parameters, &ParameterToJSON)}});
 }
 
 }  // namespace orvelhost

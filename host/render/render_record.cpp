@@ -5,15 +5,14 @@
 #include <sstream>
 
 #include "host/analysis/analysis_report.h"
+#include "host/catalogue/json_values.h"
 #include "host/effects/effect_catalogue.h"
 
 namespace orvelhost {
 namespace {
 
 using teskcore::serialization::AddToObject;
-using teskcore::serialization::AppendToArray;
 using teskcore::serialization::G_NullType;
-using teskcore::serialization::JSONArray;
 using teskcore::serialization::JSONValue;
 
 struct Told {
@@ -50,34 +49,28 @@ JSONValue Number(double value) {
 }
 
 JSONValue EffectsOf(const EffectChain& chain) {
-  JSONValue effects = JSONArray();
+  JSONValue effects = teskcore::serialization::JSONArray();
   for (const EffectSlot& slot : chain.Slots()) {
     const EffectDescription* effect = FindEffect(slot.componentId);
     if (!slot.enabled || effect == nullptr) continue;
-    JSONValue parameters = JSONArray();
-    for (const Told& told : WhatIsTold(slot, *effect)) {
-      JSONValue entry;
-      AddToObject(entry, "name", JSONValue(std::string(told.parameter.name)));
-      AddToObject(entry, "value", Number(told.value));
-      AddToObject(entry, "unit", JSONValue(std::string(told.parameter.unit)));
-      AppendToArray(parameters, entry);
-    }
-    JSONValue entry;
-    AddToObject(entry, "effect", JSONValue(std::string(effect->name)));
-    AddToObject(entry, "order", JSONValue(std::int64_t{slot.orderNumber}));
-    AddToObject(entry, "parameters", parameters);
-    AppendToArray(effects, entry);
+    const JSONValue parameters = MakeArray(WhatIsTold(slot, *effect), [](const Told& told) {
+      return MakeObject({{"name", std::string(told.parameter.name)},
+                         {"value", Number(told.value)},
+                         {"unit", std::string(told.parameter.unit)}});
+    });
+    teskcore::serialization::AppendToArray(effects,
+                                           MakeObject({{"effect", std::string(effect->name)},
+                                                       {"order", std::int64_t{slot.orderNumber}},
+                                                       {"parameters", parameters}}));
   }
   return effects;
 }
 
 JSONValue LoudnessOf(const RenderReport& report) {
   if (!report.loudness) return G_NullType;
-  JSONValue object;
-  AddToObject(object, "target_lufs", Number(report.chain.Loudness()->target));
-  AddToObject(object, "gain_db", Number(report.loudness->gain));
-  AddToObject(object, "reached_lufs", Number(report.loudness->reached));
-  return object;
+  return MakeObject({{"target_lufs", Number(report.chain.Loudness()->target)},
+                     {"gain_db", Number(report.loudness->gain)},
+                     {"reached_lufs", Number(report.loudness->reached)}});
 }
 
 const char* StatusOf(const RenderRequest& request, const RenderOutcome& outcome) {
@@ -99,17 +92,14 @@ JSONValue ToJSON(const RenderRequest& request, const RenderOutcome& outcome) {
   const bool isDone = outcome.status == RenderOutcome::kDone;
   const std::string input = request.input.string();
   const std::string output = request.output.string();
-  JSONValue object;
-  AddToObject(object, "input", JSONValue(input));
-  AddToObject(object, "output", JSONValue(output));
-  AddToObject(
-      object, "picture",
-      request.picture.empty() ? JSONValue(G_NullType) : JSONValue(request.picture.string()));
-  AddToObject(object, "status", JSONValue(std::string(StatusOf(request, outcome))));
-  AddToObject(object, "error", isDone ? JSONValue(G_NullType) : JSONValue(outcome.error));
-  JSONValue notes = JSONArray();
-  for (const std::string& note : report.notes) AppendToArray(notes, JSONValue(note));
-  AddToObject(object, "notes", notes);
+  JSONValue object =
+      MakeObject({{"input", input},
+                  {"output", output},
+                  {"picture", request.picture.empty() ? JSONValue(G_NullType)
+                                                      : JSONValue(request.picture.string())},
+                  {"status", std::string(StatusOf(request, outcome))},
+                  {"error", isDone ? JSONValue(G_NullType) : JSONValue(outcome.error)},
+                  {"notes", MakeArray(report.notes)}});
   if (!isDone) return object;
   AddToObject(object, "before",
               report.before ? ToJSON(input, *report.before) : JSONValue(G_NullType));
