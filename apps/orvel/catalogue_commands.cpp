@@ -12,10 +12,6 @@
 namespace orvelcli {
 namespace {
 
-using teskcore::serialization::AppendToArray;
-using teskcore::serialization::JSONArray;
-using teskcore::serialization::JSONValue;
-
 int ListModes(const Command& /*command*/, const CommandLine& line) {
   if (!line.Words().empty()) throw UsageError("unexpected '" + line.Words().front() + "'");
   const orvelhost::Host host;
@@ -35,17 +31,12 @@ int ListSections(const Command& command, const CommandLine& line) {
   const orvelhost::PresetStore store(host);
   PrintNotes(command, line, host);
   const std::string name = line.Value("template");
-  JSONValue list = JSONArray();
-  for (const auto& definition : orvelhost::MakeSections(
-           name.empty() ? store.GetFactoryTemplate(mode) : store.FindTemplate({name, mode, {}}))) {
-    const auto table = orvelhost::MakeSectionTable(definition);
-    if (line.AsJSON()) {
-      AppendToArray(list, orvelhost::ToJSON(table));
-    } else {
-      std::cout << orvelhost::ToText(table) << "\n";
-    }
-  }
-  if (line.AsJSON()) PrintJSON(list);
+  PrintList(
+      line,
+      orvelhost::MakeSections(name.empty() ? store.GetFactoryTemplate(mode)
+                                           : store.FindTemplate({name, mode, {}})),
+      [](const auto& one) { return ToText(orvelhost::MakeSectionTable(one)) + "\n"; },
+      [](const auto& one) { return ToJSON(orvelhost::MakeSectionTable(one)); });
   return kExit_Success;
 }
 
@@ -55,15 +46,10 @@ int ListTemplates(const Command& command, const CommandLine& line) {
   const std::string mode = CheckMode(line.Words().empty() ? "" : line.Words().front());
   const orvelhost::PresetStore store(host);
   PrintNotes(command, line, host);
-  JSONValue list = JSONArray();
-  for (const auto& configuration : store.GetTemplates(mode)) {
-    if (line.AsJSON()) {
-      AppendToArray(list, orvelhost::ToJSON(configuration, store));
-    } else {
-      std::cout << orvelhost::ToText(configuration, store);
-    }
-  }
-  if (line.AsJSON()) PrintJSON(list);
+  PrintList(
+      line, store.GetTemplates(mode),
+      [&store](const auto& one) { return orvelhost::ToText(one, store); },
+      [&store](const auto& one) { return orvelhost::ToJSON(one, store); });
   return kExit_Success;
 }
 

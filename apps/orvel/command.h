@@ -1,9 +1,11 @@
 #pragma once
 
+#include <iostream>
 #include <string>
 #include <vector>
 
 #include "apps/orvel/command_line.h"
+#include "host/catalogue/json_values.h"
 #include "host/session/host.h"
 #include "orvel/orvel.h"
 
@@ -27,6 +29,14 @@ int RunCommand(const Command& command, int argc, char** argv);
 void PrintNotes(const Command& command, const CommandLine& line, const orvelhost::Host& host);
 
 void PrintJSON(const teskcore::serialization::JSONValue& value);
+
+/// Prints the text of each entry, or with --json an array of them all.
+template <typename List, typename ToText, typename ToJSON>
+void PrintList(const CommandLine& line, const List& list, const ToText& toText,
+               const ToJSON& toJSON) {
+  if (line.AsJSON()) return PrintJSON(orvelhost::MakeArray(list, toJSON));
+  for (const auto& entry : list) std::cout << toText(entry);
+}
 
 /// The mode that was given, checked; empty when `modeID` is. Raises UsageError.
 std::string CheckMode(const std::string& modeID);

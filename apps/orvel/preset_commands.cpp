@@ -51,15 +51,10 @@ int List(const Command& command, const CommandLine& line) {
   const std::string mode = CheckMode(line.Words().empty() ? "" : line.Words().front());
   const PresetStore store(host);
   PrintNotes(command, line, host);
-  JSONValue list = JSONArray();
-  for (const auto& preset : store.GetPresets(mode)) {
-    if (line.AsJSON()) {
-      AppendToArray(list, orvelhost::ToJSON(preset, store));
-    } else {
-      std::cout << orvelhost::ToText(preset, store) << "\n";
-    }
-  }
-  if (line.AsJSON()) PrintJSON(list);
+  PrintList(
+      line, store.GetPresets(mode),
+      [&store](const auto& one) { return orvelhost::ToText(one, store) + "\n"; },
+      [&store](const auto& one) { return orvelhost::ToJSON(one, store); });
   return kExit_Success;
 }
 
@@ -68,8 +63,7 @@ orvel::UserPresetData GetStart(const PresetStore& store, const CommandLine& line
                                const orvel::ConfigPreset& configuration) {
   if (line.Has("from")) return FindPreset(store, line, line.Value("from")).PresetData;
   for (const auto& preset : store.GetPresets(configuration.PresetData.ModeID)) {
-    if (preset.PresetData.Config == configuration.Guid &&
-        orvelhost::EnglishName(preset.Name) == "(Default)") {
+    if (preset.PresetData.Config == configuration.Guid && orvelhost::IsDefaultName(preset.Name)) {
       return preset.PresetData;
     }
   }

@@ -10,8 +10,6 @@ namespace {
 using orvel::ConfigPreset;
 using orvel::UserPreset;
 
-constexpr char kDefaultShownName[] = "(Default)";
-
 /// Of the letters that have no accents.
 std::string LowerCase(std::string text) {
   std::ranges::transform(text, text.begin(), [](char c) {
@@ -45,8 +43,8 @@ std::vector<T> Matches(const std::vector<T>& presets, const std::string& name) {
 template <typename T>
 void SortByName(std::vector<T>& presets) {
   std::ranges::stable_sort(presets, [](const T& left, const T& right) {
-    const bool isDefault = EnglishName(left.Name) == kDefaultShownName;
-    if (isDefault != (EnglishName(right.Name) == kDefaultShownName)) return isDefault;
+    const bool isDefault = IsDefaultName(left.Name);
+    if (isDefault != IsDefaultName(right.Name)) return isDefault;
     return teskcore::utility::CompareForDisplay(orvel::ZString(left.Name),
                                                 orvel::ZString(right.Name)) < 0;
   });
@@ -67,6 +65,8 @@ T TakeOnly(const std::vector<T>& matches, const std::string& kind, const PresetQ
 }
 
 }  // namespace
+
+bool IsDefaultName(const std::string& name) { return EnglishName(name) == "(Default)"; }
 
 PresetStore::PresetStore(const Host& host)
     : host_(host), cache_(orvel::ConfigurationManager::Get()->GetPresetsCache()) {

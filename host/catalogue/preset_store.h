@@ -15,6 +15,9 @@ class PresetError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Whether a preset that is stored under this name is a template's default.
+bool IsDefaultName(const std::string& name);
+
 /// What a person asked for in words: a guid, or a name as it is stored, as it is shown or in
 /// English; in other capitals, too, when none is written so.
 struct PresetQuery {
