@@ -19,6 +19,7 @@
 #include "host/catalogue/preset_store.h"
 #include "host/catalogue/setting.h"
 #include "host/effects/filter_check.h"
+#include "host/render/file_clash.h"
 #include "host/render/render_batch.h"
 #include "host/render/render_list.h"
 #include "host/render/render_record.h"
@@ -101,25 +102,18 @@ int ReadJobCount(const CommandLine& line) {
   return count;
 }
 
-/// Where the report goes; empty when none is asked for. Raises UsageError when it would replace
-/// something.
-std::filesystem::path ReportFile(const CommandLine& line,
-                                 const std::vector<RenderRequest>& requests) {
-  const std::filesystem::path file = line.Value("report");
-  if (!line.Has("report")) return file;
+/// Raises UsageError when the files that are to be written cannot be accepted. Where the output is
+/// a folder, a file that is there already stops one render only, which tells so itself.
+void CheckFiles(const CommandLine& line, const orvelhost::RenderList& list,
+                const std::vector<RenderRequest>& requests) {
+  const std::filesystem::path report = line.Value("report");
+  std::string fault = orvelhost::FindFileClash(requests, report);
+  if (fault.empty() && list.folder.empty()) fault = orvelhost::FindOutputFault(requests.front());
   std::error_code error;
-  const std::filesystem::path place = weakly_canonical(file, error);
-  for (const RenderRequest& request : requests) {
-    if (std::filesystem::equivalent(file, request.input, error) ||
-        place == weakly_canonical(request.output, error) ||
-        (!request.picture.empty() && place == weakly_canonical(request.picture, error))) {
-      throw UsageError("the report would replace " + Quoted(file));
-    }
+  if (fault.empty() && !line.Has("force") && std::filesystem::exists(report, error)) {
+    fault = Quoted(report) + " exists already";
   }
-  if (!line.Has("force") && std::filesystem::exists(file, error)) {
-    throw UsageError(Quoted(file) + " exists already");
-  }
-  return file;
+  if (!fault.empty()) throw UsageError(fault);
 }
 
 /// A folder for the outputs that is taken away again when nothing came into it.
@@ -284,11 +278,8 @@ int RenderAll(const Command& command, const CommandLine& line) {
     throw UsageError(error);
   }
   const std::vector<RenderRequest> requests = MakeRequests(list, line, look);
-  if (list.folder.empty()) {
-    const std::string fault = orvelhost::FindOutputFault(requests.front());
-    if (!fault.empty()) throw UsageError(fault);
-  }
-  const std::filesystem::path reportFile = ReportFile(line, requests);
+  CheckFiles(line, list, requests);
+  const std::filesystem::path reportFile = line.Value("report");
 
   const InterruptScope interrupts;
   Teller teller(command, line, requests);

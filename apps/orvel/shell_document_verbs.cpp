@@ -71,10 +71,9 @@ Answer SaveSession(ShellState& state, const Words& words) {
   const std::filesystem::path file =
       words.empty() ? state.file : std::filesystem::path(words.front());
   if (file.empty()) throw orvelhost::EditError("the session has no file yet; give one");
-  const std::filesystem::path place = std::filesystem::absolute(file);
-  if (place != state.file) orvelhost::CheckIsNoOtherFile(file);
+  orvelhost::CheckIsNoOtherFile(file);  // it may have become a link to a recording meanwhile
   state.editor.Save(file);
-  state.file = place;
+  state.file = std::filesystem::absolute(file);
   return MakeAnswer("saved " + file.string(), "saved", file.string());
 }
 

@@ -34,19 +34,6 @@ bool IsRemoved(int descriptor) {
   return fstat(descriptor, &status) == 0 && status.st_nlink == 0;
 }
 
-/// Where a file of this name is written, also behind a link that leads to nothing yet. One that
-/// leads in a circle stays, and cannot be written.
-std::filesystem::path FollowLinks(std::filesystem::path path) {
-  constexpr int kMostLinks = 40;  // as many as the system itself follows
-  std::error_code error;
-  for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links) {
-    const std::filesystem::path next = std::filesystem::read_symlink(path, error);
-    if (error) break;
-    path = path.parent_path() / next;
-  }
-  return path;
-}
-
 /// Of a file that is to be replaced; none where there is no file.
 std::optional<mode_t> PermissionsOf(const std::filesystem::path& target) {
   struct stat status {};
@@ -73,6 +60,17 @@ int RenameToNew(const std::filesystem::path& from, const std::filesystem::path& 
 }
 
 }  // namespace
+
+std::filesystem::path TemporaryFile::FollowLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system itself follows
+  std::error_code error;
+  for (int links = 0; links < kMostLinks && std::filesystem::is_symlink(path, error); ++links) {
+    const std::filesystem::path next = std::filesystem::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / next;
+  }
+  return path;
+}
 
 void TemporaryFile::ClearAbandoned(const std::filesystem::path& target) {
   const std::filesystem::path place = FollowLinks(target);

@@ -11,6 +11,10 @@ namespace orvelhost {
 /// process that is killed leaves the file, until somebody writes to the same target, or clears it.
 class TemporaryFile {
  public:
+  /// Where a file of this name is written, also behind a link that leads to nothing yet. A link
+  /// that leads in a circle stays, and cannot be written.
+  static std::filesystem::path FollowLinks(std::filesystem::path path);
+
   /// Removes what killed processes have left for `target`; passing files that are in use stay.
   static void ClearAbandoned(const std::filesystem::path& target);
 

@@ -8,7 +8,6 @@
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_reader.h"
 #include "host/audio/audio_writer.h"
-#include "host/audio/file_identity.h"
 
 namespace orvelhost {
 namespace {
@@ -58,19 +57,6 @@ void ExpandFolder(const path& folder, std::vector<path>& files, RenderList& list
   }
 }
 
-/// What the file is by, whatever it is called; none for what is not there.
-std::set<FileIdentity> IdentitiesOf(const std::vector<path>& files) {
-  std::set<FileIdentity> identities;
-  for (const path& file : files) {
-    try {
-      identities.insert(IdentityOf(file));
-    } catch (const AudioError&) {
-      // Told when it is to be read.
-    }
-  }
-  return identities;
-}
-
 }  // namespace
 
 std::string OutputNames::Take(const path& source, const std::string& ending) {
@@ -117,18 +103,9 @@ bool ListRenders(const std::vector<path>& inputs, const path& output, RenderList
   }
   if (isBatch) list.folder = output;
   OutputNames names;
-  const std::set<FileIdentity> identities = IdentitiesOf(files);
   for (const path& file : files) {
     const std::string ending = EndingOf(file) == ".flac" ? ".flac" : ".wav";
-    const path target = isBatch ? output / names.Take(file, ending) : output;
-    const std::set<FileIdentity> there = IdentitiesOf({target});
-    if (!there.empty() && identities.contains(*there.begin())) {
-      error = std::string(files.size() == 1 ? "input and output are the same file, "
-                                            : "an output would replace an input, ") +
-              Quoted(target);
-      return false;
-    }
-    list.tasks.push_back({file, target});
+    list.tasks.push_back({file, isBatch ? output / names.Take(file, ending) : output});
   }
   return true;
 }

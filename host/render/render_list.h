@@ -44,8 +44,8 @@ struct RenderList {
 /// sound file, and of the others those that hold audio. Its folders, and names that begin with a
 /// dot, are left out.
 ///
-/// False, with `error` as one line that says why, when an output would be an input, or `output` is
-/// not what it has to be. Nothing is written.
+/// False, with `error` as one line that says why, when `output` is not what it has to be. Nothing
+/// is written.
 bool ListRenders(const std::vector<std::filesystem::path>& inputs,
                  const std::filesystem::path& output, RenderList& list, std::string& error);
 

@@ -18,6 +18,7 @@
 #include "host/effects/effect_catalogue.h"
 #include "host/picture/portrait_collector.h"
 #include "host/picture/render_picture.h"
+#include "host/render/file_clash.h"
 #include "host/render/input_file.h"
 #include "host/session/effect_chain.h"
 #include "host/timing/remix.h"
@@ -211,14 +212,10 @@ std::string FindNameFault(const std::filesystem::path& file, bool replaces) {
 }  // namespace
 
 std::string FindOutputFault(const RenderRequest& request) {
-  const std::string name = Quoted(request.output);
   if (!AudioWriter::IsSupported(request.output)) {
-    return "the output's name must end in .wav or .flac, not as in " + name;
+    return "the output's name must end in .wav or .flac, not as in " + Quoted(request.output);
   }
-  std::error_code error;
-  if (std::filesystem::equivalent(request.input, request.output, error)) {
-    return "input and output are the same file, " + name;
-  }
+  if (const std::string fault = FindFileClash({&request, 1}); !fault.empty()) return fault;
   if (const std::string fault = FindNameFault(request.output, request.replaceOutput);
       !fault.empty() || request.picture.empty()) {
     return fault;

@@ -41,7 +41,8 @@ struct RenderReport {
   std::vector<std::string> notes;         ///< what the user should know, a line each
 };
 
-/// Why the output of the request cannot be accepted, in one line; empty when it can.
+/// Why the output and the picture of the request cannot be accepted, in one line; empty when they
+/// can.
 std::string FindOutputFault(const RenderRequest& request);
 
 /// Says in one line that the request was stopped.

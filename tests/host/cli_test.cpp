@@ -23,7 +23,8 @@ class RenderCliTest : public CliTest {
     WriteFile(folder_ / "in.wav", Make(44100, 2, 0.5, Sine(0.25)));
     WriteBytes(folder_ / "old.wav", "as it was");
     WriteBytes(folder_ / "text.txt", "no audio\n");
-    std::filesystem::create_symlink(folder_ / "in.wav", folder_ / "link.wav");
+    std::filesystem::create_symlink("in.wav", folder_ / "link.png");
+    std::filesystem::create_symlink("later.json", folder_ / "new.png");
   }
 };
 
@@ -39,7 +40,7 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render", 2, "one input"},
       {"render in.wav", 2, "-o"},
       {"render in.wav text.txt -o text.txt", 2, "is a folder"},
-      {"render in.wav text.txt -o . --force", 2, "would replace an input"},
+      {"render in.wav text.txt -o . --force", 2, "would replace the input 'in.wav'"},
       {"render . -o out.wav", 2, "is a folder"},
       {"render in.wav -o out.wav -o out2.wav", 2, "--output is given twice"},
       {"render in.wav -fo", 2, "-o needs a value"},
@@ -48,14 +49,14 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.wav --picture a.jpg", 2, "must end in .png"},
       {"render in.wav old.wav -o new --picture a.png", 2, "the pictures go into one, too"},
       {"render in.wav -o out.wav --report old.wav", 2, "exists already"},
-      {"render in.wav -o out.wav --report in.wav --force", 2, "would replace 'in.wav'"},
-      {"render in.wav -o out.wav --report p.png --picture p.png", 2, "would replace 'p.png'"},
+      {"render in.wav -o out.wav --picture link.png --force", 2, "replace the input 'in.wav'"},
+      {"render in.wav -o out.wav --picture new.png --report \"$PWD/later.json\"", 2,
+       "would replace the picture 'new.png'"},
+      {"render in.wav old.wav -o out --report out/old.wav", 2, "the output 'out/old.wav'"},
       {"render in.wav -o out.wav --report none/r.json", 1, "'none/r.json'"},
       {"render in.wav -o out.wav --force=yes", 2, "--force"},
       {"render in.wav -o out.mp3", 2, ".wav or .flac"},
       {"render in.wav -o old.wav", 2, "exists already"},
-      {"render in.wav -o in.wav --force", 2, "same file"},
-      {"render in.wav -o link.wav --force", 2, "same file"},
       {"render in.wav -o out.wav --set volume.Volume=7", 2, "-15 to 6 dB"},
       {"render in.wav -o out.wav --mode opera", 2, "no mode 'opera'"},
       {"render in.wav -o out.wav --preset Podcast", 2, "give --mode"},
@@ -72,17 +73,18 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
     EXPECT_EQ(std::ranges::count(outcome.errors, '\n'), 1) << outcome.errors;
     EXPECT_THAT(outcome.output, IsEmpty());
     EXPECT_THAT(folder_.FileNames(),
-                ::testing::ElementsAre("in.wav", "link.wav", "old.wav", "text.txt"));
+                ::testing::ElementsAre("in.wav", "link.png", "new.png", "old.wav", "text.txt"));
     EXPECT_EQ(ReadBytes(folder_ / "old.wav"), "as it was");
   }
 }
 
 TEST_F(RenderCliTest, RendersAndPrintsWhatChanged) {
-  const Outcome outcome = Run("render in.wav --output=old.wav --force --set volume.Volume=-6");
+  const Outcome outcome = Run("render in.wav --output=old.wav --force --set volume.Volume=4");
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_THAT(outcome.errors, IsEmpty());
-  EXPECT_THAT(outcome.output, ::testing::ContainsRegex("Sample peak, dBFS +-12.04 +-18.04 +-6.00"));
-  EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), -6.0,
+  EXPECT_THAT(outcome.output,
+              ::testing::ContainsRegex("Sample peak, dBFS +-12.04 +-8.04 +\\+4.00"));
+  EXPECT_NEAR(RmsInDb(ReadFile(folder_ / "old.wav")) - RmsInDb(ReadFile(folder_ / "in.wav")), 4.0,
               0.01);
   EXPECT_EQ(Run("render in.wav -o right.wav -m sfx -p 'from the LEFT' -s pan.Pan=5").exitCode, 0);
   EXPECT_TRUE(IsSilent(ReadFile(folder_ / "right.wav").Channel(0))) << "settings are stronger";
@@ -183,7 +185,7 @@ TEST_F(RenderCliTest, ADryRunMeasuresAndWritesNothing) {
   EXPECT_THAT(Run("render in.wav -o new.wav --dry-run -s volume.Volume=-6").output,
               ::testing::ContainsRegex("not written\n  Hard Limiter: Ceiling -1.28571 dBFS, Gain"));
   EXPECT_THAT(folder_.FileNames(),
-              ::testing::ElementsAre("in.wav", "link.wav", "old.wav", "text.txt"));
+              ::testing::ElementsAre("in.wav", "link.png", "new.png", "old.wav", "text.txt"));
 }
 
 TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
