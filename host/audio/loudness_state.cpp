@@ -10,20 +10,23 @@ extern "C" {
 namespace orvelhost {
 namespace {
 
-// The weights of the channels (ITU-R BS.1770-4, Table 4): speakers of the middle layer between 60
-// and 120 degrees to the side count more, and low frequency effects not at all. Back speakers stand
-// there where there are none at the sides, as in 5.1. The measuring library's own guess goes by the
-// number of channels alone.
+// The weights of the channels (ITU-R BS.1770-4, Table 4): speakers of the middle layer from 60 to
+// 120 degrees to the side count more, and low frequency effects not at all. Wide ones stand at 60,
+// as the front ones do in 22.2 (ITU-R BS.2051, system H); back ones within 120 only where there are
+// none at the sides, as in 5.1. The measuring library's own guess goes by the number of channels.
 void SetChannels(ebur128_state& state, const AudioFormat& format) {
   constexpr std::uint64_t kEffects = AV_CH_LOW_FREQUENCY | AV_CH_LOW_FREQUENCY_2;
   constexpr std::uint64_t kSides = AV_CH_SIDE_LEFT | AV_CH_SIDE_RIGHT;
+  constexpr std::uint64_t kWides = AV_CH_WIDE_LEFT | AV_CH_WIDE_RIGHT;
+  constexpr std::uint64_t kFronts = AV_CH_FRONT_LEFT | AV_CH_FRONT_RIGHT;
   constexpr std::uint64_t kBacks =
       AV_CH_BACK_LEFT | AV_CH_BACK_RIGHT | AV_CH_SURROUND_DIRECT_LEFT | AV_CH_SURROUND_DIRECT_RIGHT;
   constexpr unsigned kUsual = 6;  // up to 5.1 the guess is good where nothing else is known
   const auto count = static_cast<unsigned>(format.channelCount);
   if (count < 2 || (format.speakers == 0 && count <= kUsual)) return;
   std::uint64_t speakers = format.speakers;
-  const std::uint64_t surrounds = (speakers & kSides) != 0 ? kSides : kBacks;
+  const std::uint64_t surrounds = kWides | ((speakers & kSides) != 0 ? kSides : kBacks) |
+                                  (speakers == AV_CH_LAYOUT_22POINT2 ? kFronts : 0);
   for (unsigned channel = 0; channel < count; ++channel) {
     const std::uint64_t speaker = speakers & (~speakers + 1);  // the lowest that is left
     speakers &= ~speaker;

@@ -1,5 +1,6 @@
 #include "host/analysis/clip_analysis.h"
 
+#include <bit>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -44,19 +45,20 @@ TEST(ClipAnalysis, PeaksBetweenSamplesAndTheLoudnessRangeAreMeasured) {
 TEST(ClipAnalysis, ChannelsCountByTheSpeakerThatTheyAreFor) {
   // The channel masks of front left and right with low frequency effects, and with side left.
   const auto loudness = [](std::uint64_t speakers, double third) {
-    const AudioBlock tone = Make(48000, 3, 2.0, [third](double time, int channel) {
+    const int count = std::popcount(speakers);
+    const AudioBlock tone = Make(48000, count, 2.0, [third](double time, int channel) {
       return Sine(channel == 2 ? third : 0.1, 1000.0)(time, 0);
     });
-    return Analyze(Join({48000, 3, speakers}, {tone})).loudness;
+    return Analyze(Join({48000, count, speakers}, {tone})).loudness;
   };
   const double fronts = loudness(0x1 | 0x2 | 0x8, 0.0);
   EXPECT_NEAR(loudness(0x1 | 0x2 | 0x8, 0.9), fronts, 0.01) << "effects are no loudness";
-  // 1.41 times the power to the sides (ITU-R BS.1770-4): side left, back left where it stands for
-  // that, and neither back left behind it, here the second, nor back centre.
-  const std::pair<std::uint64_t, double> thirds[] = {{0x1 | 0x2 | 0x200, 3.41},
-                                                     {0x1 | 0x2 | 0x10, 3.41},
-                                                     {0x1 | 0x10 | 0x200, 3.41},
-                                                     {0x1 | 0x2 | 0x100, 3.0}};
+  // 1.41 times the power to the sides (ITU-R BS.1770-4): side left, wide left, back left where it
+  // stands for that, and neither back left behind it, here the second, nor back centre. 22.2 has
+  // four of them, the front ones too.
+  const std::pair<std::uint64_t, double> thirds[] = {
+      {0x1 | 0x2 | 0x200, 3.41}, {0x1 | 0x2 | 0x80000000, 3.41}, {0x1f80003ffff, 18 + 4 * 1.41},
+      {0x1 | 0x2 | 0x10, 3.41},  {0x1 | 0x10 | 0x200, 3.41},     {0x1 | 0x2 | 0x100, 3.0}};
   for (const auto& [speakers, power] : thirds) {
     EXPECT_NEAR(loudness(speakers, 0.1), fronts + 10.0 * std::log10(power / 2.0), 0.01) << speakers;
   }
