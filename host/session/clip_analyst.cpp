@@ -6,6 +6,7 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "host/audio/audio_error.h"
@@ -50,8 +51,9 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
     job->path = path;
     job->withRemix = clip->WantsRemix();
     jobs_[clip] = job;
-    if (!thread_.joinable()) {
-      thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    if (!EnsureThread()) {
+      Cancel(clip);
+      return;
     }
     const std::lock_guard lock(mutex_);
     waiting_.push_back(job);
@@ -88,6 +90,17 @@ class ClipAnalyst::Worker : public std::enable_shared_from_this<Worker> {
   }
 
  private:
+  /// False when there is none; the machine may have one to give the next time.
+  bool EnsureThread() {
+    if (thread_.joinable()) return true;
+    try {
+      thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    } catch (const std::system_error&) {
+      return false;
+    }
+    return true;
+  }
+
   void Run(const std::stop_token& stop) {
     while (true) {
       std::unique_lock lock(mutex_);

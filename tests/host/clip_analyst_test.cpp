@@ -1,6 +1,7 @@
 #include "host/session/clip_analyst.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include "tests/host/support/audio.h"
 
@@ -64,27 +65,32 @@ TEST_F(ClipAnalystTest, WhatIsKnownStaysWhenMoreIsCancelledOrFails) {
   EXPECT_FALSE(clip->Measurement());
 }
 
-TEST_F(ClipAnalystTest, AnAnalystThatEndsLeavesWhatStillWaits) {
+TEST_F(ClipAnalystTest, AnAnalystMayEndBeforeItsWorkAndItsClips) {
   std::vector<boost::intrusive_ptr<Clip>> clips(50);
   {
     ClipAnalyst analyst(cache_, loop_);
     for (auto& clip : clips) (clip = Served(analyst))->RequestMeasurement(false);
   }
-  EXPECT_LT(loop_->RunTurn(), 50U) << "results";
+  EXPECT_LT(loop_->RunTurn(), 50U) << "it leaves what still waits";
+  for (const auto& clip : clips) EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
+  clips[0]->RequestMeasurement(false);
+  EXPECT_EQ(clips[0]->MeasurementStatus(), kAnalysis_None);
 }
 
-TEST_F(ClipAnalystTest, AnAnalystMayEndBeforeItsWorkAndItsClips) {
-  boost::intrusive_ptr<Clip> clip;
-  {
-    ClipAnalyst analyst(cache_, loop_);
-    clip = Served(analyst);
-    clip->RequestMeasurement(false);
-  }
-  EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
-  loop_->Drain();
-  EXPECT_FALSE(clip->Measurement());
+TEST_F(ClipAnalystTest, WithoutAThreadAClipIsNotMeasuredUntilItIsAskedForAgain) {
+  const boost::intrusive_ptr<Clip> clip = Served(analyst_);
+  pthread_attr_t usual;
+  pthread_getattr_default_np(&usual);
+  pthread_attr_t greedy = usual;
+  pthread_attr_setstacksize(&greedy, std::size_t{1} << 50);  // more than there are addresses
+  pthread_setattr_default_np(&greedy);
   clip->RequestMeasurement(false);
+  pthread_setattr_default_np(&usual);
+  EXPECT_FALSE(analyst_.IsBusy());
   EXPECT_EQ(clip->MeasurementStatus(), kAnalysis_None);
+  clip->RequestMeasurement(false);
+  Await(analyst_);
+  EXPECT_TRUE(clip->Measurement());
 }
 
 }  // namespace
