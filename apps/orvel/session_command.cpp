@@ -79,8 +79,8 @@ int RunShell(const Command& command, const CommandLine& line) {
   SessionShell shell(host, isTerminal ? Pace::kAtOnce : Pace::kReproducible);
   PrintNotes(command, line, host);
   bool allDone = true;
-  if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
   ShellInput input([&shell](const auto& words) { return shell.Complete(words); });
+  if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
   std::optional<InterruptScope> interrupts;
   if (isTerminal) interrupts.emplace();
   bool isWarned = false;

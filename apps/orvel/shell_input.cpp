@@ -1,5 +1,6 @@
 #include "apps/orvel/shell_input.h"
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -72,6 +73,12 @@ int NextCharacter(FILE* /*input*/) {
   return EOF;
 }
 
+/// The editor and NextCharacter go by the process's locale. The program's texts are UTF-8 whatever
+/// the environment says, which in a container is nothing. Numbers keep their points.
+void UseUtf8() {
+  if (std::setlocale(LC_CTYPE, "C.UTF-8") == nullptr) std::setlocale(LC_CTYPE, "");
+}
+
 char** Complete(const char* start, int /*begin*/, int /*end*/) {
   return rl_completion_matches(start, &NextCandidate);
 }
@@ -82,6 +89,7 @@ bool ShellInput::IsTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDOU
 
 ShellInput::ShellInput(const Completer& completer) {
   if (!IsTerminal()) return;
+  UseUtf8();
   ActiveCompleter() = completer;
   rl_getc_function = &NextCharacter;
   rl_initialize();

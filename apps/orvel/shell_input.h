@@ -13,6 +13,7 @@ class ShellInput {
   /// The words that may stand where the last of `words`, which may be empty, begins.
   using Completer = std::function<std::vector<std::string>(const std::vector<std::string>& words)>;
 
+  /// At a terminal it sets the process's characters to UTF-8; no other thread may run then.
   explicit ShellInput(const Completer& completer);
   ~ShellInput();
   ShellInput(const ShellInput&) = delete;

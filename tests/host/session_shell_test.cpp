@@ -200,11 +200,13 @@ TEST_F(SessionCommands, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
 }
 
 TEST_F(SessionCommands, ATerminalCompletesAndUnsavedWorkIsNotLostUnasked) {
+  std::filesystem::rename(folder_ / "c.wav", folder_ / "Ger\u00e4t.wav");
   const Outcome outcome =
-      Run("--version >/dev/null && TERM=xterm script -qec '" ORVEL_CLI
+      Run("--version >/dev/null && TERM=xterm LC_ALL=C script -qec '" ORVEL_CLI
           " --prefs own session' /dev/null",
-          "add c.wav\nmo\tdial\t\nset volume.Vol\t 1\nquit\nshow volume\nquit\nquit\n");
+          "add Ger\u00e4t.wav\nmo\tdial\t\nset volume.Vol\t 1\nquit\nshow volume\nquit\nquit\n");
   EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_THAT(outcome.output, HasSubstr("\nadded 1 Ger\u00e4t.wav"));
   EXPECT_THAT(outcome.output, HasSubstr("\nmode dialog\r"));
   EXPECT_THAT(outcome.output, HasSubstr("\nvolume.Volume=1\r"));
   const auto first = outcome.output.find("error: the session is not saved");
