@@ -42,10 +42,13 @@ class PresetsCacheTest : public PresetStore {
 
   // The files of the template "Mine".
   fs::path Mine(const std::string& file) const { return Root() / "Mine/dialog" / file; }
+
+  const Cache cache_ = Open();
 };
 
 TEST_F(PresetsCacheTest, AFactoryPresetOfAModeThatIsNoFolderNameIsPassedOver) {
   static std::string configs;  // lives as long as the module that it is
+  fs::remove_all(Root());
   ASSERT_TRUE(WritePresets({MakeConfigPreset("No", ".."), MakeConfigPreset("Yes")}, configs));
   teskcore::filesupport::RegisterModuleResource(&configs, u"OrvelConfigPresets", u"json",
                                                 configs.data(), configs.size());
@@ -53,42 +56,41 @@ TEST_F(PresetsCacheTest, AFactoryPresetOfAModeThatIsNoFolderNameIsPassedOver) {
 }
 
 TEST_F(PresetsCacheTest, WhatAPersonTypesIsANameOrIsRefused) {
-  const auto cache = Open();
   const std::string tooLong(300, 'x');
   for (const std::string name :
        {"a/b\\c", "..", ".hidden", "\U0001F399 voice", "\u05E9\u05DC\u05D5\u05DD", "end  ", "CON",
         "default", "DEFAULT", "(config)", "100%", "A", "a", "Voice", "line\nfeed",
         "$$$/x/Default=Own", tooLong.c_str()}) {
     const auto config = MakeConfigPreset(name);
-    ASSERT_TRUE(cache->CreateConfigPreset(config)) << name;
-    ASSERT_TRUE(cache->SavePreset(MakeUserPreset(name, config.Guid))) << name;
-    EXPECT_THAT(UserNames(*cache, config.Guid), ElementsAre(name));
+    ASSERT_TRUE(cache_->CreateConfigPreset(config)) << name;
+    ASSERT_TRUE(cache_->SavePreset(MakeUserPreset(name, config.Guid))) << name;
+    EXPECT_THAT(UserNames(*cache_, config.Guid), ElementsAre(name));
   }
   for (const std::string name : {"", "Default", "(Config)", "\xFF"}) {
-    EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset(name))) << name;
-    EXPECT_EQ(cache->SavePreset(MakeUserPreset(name)), name == "Default") << name;
+    EXPECT_FALSE(cache_->CreateConfigPreset(MakeConfigPreset(name))) << name;
+    EXPECT_EQ(cache_->SavePreset(MakeUserPreset(name)), name == "Default") << name;
   }
-  for (const std::string mode : {"", ".", "..", "../out", "a/b", "a\\b"}) {
-    EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Mode", mode))) << mode;
-    EXPECT_FALSE(cache->AddTemporaryPreset(MakeConfigPreset("Mode", mode))) << mode;
+  for (const std::string mode :
+       {"", ".", "..", "../out", "a/b", "a\\b", "\xFF", tooLong.c_str() + 99}) {
+    EXPECT_FALSE(cache_->CreateConfigPreset(MakeConfigPreset("Mode", mode))) << mode;
+    EXPECT_FALSE(cache_->AddTemporaryPreset(MakeConfigPreset("Mode", mode))) << mode;
   }
-  ExpectDiskHolds(*cache);
+  ExpectDiskHolds(*cache_);
 }
 
 TEST_F(PresetsCacheTest, WhatAFileSystemMayTakeForOneFileStandsInTwo) {
-  const auto cache = Open();
-  const Guid config = AddConfig(*cache, "my show");
-  AddConfig(*cache, "My Show");
-  EXPECT_TRUE(cache->CreateConfigPreset(MakeConfigPreset("My Show", "music")));
+  const Guid config = AddConfig(*cache_, "my show");
+  AddConfig(*cache_, "My Show");
+  EXPECT_TRUE(cache_->CreateConfigPreset(MakeConfigPreset("My Show", "music")));
   auto renamed = MakeConfigPreset("Other", "sfx");
-  EXPECT_TRUE(cache->CreateConfigPreset(renamed));
+  EXPECT_TRUE(cache_->CreateConfigPreset(renamed));
   renamed.Name = "MY SHOW";
-  EXPECT_TRUE(cache->SavePreset(renamed));
+  EXPECT_TRUE(cache_->SavePreset(renamed));
   for (const char* name : {"voice", "Voice", "Voice", "(config)"}) {
-    EXPECT_TRUE(cache->SavePreset(MakeUserPreset(name, config))) << name;
+    EXPECT_TRUE(cache_->SavePreset(MakeUserPreset(name, config))) << name;
   }
-  EXPECT_THAT(UserNames(*cache, config), ElementsAre("(config)", "Voice", "voice"));
-  ExpectDiskHolds(*cache);
+  EXPECT_THAT(UserNames(*cache_, config), ElementsAre("(config)", "Voice", "voice"));
+  ExpectDiskHolds(*cache_);
   std::set<std::string> folded;
   for (const auto& [path, text] : Snapshot(Root())) {
     std::string name = path;
@@ -96,34 +98,33 @@ TEST_F(PresetsCacheTest, WhatAFileSystemMayTakeForOneFileStandsInTwo) {
     EXPECT_TRUE(folded.insert(name).second) << name;
   }
   // A change of the case alone needs no second name.
-  auto voice = UsersOf(*cache, config).back();
+  auto voice = UsersOf(*cache_, config).back();
   for (const char* name : {"VOICE ", "Voice "}) {
     voice.Name = name;
-    EXPECT_TRUE(cache->SavePreset(voice));
+    EXPECT_TRUE(cache_->SavePreset(voice));
   }
   EXPECT_TRUE(fs::exists(Root() / "my show/dialog/Voice%20.orvel"));
 }
 
 TEST_F(PresetsCacheTest, ANameTakesNoFileOfAnotherPreset) {
-  auto cache = Open();
-  const Guid config = AddConfig(*cache);
+  const Guid config = AddConfig(*cache_);
   const auto another = MakeUserPreset("Other", config);
-  EXPECT_TRUE(cache->SavePreset(another));
-  EXPECT_FALSE(cache->SavePreset(MakeUserPreset("Lost", Guid::CreateUnique())));
-  EXPECT_FALSE(cache->SavePreset(MakeUserPreset("Nobody", config, 1.0f, Guid())));
+  EXPECT_TRUE(cache_->SavePreset(another));
+  EXPECT_FALSE(cache_->SavePreset(MakeUserPreset("Lost", Guid::CreateUnique())));
+  EXPECT_FALSE(cache_->SavePreset(MakeUserPreset("Nobody", config, 1.0f, Guid())) ||
+               cache_->SavePreset(MakeConfigPreset("Nobody", "dialog", 1.0f, Guid())));
   fs::rename(Mine("Other.orvel"), Mine("Radio.orvel"));
-  cache->Reload();
-  EXPECT_TRUE(cache->SavePreset(MakeUserPreset("Radio", config)));
-  EXPECT_THAT(UserNames(*cache, config), ElementsAre("Other", "Radio"));
-  ExpectDiskHolds(*cache);
-  EXPECT_TRUE(cache->RemovePreset(another.Guid));
-  EXPECT_FALSE(cache->RemovePreset(another.Guid));
+  cache_->Reload();
+  EXPECT_TRUE(cache_->SavePreset(MakeUserPreset("Radio", config)));
+  EXPECT_THAT(UserNames(*cache_, config), ElementsAre("Other", "Radio"));
+  ExpectDiskHolds(*cache_);
+  EXPECT_TRUE(cache_->RemovePreset(another.Guid));
+  EXPECT_FALSE(cache_->RemovePreset(another.Guid));
 }
 
 TEST_F(PresetsCacheTest, WhatAPersonDidToTheFolderIsRepairedOnce) {
-  const auto first = Open();
-  const auto voice = MakeUserPreset("Voice", AddConfig(*first));
-  ASSERT_TRUE(first->SavePreset(voice));
+  const auto voice = MakeUserPreset("Voice", AddConfig(*cache_));
+  ASSERT_TRUE(cache_->SavePreset(voice));
   fs::copy(Mine("Voice.orvel"), Mine("Voice 2.orvel"));
   fs::copy(Root() / "Mine", Root() / "Mine too", fs::copy_options::recursive);
   fs::copy(Root() / "Mine" / "dialog", Root() / "Mine" / "music");
@@ -157,9 +158,8 @@ TEST_F(PresetsCacheTest, WhatAPersonDidToTheFolderIsRepairedOnce) {
 }
 
 TEST_F(PresetsCacheTest, BadFilesStayAsTheyAreAndHideNoOthers) {
-  const auto first = Open();
-  const Guid config = AddConfig(*first);
-  ASSERT_TRUE(first->SavePreset(MakeUserPreset("Voice", config)));
+  const Guid config = AddConfig(*cache_);
+  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice", config)));
   WriteText(Mine("broken.orvel"), "{");
   WriteText(Mine("null.orvel"), R"({"Name": "No guid"})");
   WriteText(Root() / "Broken" / "dialog" / "(Config).orvel", "[1, 2]");
@@ -173,19 +173,16 @@ TEST_F(PresetsCacheTest, BadFilesStayAsTheyAreAndHideNoOthers) {
   EXPECT_TRUE(WasTraced(Mine("broken.orvel").string()));
   // Removing takes what is the preset's own, and leaves the rest.
   EXPECT_TRUE(cache->RemoveConfigPreset(config));
-  EXPECT_FALSE(fs::exists(Mine("Voice.orvel")));
-  EXPECT_TRUE(fs::exists(Mine("broken.orvel")));
+  EXPECT_TRUE(fs::exists(Mine("broken.orvel")) && !fs::exists(Mine("Voice.orvel")));
   EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Broken"))) << "it is somebody's";
 }
 
 TEST_F(PresetsCacheTest, LinksAreNoneOfTheStores) {
   const fs::path outside = folder_.Path() / "outside";
-  fs::create_directories(outside);
-  fs::create_directories(Root().parent_path());
+  fs::rename(Root(), outside);
   fs::create_directory_symlink(outside, Root());  // but the root itself
-  const auto first = Open();
-  const Guid mine = AddConfig(*first);
-  ASSERT_TRUE(first->SavePreset(MakeUserPreset("Voice", mine)));
+  const Guid mine = AddConfig(*cache_);
+  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice", mine)));
   const fs::path there = folder_.Path() / "there";
   fs::copy(Root() / "Mine", there, fs::copy_options::recursive);
   fs::create_directory_symlink(there, Root() / "Behind");
@@ -199,7 +196,7 @@ TEST_F(PresetsCacheTest, LinksAreNoneOfTheStores) {
   }
   const auto before = Snapshot(there);
   const auto cache = Open();
-  EXPECT_EQ(Describe(*cache), Describe(*first));
+  EXPECT_EQ(Describe(*cache), Describe(*cache_));
   EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Behind", "music")));
   EXPECT_FALSE(cache->CreateConfigPreset(MakeConfigPreset("Other")));
   EXPECT_TRUE(cache->SavePreset(MakeUserPreset("Radio", mine))) << "in the place of the link";
@@ -213,59 +210,54 @@ TEST_F(PresetsCacheTest, LinksAreNoneOfTheStores) {
 }
 
 TEST_F(PresetsCacheTest, ConfigurationPresetsAreCreatedRenamedAndRemoved) {
-  const auto cache = Open();
   auto mine = MakeConfigPreset("Mine");
-  EXPECT_TRUE(cache->SavePreset(mine));  // unknown: it is created
-  EXPECT_TRUE(cache->CreateConfigPreset(MakeConfigPreset("Mine", "music")));
+  EXPECT_TRUE(cache_->SavePreset(mine));  // unknown: it is created
+  EXPECT_TRUE(cache_->CreateConfigPreset(MakeConfigPreset("Mine", "music")));
   mine.Name = "Renamed";
-  EXPECT_TRUE(cache->SavePreset(mine));
+  EXPECT_TRUE(cache_->SavePreset(mine));
   EXPECT_TRUE(fs::exists(Root() / "Mine" / "music")) << "of another preset";
-  ExpectDiskHolds(*cache);
+  ExpectDiskHolds(*cache_);
   mine.PresetData.ModeID = "music";
-  EXPECT_FALSE(cache->SavePreset(mine)) << "a preset stays in its mode";
-  EXPECT_TRUE(cache->RemoveConfigPreset(mine.Guid));
-  EXPECT_FALSE(cache->RemoveConfigPreset(mine.Guid));
+  EXPECT_FALSE(cache_->SavePreset(mine)) << "a preset stays in its mode";
+  EXPECT_TRUE(cache_->RemoveConfigPreset(mine.Guid));
+  EXPECT_FALSE(cache_->RemoveConfigPreset(mine.Guid));
   // The factory's folder is made once: what a person removed from it does not come back.
-  EXPECT_TRUE(cache->RemoveConfigPreset(kMusicTemplate));
-  ExpectDiskHolds(*cache);
+  EXPECT_TRUE(cache_->RemoveConfigPreset(kMusicTemplate));
+  ExpectDiskHolds(*cache_);
 }
 
 TEST_F(PresetsCacheTest, TemporaryPresetsLiveUntilTheyAreRemoved) {
-  const auto cache = Open();
   const auto kept = MakeConfigPreset("Show");
-  ASSERT_TRUE(cache->CreateConfigPreset(kept));
+  ASSERT_TRUE(cache_->CreateConfigPreset(kept));
   auto temporary = MakeConfigPreset("Show");
-  EXPECT_TRUE(cache->AddTemporaryPreset(temporary));
-  EXPECT_TRUE(cache->AddTemporaryPreset(temporary)) << "it is one already";
-  EXPECT_TRUE(cache->FindPreset(temporary.Guid, temporary));
+  EXPECT_TRUE(cache_->AddTemporaryPreset(temporary));
+  EXPECT_TRUE(cache_->AddTemporaryPreset(temporary)) << "it is one already";
+  EXPECT_TRUE(cache_->FindPreset(temporary.Guid, temporary));
   EXPECT_EQ(temporary.Name, "Show 2") << "a taken name gets a number";
-  EXPECT_TRUE(cache->AddTemporaryPreset(MakeConfigPreset("Default")));
-  EXPECT_FALSE(cache->AddTemporaryPreset(kept));
-  EXPECT_TRUE(cache->RemoveTemporaryPreset(kept.Guid)) << "no temporary one, it stays";
+  EXPECT_TRUE(cache_->AddTemporaryPreset(MakeConfigPreset("Default")));
+  EXPECT_FALSE(cache_->AddTemporaryPreset(kept));
+  EXPECT_TRUE(cache_->RemoveTemporaryPreset(kept.Guid)) << "no temporary one, it stays";
   fs::rename(Root() / "Show 2", Root() / "Kept");
-  cache->Reload();
-  cache->RemoveTemporaryPresets();
-  EXPECT_THAT(ConfigsOf(*cache), SizeIs(6));
-  EXPECT_EQ(ConfigsOf(*cache).front().Name, "Kept") << "a person's own, by its name";
+  fs::remove_all(Root() / "Default 2");
+  cache_->Reload();
+  cache_->RemoveTemporaryPresets();
+  EXPECT_THAT(ConfigsOf(*cache_), SizeIs(6));
+  EXPECT_EQ(ConfigsOf(*cache_).front().Name, "Kept") << "a person's own, by its name";
 }
 
 TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItIsOrHoldsWork) {
-  {
-    const auto crashed = Open();
-    for (const char* name : {"Used", "Unused", "Elsewhere"}) {
-      ASSERT_TRUE(crashed->AddTemporaryPreset(MakeConfigPreset(name)));
-    }
-    ASSERT_TRUE(crashed->SavePreset(MakeUserPreset("Voice", ConfigsOf(*crashed)[2].Guid)));
-    // Another program that still runs owns this one.
-    const fs::path mark = Root() / "Elsewhere" / "dialog" / ".temporary";
-    const std::string text = ReadText(mark);
-    WriteText(mark, text.substr(0, text.rfind('\n') + 1) + "1");
-    // A mark counts for the folder that it was made for.
-    fs::copy(Root() / "Unused", Root() / "Ours", fs::copy_options::recursive);
+  for (const char* name : {"Used", "Unused", "Elsewhere"}) {
+    ASSERT_TRUE(cache_->AddTemporaryPreset(MakeConfigPreset(name)));
   }
+  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice", ConfigsOf(*cache_)[2].Guid)));
+  // Another program that still runs owns this one.
+  const fs::path mark = Root() / "Elsewhere" / "dialog" / ".temporary";
+  const std::string text = ReadText(mark);
+  WriteText(mark, text.substr(0, text.rfind('\n') + 1) + "1");
+  // A mark counts for the folder that it was made for.
+  fs::copy(Root() / "Unused", Root() / "Ours", fs::copy_options::recursive);
   const auto cache = Open();
-  EXPECT_FALSE(fs::exists(Root() / "Unused"));
-  EXPECT_TRUE(fs::exists(Root() / "Ours"));
+  EXPECT_TRUE(fs::exists(Root() / "Ours") && !fs::exists(Root() / "Unused"));
   EXPECT_TRUE(fs::exists(Root() / "Elsewhere" / "dialog" / "(Config).orvel"));
   cache->RemoveTemporaryPresets();
   EXPECT_TRUE(fs::exists(Root() / "Used" / "dialog" / "(Config).orvel"));
@@ -273,52 +265,50 @@ TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItIsOrHoldsWork) {
 }
 
 TEST_F(PresetsCacheTest, ATemporaryThatGoesLeavesWhatWasSavedUnderIt) {
-  const auto cache = Open();
   const auto session = MakeConfigPreset("Session");
-  ASSERT_TRUE(cache->SavePreset(MakeUserPreset("Voice")));
-  ASSERT_TRUE(cache->AddTemporaryPreset(session));
-  ASSERT_TRUE(cache->SavePreset(MakeUserPreset("Voice", session.Guid, 2.0f)));
+  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice")) && cache_->AddTemporaryPreset(session));
+  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice", session.Guid, 2.0f)));
   // Another process saves here, too.
   std::string text;
   ASSERT_TRUE(WritePreset(MakeUserPreset("Theirs", session.Guid), text));
   WriteText(Root() / "Session" / "dialog" / "Theirs.orvel", text);
-  EXPECT_TRUE(cache->RemoveTemporaryPreset(session.Guid));
+  EXPECT_TRUE(cache_->RemoveTemporaryPreset(session.Guid));
   EXPECT_FALSE(fs::exists(Root() / "Session"));
-  EXPECT_THAT(UserNames(*cache, kDialogTemplate), IsSupersetOf({"Voice", "Voice 2", "Theirs"}));
+  EXPECT_THAT(UserNames(*cache_, kDialogTemplate), IsSupersetOf({"Voice", "Voice 2", "Theirs"}));
   // What cannot be read may be somebody's, and would be listed nowhere.
-  ASSERT_TRUE(cache->AddTemporaryPreset(session));
+  ASSERT_TRUE(cache_->AddTemporaryPreset(session));
   WriteText(Root() / "Session/dialog/Unread.orvel", "{");
-  EXPECT_FALSE(cache->RemoveTemporaryPreset(session.Guid));
-  EXPECT_FALSE(cache->IsTemporaryPreset(session.Guid));
-  ExpectDiskHolds(*cache);
+  EXPECT_FALSE(cache_->RemoveTemporaryPreset(session.Guid));
+  EXPECT_FALSE(cache_->IsTemporaryPreset(session.Guid));
+  ExpectDiskHolds(*cache_);
 }
 
 TEST_F(PresetsCacheTest, WhatCannotBeWrittenChangesNeitherDiskNorMemory) {
-  const auto cache = Open();
   auto mine = MakeConfigPreset("Mine");
-  ASSERT_TRUE(cache->CreateConfigPreset(mine));
+  ASSERT_TRUE(cache_->CreateConfigPreset(mine));
   auto voice = MakeUserPreset("Voice", mine.Guid);
-  ASSERT_TRUE(cache->SavePreset(voice));
+  ASSERT_TRUE(cache_->SavePreset(voice));
   fs::rename(Mine("Voice.orvel"), Mine("Radio.orvel"));
   fs::create_directories(Mine("Blocked.orvel") / "in the way");
-  cache->Reload();
+  cache_->Reload();
+  WriteText(Root() / "Blocked", "no folder");
   const auto before = Snapshot(Root());
-  const auto known = Describe(*cache);
-  voice.Name = "Blocked";
-  EXPECT_FALSE(cache->SavePreset(voice));
+  const auto known = Describe(*cache_);
+  voice.Name = mine.Name = "Blocked";
+  EXPECT_FALSE(cache_->SavePreset(voice) || cache_->SavePreset(mine));
   const float unwritable = std::nanf("");  // JSON has no such number
-  EXPECT_FALSE(cache->SavePreset(MakeUserPreset("Radio", mine.Guid, unwritable)));
+  EXPECT_FALSE(cache_->SavePreset(MakeUserPreset("Radio", mine.Guid, unwritable)));
   mine.PresetData.Models["model_volume"].SetValue("MaxGain", unwritable);
   for (const char* name : {"Mine", "Renamed"}) {
     mine.Name = name;
-    EXPECT_FALSE(cache->SavePreset(mine));
+    EXPECT_FALSE(cache_->SavePreset(mine));
   }
-  EXPECT_EQ(Describe(*cache), known);
+  EXPECT_EQ(Describe(*cache_), known);
   EXPECT_EQ(Snapshot(Root()), before);
 }
 
 TEST_F(PresetsCacheTest, OfTwoWithOneGuidTheFactorysKeepIt) {
-  AddConfig(*Open());
+  AddConfig(*cache_);
   fs::copy(Root() / "Default", Root() / "Copy", fs::copy_options::recursive);
   const auto cache = Open();
   Preset<ConfigPresetData> factory;
@@ -332,30 +322,29 @@ TEST_F(PresetsCacheTest, OfTwoWithOneGuidTheFactorysKeepIt) {
 }
 
 TEST_F(PresetsCacheTest, MigrationCopiesOrMovesWhatCanBeFitted) {
-  const auto cache = Open();
-  const Guid from = AddConfig(*cache, "From");
-  const Guid to = AddConfig(*cache, "To");
+  const Guid from = AddConfig(*cache_, "From");
+  const Guid to = AddConfig(*cache_, "To");
   const auto fits = MakeUserPreset("Fits", from);
-  ASSERT_TRUE(cache->SavePreset(fits));
-  ASSERT_TRUE(cache->SavePreset(MakeUserPreset("Refused", from)));
-  cache->SetMigrateUserPresetFunction([&](Preset<UserPresetData>& preset) {
-    EXPECT_EQ(cache->GetMigrationSource(), from);
+  ASSERT_TRUE(cache_->SavePreset(fits) && cache_->SavePreset(MakeUserPreset("Refused", from)));
+  cache_->SetMigrateUserPresetFunction([&](Preset<UserPresetData>& preset) {
+    EXPECT_EQ(cache_->GetMigrationSource(), from);
     return preset.Name == "Fits";
   });
-  EXPECT_TRUE(cache->MigrateUserPresets(from, to, false));
-  EXPECT_THAT(UserNames(*cache, to), ElementsAre("Fits"));
+  EXPECT_TRUE(cache_->MigrateUserPresets(from, to, false));
+  EXPECT_THAT(UserNames(*cache_, to), ElementsAre("Fits"));
   // Of one guid in two folders, the one that is meant goes.
-  EXPECT_TRUE(cache->RemovePreset(fits.Guid, to));
-  EXPECT_THAT(UsersOf(*cache, from), SizeIs(2));
-  EXPECT_TRUE(cache->MigrateUserPresets(from, to, true));
-  EXPECT_THAT(UserNames(*cache, to), ElementsAre("Fits", "Refused"));
-  EXPECT_NE(UsersOf(*cache, to)[0].Guid, fits.Guid);
-  const auto known = Describe(*cache);
-  EXPECT_TRUE(cache->MigrateUserPresets(from, from, true));
-  EXPECT_EQ(Describe(*cache), known);
-  EXPECT_FALSE(cache->MigrateUserPresets(Guid::CreateUnique(), to, true));
-  EXPECT_FALSE(cache->MigrateUserPresets(from, Guid::CreateUnique(), true));
-  ExpectDiskHolds(*cache);
+  EXPECT_TRUE(cache_->RemovePreset(fits.Guid, to));
+  EXPECT_FALSE(cache_->RemovePreset(fits.Guid, to) || cache_->RemovePreset(fits.Guid, Guid()));
+  EXPECT_THAT(UsersOf(*cache_, from), SizeIs(2));
+  EXPECT_TRUE(cache_->MigrateUserPresets(from, to, true));
+  EXPECT_THAT(UserNames(*cache_, to), ElementsAre("Fits", "Refused"));
+  EXPECT_NE(UsersOf(*cache_, to)[0].Guid, fits.Guid);
+  const auto known = Describe(*cache_);
+  EXPECT_TRUE(cache_->MigrateUserPresets(from, from, true));
+  EXPECT_EQ(Describe(*cache_), known);
+  EXPECT_FALSE(cache_->MigrateUserPresets(Guid::CreateUnique(), to, true));
+  EXPECT_FALSE(cache_->MigrateUserPresets(from, Guid::CreateUnique(), true));
+  ExpectDiskHolds(*cache_);
 }
 
 }  // namespace

@@ -11,15 +11,12 @@
 namespace orvel::test {
 namespace {
 
-class OwnPreferences : public ::testing::Environment {
- public:
+struct OwnPreferences : ::testing::Environment {
   void SetUp() override {
     folder_ = std::make_unique<TempDir>();
     setenv("XDG_CONFIG_HOME", folder_->Path().c_str(), 1);
   }
   void TearDown() override { folder_.reset(); }
-
- private:
   std::unique_ptr<TempDir> folder_;
 };
 
