@@ -65,7 +65,7 @@ TEST_F(Actions, AControlOfSeveralClipsIsOneStepInBracketsAndIsMeasured) {
   section->RegisterForModelChanges([&signals](int, float) { ++signals; });
   CodeProfilerManager::Get().SetSink([&](const auto& of, auto) { log.push_back(of.name); });
   CodeProfilerManager::Get().SetConditionalProfiling(true);
-  action->Redo();
+  EXPECT_TRUE(ExecuteOrvelActionWithoutUndo(action, false));
   EXPECT_EQ(signals, 1);
   action->Undo();
   CodeProfilerManager::Get().SetConditionalProfiling(false);
@@ -100,7 +100,12 @@ TEST_F(Actions, ModeIsWrittenBeforeGuidAndEachChangeIsRecorded) {
   b->preset = kSfxTemplate;
   Select({a, b});
   const auto action = CreateSetMixTypeAction(model, "music", preset, u"Music");
-  EXPECT_EQ(action->GetActionType(), kActionType_SetMixTypeModelParam);
+  EXPECT_EQ(action->GetUndoDescription(), u"Undo Music");
+  for (const auto& listed : {boost::intrusive_ptr<Action>(action), Children(action)[0],
+                             CreateSetUserPresetAction(model, preset, u""),
+                             CreateSetModelConfigurationAction("music", "", {}, u"")}) {
+    EXPECT_EQ(listed->GetActionType(), kActionType_SetMixTypeModelParam);
+  }
   action->Redo();
   EXPECT_EQ(a->written, "");  // is in the mode already
   EXPECT_EQ(b->written, "mode guid guid ");
