@@ -116,6 +116,7 @@ TEST_F(ConfigurationManagerTest, ATemporaryThatCannotBeDeletedStaysAsAnOrdinaryO
     std::filesystem::rename(folder, elsewhere);
     std::filesystem::create_directory_symlink(elsewhere, folder);
     EXPECT_TRUE(name == "Removed" || Handler("dialog").SaveAsNew("Mine"));
+    EXPECT_EQ(std::filesystem::exists(elsewhere / "dialog/.temporary"), name == "Removed");
     session_->Open({});
     EXPECT_FALSE(std::filesystem::exists(elsewhere / "dialog/.temporary"));
   }
@@ -152,11 +153,12 @@ TEST_F(ConfigurationManagerTest, AReporterMayOpenAnotherDocumentOrFail) {
 }
 
 TEST_F(ConfigurationManagerTest, ADocumentThatOpensKeepsItsTemplatesWhateverAListenerThrows) {
-  // Each mode's template comes from the document before, or goes with it.
-  session_->Open({MakeConfigPreset("Old", "ambience"), MakeConfigPreset("Old too", "dialog")});
   const auto fail = [](auto&&...) { throw std::runtime_error("listener"); };
   const boost::signals2::scoped_connection failing =
       Manager().RegisterModelConfigurationDataChangedCallback(fail);
+  // Each mode's template comes from the document before, or goes with it.
+  const ConfigPresets old = {MakeConfigPreset("Old", "ambience"), MakeConfigPreset("Old too")};
+  EXPECT_THROW(session_->Open(old), std::runtime_error);
   bool isTold = false;
   Manager().RegisterModelConfigurationDataChangedCallback([&](auto&&...) { isTold = true; });
   UsageLogger::Get().SetSink(fail);
@@ -249,8 +251,7 @@ TEST_F(ConfigurationManagerTest, UserPresetsAreFittedToTheConfigurationTheyMoveT
   target.PresetData.Models = source.PresetData.Models;
   presetutils::RemovePresetFromConfiguration(target.PresetData.Models["model_soundeffects"],
                                              "ReverbPresets", rooms.begin()->first);
-  ASSERT_TRUE(Store().CreateConfigPreset(source));
-  ASSERT_TRUE(Store().CreateConfigPreset(target));
+  ASSERT_TRUE(Store().CreateConfigPreset(source) && Store().CreateConfigPreset(target));
   for (const float room : {0.0f, 1.0f}) {
     auto preset = MakeUserPreset(room == 0.0f ? "Gone" : "Kept", source.Guid);
     preset.PresetData.Models = {{"model_soundeffects", {1.0f, 1.0f, 5.0f, room}}};
@@ -263,9 +264,7 @@ TEST_F(ConfigurationManagerTest, UserPresetsAreFittedToTheConfigurationTheyMoveT
 }
 
 TEST_F(ConfigurationManagerTest, SectionModelsAreDescribedAsAUserPreset) {
-  ParamDefinition param;
-  param.maxValue = 2.0f;
-  param.defaultValue = 1.0f;
+  const ParamDefinition param{0, 1.0f, 0.0f, 2.0f, kParamFlag_None, "", "", ""};
   const boost::intrusive_ptr<FakeSectionModel> model(new FakeSectionModel({param}));
   UserPresetData data;
   data.Models["model_old"] = {};
@@ -274,6 +273,7 @@ TEST_F(ConfigurationManagerTest, SectionModelsAreDescribedAsAUserPreset) {
   EXPECT_EQ(data.Config, kDialogTemplate);
   EXPECT_EQ(data.Models, (std::map<std::string, std::vector<float>>{{"model_fake", {1.0f}}}));
   model->readStatuses[0] = 9;
+  Terminate();
   EXPECT_EQ(modelutils::GetUserPresetData({model}, data), 5);
   EXPECT_THAT(data.Models, IsEmpty());
 }

@@ -77,8 +77,10 @@ TEST(Files, WhatCannotBeDoneRaisesTheErrorOfItsKind) {
   EXPECT_THROW(Dir(file.FullPath()).Create(), dir_exception);
   EXPECT_THROW(Dir(root, u"none").BeginFiles(), dir_exception);
   EXPECT_THROW(File(root, u"none").Delete(), file_exception);
+  EXPECT_THROW(Dir(file.FullPath()).Delete(), dir_exception);
+  EXPECT_NO_THROW(file.Delete());
   EXPECT_THROW(File(full.FullPath()).Delete(), file_exception);  // a folder, and not taken away
-  EXPECT_TRUE(file.Exists());
+  EXPECT_TRUE(full.Exists() && !file.Exists());
   EXPECT_THROW(IPlatformByteStream{File(root, u"none")}, file_exception);
   EXPECT_THROW(IPlatformByteStream{File(full.FullPath())}, file_exception);
   EXPECT_THROW(SafeSave(File(Dir(root, u"none"), u"x")), file_exception);

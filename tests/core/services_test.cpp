@@ -33,7 +33,7 @@ TEST(EventLoop, TasksPostedByATaskWaitForTheNextTurnUnlessItRunsTheLoopItselfOrT
   loop.Drain();
   EXPECT_EQ(order, "abcde");
   loop.Post([] { throw std::runtime_error("host"); });
-  loop.Post([&] { order += "f"; });
+  loop.Post([&] { loop.Post([&] { order += "f"; }); });
   EXPECT_THROW(loop.RunTurn(), std::runtime_error);
   EXPECT_EQ(order, "abcde");
   loop.Drain();

@@ -77,7 +77,10 @@ TEST_F(OrvelModelTest, ASectionThatCannotBeMadeIsLeftOutAndTheCreatorIsToldAllIt
   EXPECT_EQ(asked,
             "model_loudness! model_duration! model_volume! "
             "model_loudness model_duration model_volume ");
+  ofClips->RegisterForModelChanges([this](const OrvelModel*) { log.push_back("of clips"); });
+  a->SetAdjustmentsMode("sfx");
   Select({b});
+  EXPECT_THAT(log, ::testing::Contains("of clips"));
   EXPECT_EQ(ofClips->GetMixTypeClipModels(), MixTypeClipModels{a});
   EXPECT_TRUE(ofClips->IsEnabled());
 }

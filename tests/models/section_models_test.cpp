@@ -63,6 +63,8 @@ TEST_F(ModelUtils, AFailedWriteIsTakenBackOnce) {
   fake->writeStatuses.assign(100, 1);  // refuses every write
   EXPECT_FALSE(modelutils::SetParamList(model, {0.0f}));
   EXPECT_EQ(fake->writes, 2);
+  fake->writeStatuses = {};
+  EXPECT_TRUE(modelutils::SetParamList(model, {0.0f, 10.0f}));
 }
 
 TEST_F(ModelUtils, WhatCannotBeConvertedIsZeroAndEndsTheValueMap) {
@@ -145,6 +147,8 @@ TEST_F(MultiModel, TakesInOnlyTheModelsOfOneSectionAndEachOnce) {
   other->Announce(2);
   EXPECT_EQ(TakeSignals().size(), 1u);
   EXPECT_EQ(multi->GetName(), "model_fake");
+  EXPECT_TRUE(multi->GetSectionDefinition(definition) && multi->ToPhysical(1, 0.5f, value));
+  EXPECT_EQ(definition.GetModelID(), "model_fake");
   EXPECT_EQ(multi->GetAdjustmentsMode(), "dialog");
 }
 
