@@ -15,6 +15,7 @@ namespace teskcore::filesupport {
 /// written is replaced all the same, as long as its folder may be written.
 class ORVEL_EXPORT SafeSave {
  public:
+  /// What becomes of a link in the target's place.
   enum class Links {
     kFollow,   ///< the file that links at the target lead to is saved
     kReplace,  ///< the target is, in the place of a link
