@@ -1,8 +1,10 @@
 #include "orvel/presets/preset_folder.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include "orvel/core/file_error.h"
 #include "orvel/core/native_path.h"
@@ -11,6 +13,7 @@
 
 namespace orvel {
 namespace fs = std::filesystem;
+using teskcore::filesupport::FromNative;
 using teskcore::filesupport::IsPathElement;
 using teskcore::filesupport::ToNative;
 
@@ -32,6 +35,31 @@ bool Attempt(const char* what, const boost::function<void()>& work) {
   }
 }
 
+using IsWanted = bool (fs::directory_entry::*)(std::error_code& error) const;
+
+// The listing tells what is a link; asking for each file by itself would cost more than all else.
+template <typename Entry>
+bool ForEachEntry(const Dir& folder, IsWanted isWanted, const Dir::Filter& filter,
+                  const boost::function<void(const Entry& entry)>& visit) {
+  std::vector<std::u16string> names;
+  std::error_code error;
+  for (fs::directory_iterator at(ToNative(folder.FullPath()), error), end; !error && at != end;
+       at.increment(error)) {
+    std::error_code vanished;
+    if (at->is_symlink(vanished) || !((*at).*isWanted)(vanished)) continue;
+    const std::u16string name = FromNative(at->path().filename());
+    if (!filter || filter(name)) names.push_back(name);
+  }
+  if (error) {
+    TracePresetDetail("Skipping preset folder: " + ShownPath(folder.FullPath()) + ": " +
+                      error.message());
+    return false;
+  }
+  std::ranges::sort(names);
+  for (const auto& name : names) visit(Entry(folder, name));
+  return true;
+}
+
 }  // namespace
 
 bool IsFolderName(const std::string& modeID) {
@@ -42,22 +70,12 @@ bool IsFolderName(const std::string& modeID) {
 }
 
 bool ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& folder)>& visit) {
-  Dir::SubdirIterator at;
-  if (!Attempt("Skipping preset folder", [&] { at = folder.BeginSubdirs(); })) return false;
-  for (; at != folder.EndSubdirs(); ++at) {
-    if (!IsLink(*at)) visit(*at);
-  }
-  return true;
+  return ForEachEntry(folder, &fs::directory_entry::is_directory, {}, visit);
 }
 
 bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
                  const boost::function<void(const File& file)>& visit) {
-  Dir::FileIterator at;
-  if (!Attempt("Skipping preset folder", [&] { at = folder.BeginFiles(filter); })) return false;
-  for (; at != folder.EndFiles(); ++at) {
-    if (!IsLink(*at)) visit(*at);
-  }
-  return true;
+  return ForEachEntry(folder, &fs::directory_entry::is_regular_file, filter, visit);
 }
 
 bool IsLink(const Dir& folder) { return IsLinkAt(folder.FullPath()); }
