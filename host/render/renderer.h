@@ -21,8 +21,7 @@ struct RenderRequest {
   std::string pictureCaption;     ///< a line that tells what was done; may be empty
   bool isDryRun = false;          ///< measures and plans, and writes nothing
   Look look;
-  AnalysisCache* analyses =
-      nullptr;  ///< keeps what is measured of the input file; null: nothing is
+  AnalysisCache* analyses = nullptr;  ///< keeps what is measured of the input file; null: nobody
   /// Of the report's analyses, each of which takes time; none leaves them out. A picture has all.
   std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state

@@ -42,7 +42,7 @@ bool IsFile(const fs::directory_entry& entry, std::error_code& error) {
 
 template <typename Entry>
 std::vector<Entry> List(const Dir& folder, IsWanted isWanted, const Dir::Filter& filter,
-                        const Dir::Cancel& cancel) {
+                        const Dir::Cancel& cancel, Dir::Links links) {
   const fs::path path = ToNative(folder.FullPath());
   std::error_code error;
   std::vector<std::u16string> names;
@@ -50,6 +50,7 @@ std::vector<Entry> List(const Dir& folder, IsWanted isWanted, const Dir::Filter&
     if (cancel && cancel()) break;
     const std::u16string name = FromNative(at->path().filename());
     std::error_code entryError;  // an entry that vanished meanwhile is not wanted
+    if (links == Dir::Links::kSkip && at->is_symlink(entryError)) continue;
     if (isWanted(*at, entryError) && (!filter || filter(name))) names.push_back(name);
   }
   if (error) Fail(path, error.message());
@@ -100,12 +101,13 @@ void Dir::Delete() const {
   if (!fs::remove(path, error)) Fail(path, error.message());
 }
 
-Dir::SubdirIterator Dir::BeginSubdirs(const Filter& filter, const Cancel& cancel) const {
-  return SubdirIterator(List<Dir>(*this, IsFolder, filter, cancel));
+Dir::SubdirIterator Dir::BeginSubdirs(const Filter& filter, const Cancel& cancel,
+                                      Links links) const {
+  return SubdirIterator(List<Dir>(*this, IsFolder, filter, cancel, links));
 }
 
-Dir::FileIterator Dir::BeginFiles(const Filter& filter, const Cancel& cancel) const {
-  return FileIterator(List<File>(*this, IsFile, filter, cancel));
+Dir::FileIterator Dir::BeginFiles(const Filter& filter, const Cancel& cancel, Links links) const {
+  return FileIterator(List<File>(*this, IsFile, filter, cancel, links));
 }
 
 }  // namespace teskcore::filesupport

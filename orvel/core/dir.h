@@ -68,6 +68,9 @@ class ORVEL_EXPORT Dir {
   /// Whether the listing ends here.
   using Cancel = boost::function<bool()>;
 
+  /// What becomes of links in a listing: they count as what they lead to, or are left out.
+  enum class Links { kFollow, kSkip };
+
   /// Over folders.
   using SubdirIterator = ListingIterator<Dir>;
 
@@ -114,14 +117,15 @@ class ORVEL_EXPORT Dir {
   /// The direct sub-folders, sorted by name. `filter` keeps the names for which it answers true;
   /// `cancel` ends the listing as soon as it answers true; both may be empty. Raises
   /// `dir_exception` when the folder cannot be listed.
-  SubdirIterator BeginSubdirs(const Filter& filter = Filter(),
-                              const Cancel& cancel = Cancel()) const;
+  SubdirIterator BeginSubdirs(const Filter& filter = Filter(), const Cancel& cancel = Cancel(),
+                              Links links = Links::kFollow) const;
 
   /// The end of `BeginSubdirs`.
   SubdirIterator EndSubdirs() const { return SubdirIterator(); }
 
   /// The same for the direct regular files.
-  FileIterator BeginFiles(const Filter& filter = Filter(), const Cancel& cancel = Cancel()) const;
+  FileIterator BeginFiles(const Filter& filter = Filter(), const Cancel& cancel = Cancel(),
+                          Links links = Links::kFollow) const;
 
   /// The end of `BeginFiles`.
   FileIterator EndFiles() const { return FileIterator(); }

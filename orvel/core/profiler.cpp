@@ -25,11 +25,9 @@ std::shared_ptr<const ProfileDataLog> CodeProfilerManager::CreateNewProfileDataL
 void CodeProfilerManager::Report(const ProfileDataLog& log,
                                  std::chrono::nanoseconds duration) const noexcept {
   try {
-    const auto copy = [this] {
-      const std::lock_guard lock(mutex_);
-      return sink_;
-    };
-    const Sink sink = copy();  // it may replace itself
+    std::unique_lock lock(mutex_);
+    const Sink sink = sink_;  // it may replace itself
+    lock.unlock();
     if (sink) sink(log, duration);
   } catch (...) {
     // Measuring must not change what is measured.

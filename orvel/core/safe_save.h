@@ -11,8 +11,8 @@ namespace teskcore::filesupport {
 /// that is not committed goes with this object.
 ///
 /// A link is followed: what it leads to is replaced, and the link stays; or, when asked for, the
-/// link is replaced. A target that may not be
-/// written is replaced all the same, as long as its folder may be written.
+/// link is replaced. A target that may not be written is replaced all the same, as long as its
+/// folder may be written.
 class ORVEL_EXPORT SafeSave {
  public:
   /// What becomes of a link in the target's place.

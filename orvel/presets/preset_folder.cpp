@@ -1,10 +1,8 @@
 #include "orvel/presets/preset_folder.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <system_error>
-#include <vector>
 
 #include "orvel/core/file_error.h"
 #include "orvel/core/native_path.h"
@@ -13,7 +11,6 @@
 
 namespace orvel {
 namespace fs = std::filesystem;
-using teskcore::filesupport::FromNative;
 using teskcore::filesupport::IsPathElement;
 using teskcore::filesupport::ToNative;
 
@@ -35,31 +32,6 @@ bool Attempt(const char* what, const boost::function<void()>& work) {
   }
 }
 
-using IsWanted = bool (fs::directory_entry::*)(std::error_code& error) const;
-
-// The listing tells what is a link; asking for each file by itself would cost more than all else.
-template <typename Entry>
-bool ForEachEntry(const Dir& folder, IsWanted isWanted, const Dir::Filter& filter,
-                  const boost::function<void(const Entry& entry)>& visit) {
-  std::vector<std::u16string> names;
-  std::error_code error;
-  for (fs::directory_iterator at(ToNative(folder.FullPath()), error), end; !error && at != end;
-       at.increment(error)) {
-    std::error_code vanished;
-    if (at->is_symlink(vanished) || !((*at).*isWanted)(vanished)) continue;
-    const std::u16string name = FromNative(at->path().filename());
-    if (!filter || filter(name)) names.push_back(name);
-  }
-  if (error) {
-    TracePresetDetail("Skipping preset folder: " + ShownPath(folder.FullPath()) + ": " +
-                      error.message());
-    return false;
-  }
-  std::ranges::sort(names);
-  for (const auto& name : names) visit(Entry(folder, name));
-  return true;
-}
-
 }  // namespace
 
 bool IsFolderName(const std::string& modeID) {
@@ -70,16 +42,27 @@ bool IsFolderName(const std::string& modeID) {
 }
 
 bool ForEachSubfolder(const Dir& folder, const boost::function<void(const Dir& folder)>& visit) {
-  return ForEachEntry(folder, &fs::directory_entry::is_directory, {}, visit);
+  Dir::SubdirIterator at;
+  const auto list = [&] { at = folder.BeginSubdirs({}, {}, Dir::Links::kSkip); };
+  if (!Attempt("Skipping preset folder", list)) return false;
+  for (; at != folder.EndSubdirs(); ++at) visit(*at);
+  return true;
 }
 
 bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
                  const boost::function<void(const File& file)>& visit) {
-  return ForEachEntry(folder, &fs::directory_entry::is_regular_file, filter, visit);
+  Dir::FileIterator at;
+  const auto list = [&] { at = folder.BeginFiles(filter, {}, Dir::Links::kSkip); };
+  if (!Attempt("Skipping preset folder", list)) return false;
+  for (; at != folder.EndFiles(); ++at) visit(*at);
+  return true;
 }
 
 bool IsLink(const Dir& folder) { return IsLinkAt(folder.FullPath()); }
 bool IsLink(const File& file) { return IsLinkAt(file.FullPath()); }
+bool IsBehindLink(const Dir& modeFolder) {
+  return IsLink(modeFolder.Parent()) || IsLink(modeFolder);
+}
 
 void DeleteTree(const Dir& folder) {
   std::error_code error;
@@ -105,7 +88,7 @@ bool CreateFolder(const Dir& folder) {
 }
 
 bool CreateModeFolder(const Dir& folder) {
-  if (!IsLink(folder.Parent()) && !IsLink(folder)) return CreateFolder(folder);
+  if (!IsBehindLink(folder)) return CreateFolder(folder);
   TracePresetDetail("Error creating preset folder: " + ShownPath(folder.FullPath()) +
                     ": a link stands there");
   return false;

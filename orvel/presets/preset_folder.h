@@ -26,6 +26,9 @@ bool ForEachFile(const Dir& folder, const Dir::Filter& filter,
 bool IsLink(const Dir& folder);
 bool IsLink(const File& file);
 
+/// Whether a mode folder or that of its name is a link.
+bool IsBehindLink(const Dir& modeFolder);
+
 /// With all that is in it, as far as it can be deleted.
 void DeleteTree(const Dir& folder);
 

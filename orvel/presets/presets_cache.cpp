@@ -207,7 +207,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
   const File file = entry->file;
   const Dir folder = file.Parent();
   // It was none when it was read: behind a link stand files that belong somewhere else.
-  if (IsLink(folder.Parent()) || IsLink(folder)) {
+  if (IsBehindLink(folder)) {
     TracePresetDetail("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
     return false;
   }
@@ -250,7 +250,7 @@ bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
     const Dir folder(Dir(root_, title), UTF8to16(preset.PresetData.ModeID));
     const bool isTaken = IsReservedPresetName(temporary.Name) ||
                          IsNameTaken(temporary.Name, preset.PresetData.ModeID);
-    const bool isFree = !folder.Exists() && !IsLink(folder) && !IsLink(folder.Parent());
+    const bool isFree = !folder.Exists() && !IsBehindLink(folder);
     if (!isTaken && isFree) {
       return Create(temporary, title, true);
     }
