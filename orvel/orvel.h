@@ -36,6 +36,7 @@
 #include "orvel/core/prop_list_json.h"
 #include "orvel/core/ref_counted.h"
 #include "orvel/core/safe_save.h"
+#include "orvel/core/taken_names.h"
 #include "orvel/core/text.h"
 #include "orvel/core/trace.h"
 #include "orvel/core/usage_logger.h"

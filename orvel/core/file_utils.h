@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "orvel/core/dir.h"
 #include "orvel/core/export.h"
@@ -27,14 +26,8 @@ ORVEL_EXPORT std::u16string UniqueFileName(const filesupport::Dir& folder,
 /// never give the same file name.
 ORVEL_EXPORT std::u16string NormalizePathForSaving(const std::u16string& name);
 
-/// The same for a folder in which `others` stand: the one of them that was made of this name, or
-/// else a new one. When a file system may take that for one of the others, because they differ in
-/// case or in how accents are composed, "%~" and a number from 2 stand behind it.
-ORVEL_EXPORT std::u16string NormalizePathForSaving(const std::u16string& name,
-                                                   const std::vector<std::u16string>& others);
-
-/// Whether one of the functions above, now or in the earlier versions that put a code of the
-/// letters' case behind "%~", made this file name of the name.
+/// Whether the function above or `TakenNames`, now or in the earlier versions that put a code of
+/// the letters' case behind "%~", made this file name of the name.
 ORVEL_EXPORT bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name);
 
 }  // namespace teskcore::utility::FileUtils

@@ -14,12 +14,14 @@
 
 #include "orvel/core/code_points.h"
 #include "orvel/core/file_utils.h"
+#include "orvel/core/taken_names.h"
 #include "orvel/core/text.h"
 
 namespace teskcore::utility::FileUtils {
 namespace {
 
 constexpr std::size_t kMaxBytes = 200;
+constexpr std::size_t kDigestDigits = 32;
 constexpr char16_t kMark[] = u"%~";
 constexpr char16_t kHexDigits[] = u"0123456789abcdef";
 constexpr std::u16string_view kRefused = u"/\\:*?\"<>|%";
@@ -94,16 +96,18 @@ std::string Unescape(const std::string& safe) {
 
 // Equal for names that some file system takes for one: those that differ in case, in how accents
 // are composed, or in what is not seen. It passes over some more differences, which does no harm.
-icu::UnicodeString Fold(const std::u16string& name) {
+std::u16string Fold(const std::u16string& name) {
   icu::UnicodeString folded;
   for (std::size_t i = 0; i < name.size();) {
     folded.append(u_tolower(u_toupper(NextCodePoint(name, i))));
   }
   UErrorCode status = U_ZERO_ERROR;
   const auto* folding = icu::Normalizer2::getNFKCCasefoldInstance(status);
-  if (folding == nullptr) return folded;  // ICU comes without its data
-  const auto normalized = folding->normalize(folded, status);
-  return U_SUCCESS(status) ? normalized : folded;
+  if (folding != nullptr) {  // or ICU comes without its data
+    const auto normalized = folding->normalize(folded, status);
+    if (U_SUCCESS(status)) folded = normalized;
+  }
+  return {folded.getBuffer(), static_cast<std::size_t>(folded.length())};
 }
 
 std::u16string Digest(const std::u16string& name) {
@@ -129,6 +133,26 @@ std::u16string Cut(const std::u16string& safe, std::size_t bytes) {
   return cut;
 }
 
+// A file name was made of a name when they have an origin in common: the name, or its digest.
+std::string OriginOfName(const std::string& name) { return "=" + name; }
+std::string OriginOfDigest(const std::u16string& digest) { return "#" + UTF16to8(digest); }
+
+std::vector<std::string> OriginsOfName(const std::u16string& name) {
+  if (name.empty()) return {};
+  return {OriginOfName(UTF16to8(name)), OriginOfDigest(Digest(name))};
+}
+
+std::vector<std::string> OriginsOfFileName(const std::u16string& fileName) {
+  const std::size_t mark = std::min(fileName.find(kMark), fileName.size());
+  const std::u16string code = fileName.substr(std::min(mark + 2, fileName.size()));
+  if (code.find_first_not_of(kHexDigits) != code.npos) return {};
+  std::vector<std::string> origins = {OriginOfName(Unescape(UTF16to8(fileName.substr(0, mark))))};
+  if (code.size() >= kDigestDigits) {
+    origins.push_back(OriginOfDigest(code.substr(0, kDigestDigits)));
+  }
+  return origins;
+}
+
 }  // namespace
 
 std::u16string NormalizePathForSaving(const std::u16string& name) {
@@ -138,28 +162,37 @@ std::u16string NormalizePathForSaving(const std::u16string& name) {
   return Cut(safe, kMaxBytes - tail.size()) + tail;
 }
 
-std::u16string NormalizePathForSaving(const std::u16string& name,
-                                      const std::vector<std::u16string>& others) {
-  const std::u16string safe = NormalizePathForSaving(name);
-  if (std::ranges::find(others, safe) != others.end()) return safe;
-  std::vector<icu::UnicodeString> taken;
-  for (const auto& other : others) {
-    if (IsNormalizedFrom(other, name)) return other;
-    taken.push_back(Fold(other));
+bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name) {
+  const auto origins = OriginsOfFileName(fileName);
+  return std::ranges::any_of(OriginsOfName(name), [&origins](const std::string& origin) {
+    return std::ranges::find(origins, origin) != origins.end();
+  });
+}
+
+void TakenNames::Insert(const std::u16string& fileName) {
+  if (!names_.insert(fileName).second) return;
+  folded_.insert(Fold(fileName));
+  for (const auto& origin : OriginsOfFileName(fileName)) origins_.emplace(origin, fileName);
+}
+
+void TakenNames::Erase(const std::u16string& fileName) {
+  if (names_.erase(fileName) == 0) return;
+  folded_.erase(folded_.find(Fold(fileName)));
+  for (const auto& origin : OriginsOfFileName(fileName)) origins_.erase({origin, fileName});
+}
+
+std::u16string TakenNames::Choose(const std::u16string& name) const {
+  std::u16string safe = NormalizePathForSaving(name);
+  if (Contains(safe)) return safe;
+  for (const auto& origin : OriginsOfName(name)) {
+    const auto at = origins_.lower_bound({origin, {}});
+    if (at != origins_.end() && at->first == origin) return at->second;
   }
   std::u16string candidate = safe;
-  for (int number = 2; std::ranges::find(taken, Fold(candidate)) != taken.end(); ++number) {
+  for (int number = 2; folded_.contains(Fold(candidate)); ++number) {
     candidate = safe + kMark + UTF8to16(std::to_string(number));
   }
   return candidate;
-}
-
-bool IsNormalizedFrom(const std::u16string& fileName, const std::u16string& name) {
-  const std::size_t mark = std::min(fileName.find(kMark), fileName.size());
-  const std::u16string code = fileName.substr(std::min(mark + 2, fileName.size()));
-  if (name.empty() || code.find_first_not_of(kHexDigits) != code.npos) return false;
-  return Unescape(UTF16to8(fileName.substr(0, mark))) == UTF16to8(name) ||
-         (!code.empty() && code.starts_with(Digest(name)));
 }
 
 }  // namespace teskcore::utility::FileUtils

@@ -37,6 +37,7 @@ template <typename T>
 bool DirBasedPresetsCache<T>::Load() {
   entries_.clear();
   titles_.clear();
+  names_.reset();
   std::vector<std::pair<Title, File>> files;
   bool isWhole = ListPresetFiles(folder_, files);
   for (const auto& [title, file] : files) isWhole &= LoadFile(title, file);
@@ -107,8 +108,7 @@ template <typename T>
 bool DirBasedPresetsCache<T>::Remove(const Guid& guid) {
   const auto title = titles_.find(guid);
   if (title == titles_.end() || !DeletePresetFile(FileOf(title->second))) return false;
-  entries_.erase(title->second);
-  titles_.erase(title);
+  Forget(Title(title->second));
   return true;
 }
 
@@ -117,35 +117,51 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
   return {folder_, title + kPresetFileExtension};
 }
 
+// Also those of files that hold no preset, which are not to be written over.
+template <typename T>
+bool DirBasedPresetsCache<T>::ListNames() {
+  FileUtils::TakenNames names;
+  const auto isOfPresets = [](const Title& file) { return file.ends_with(kPresetFileExtension); };
+  const bool isListed = ForEachFile(folder_, isOfPresets,
+                                    [&names](const File& file) { names.Insert(file.GetTitle()); });
+  if (isListed) names_ = std::move(names);
+  return isListed;
+}
+
 // The file for `preset`: one that is saved again under its name stays where it is, and two presets
 // that have borne one name since they were read keep a file each. False when the folder cannot be
 // listed.
 template <typename T>
-bool DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset, Title& title) const {
+bool DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset, Title& title) {
   const std::u16string name = UTF8to16(preset.Name);
   const auto own = titles_.find(preset.Guid);
   const bool keepsName = own != titles_.end() && entries_.at(own->second).Name == preset.Name;
   title = FileUtils::NormalizePathForSaving(name);
   if (keepsName && own->second == title) return true;
-  std::vector<Title> others;
-  const auto isFile = [](const Title& file) { return file.ends_with(kPresetFileExtension); };
-  const bool isListed = ForEachFile(folder_, isFile, [&](const File& file) {
-    if (own == titles_.end() || file.GetTitle() != own->second) others.push_back(file.GetTitle());
-  });
-  title = FileUtils::NormalizePathForSaving(name, others);
+  const auto choose = [&] {
+    if (own != titles_.end()) names_->Erase(own->second);
+    title = names_->Choose(name);
+    if (own != titles_.end()) names_->Insert(own->second);
+  };
+  if (!names_ && !ListNames()) return false;
+  choose();
+  // What somebody put there since the folder was listed is seen where it would be written over.
+  if (!names_->Contains(title) && FileOf(title).Exists()) {
+    if (!ListNames()) return false;
+    choose();
+  }
   const auto occupant = entries_.find(title);
   const bool isTwin = keepsName && occupant != entries_.end() &&
                       occupant->second.Guid != preset.Guid && occupant->second.Name == preset.Name;
   if (isTwin) title = own->second;
-  return isListed;
+  return true;
 }
 
 template <typename T>
 bool DirBasedPresetsCache<T>::Move(const Title& from, const Title& to) {
   if (!MovePresetPath(FileOf(from).FullPath(), FileOf(to).FullPath())) return false;
-  const auto entry = entries_.find(from);
-  const Preset<T> preset = entry->second;
-  entries_.erase(entry);
+  const Preset<T> preset = entries_.at(from);
+  Forget(from);
   Insert(to, preset);
   return true;
 }
@@ -162,7 +178,7 @@ bool DirBasedPresetsCache<T>::Put(const Title& title, const Preset<T>& preset) {
       WritePresetFile(FileOf(own), entries_.at(own));
       return false;
     }
-    entries_.erase(own);
+    Forget(own);
   }
   Insert(title, preset);
   return true;
@@ -174,6 +190,15 @@ void DirBasedPresetsCache<T>::Insert(const Title& title, Preset<T> preset) {
   if (replaced != entries_.end()) titles_.erase(replaced->second.Guid);
   titles_[preset.Guid] = title;
   entries_.insert_or_assign(title, std::move(preset));
+  if (names_) names_->Insert(title);
+}
+
+template <typename T>
+void DirBasedPresetsCache<T>::Forget(const Title& title) {
+  const auto entry = entries_.find(title);
+  titles_.erase(entry->second.Guid);
+  entries_.erase(entry);
+  if (names_) names_->Erase(title);
 }
 
 template class DirBasedPresetsCache<UserPresetData>;

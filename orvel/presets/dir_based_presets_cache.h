@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "orvel/core/export.h"
 #include "orvel/core/file.h"
 #include "orvel/core/guid.h"
+#include "orvel/core/taken_names.h"
 #include "orvel/presets/preset.h"
 
 namespace orvel {
@@ -59,15 +61,18 @@ class ORVEL_EXPORT DirBasedPresetsCache {
 
   File FileOf(const Title& title) const;
   bool LoadFile(const Title& title, const File& file);
-  bool ChooseTitle(const Preset<T>& preset, Title& title) const;
+  bool ListNames();
+  bool ChooseTitle(const Preset<T>& preset, Title& title);
   bool Move(const Title& from, const Title& to);
   bool Put(const Title& title, const Preset<T>& preset);
   void Insert(const Title& title, Preset<T> preset);
+  void Forget(const Title& title);
 
   Dir folder_;
   Adopt adopt_;
   Entries entries_;
   std::map<Guid, Title> titles_;
+  std::optional<FileUtils::TakenNames> names_;  // of all files; listed when first asked for
 };
 
 }  // namespace orvel

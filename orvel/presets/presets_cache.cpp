@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "orvel/configuration/configuration_manager.h"
-#include "orvel/core/file_utils.h"
+#include "orvel/core/taken_names.h"
 #include "orvel/core/text.h"
 #include "orvel/core/usage_logger.h"
 #include "orvel/presets/config_entries.h"
@@ -136,9 +136,9 @@ bool PresetsCache::Rename(ConfigEntry& entry, const Preset<ConfigPresetData>& pr
 // The name folder for a preset of this name; false when it can have none.
 bool PresetsCache::MakeFolderTitle(const std::string& name, std::u16string& title) const {
   if (!CanNameAPreset(name)) return false;
-  std::vector<std::u16string> others;
-  ForEachSubfolder(root_, [&others](const Dir& folder) { others.push_back(folder.GetName()); });
-  title = FileUtils::NormalizePathForSaving(UTF8to16(name), others);
+  FileUtils::TakenNames others;
+  ForEachSubfolder(root_, [&others](const Dir& folder) { others.Insert(folder.GetName()); });
+  title = others.Choose(UTF8to16(name));
   return true;
 }
 

@@ -13,6 +13,7 @@
 #include "orvel/core/dir.h"
 #include "orvel/core/file_utils.h"
 #include "orvel/core/safe_save.h"
+#include "orvel/core/taken_names.h"
 #include "orvel/core/text.h"
 #include "orvel/presets/presets_base_dir.h"
 #include "tests/support/temp_dir.h"
@@ -202,21 +203,32 @@ TEST(FileNames, NamesThatAFileSystemMayTakeForOneAreToldApart) {
                                      {u"a/b", u"A/B"}};
   for (const auto& [first, second] : pairs) {
     const std::u16string other = FileUtils::NormalizePathForSaving(first);
-    const std::u16string title = FileUtils::NormalizePathForSaving(second, {u"x", other});
+    FileUtils::TakenNames taken;
+    for (const auto& here : {std::u16string(u"x"), other}) taken.Insert(here);
+    const std::u16string title = taken.Choose(second);
     EXPECT_EQ(title, FileUtils::NormalizePathForSaving(second) + u"%~2") << UTF16to8(title);
-    EXPECT_EQ(FileUtils::NormalizePathForSaving(second, {other, title}), title) << "it is its own";
+    taken.Insert(title);
+    EXPECT_EQ(taken.Choose(second), title) << "it is its own";
     EXPECT_TRUE(FileUtils::IsNormalizedFrom(title, second));
     EXPECT_FALSE(FileUtils::IsNormalizedFrom(title, first));
   }
-  const std::vector<std::u16string> others = {u"voice", u"Voice%~2"};
-  EXPECT_EQ(FileUtils::NormalizePathForSaving(u"VOICE", others), u"VOICE%~3");
-  EXPECT_EQ(FileUtils::NormalizePathForSaving(u"Voices", others), u"Voices");
+  FileUtils::TakenNames taken;
+  for (const char16_t* name : {u"voice", u"Voice%~2", u"VoicE", u"voice"}) taken.Insert(name);
+  EXPECT_EQ(taken.Choose(u"VOICE"), u"VOICE%~3");
+  EXPECT_EQ(taken.Choose(u"Voices"), u"Voices");
+  taken.Erase(u"Voice%~2");
+  taken.Erase(u"VoicE");
+  EXPECT_EQ(taken.Choose(u"VOICE"), u"VOICE%~2") << "one is left that it may be taken for";
+  taken.Erase(u"voice");
+  EXPECT_EQ(taken.Choose(u"VOICE"), u"VOICE");
 }
 
 TEST(FileNames, ThoseOfEarlierVersionsAreKnown) {
   EXPECT_TRUE(FileUtils::IsNormalizedFrom(u"DJ Mix%~14", u"DJ Mix"));
   EXPECT_TRUE(FileUtils::IsNormalizedFrom(u"%ef%ac%81ne%~2", u"\uFB01ne"));
-  EXPECT_EQ(FileUtils::NormalizePathForSaving(u"voice", {u"voice%~4"}), u"voice%~4");
+  FileUtils::TakenNames taken;
+  taken.Insert(u"voice%~4");
+  EXPECT_EQ(taken.Choose(u"voice"), u"voice%~4");
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"voice%~copy", u"voice"));
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"Voice", u"voice"));
   EXPECT_FALSE(FileUtils::IsNormalizedFrom(u"%~4", u"")) << "no preset is without a name";
