@@ -9,7 +9,8 @@
 namespace teskcore::utility::FileUtils {
 
 /// The file names, without extension, that stand in one folder, for choosing that of a new file
-/// among them. A change and a choice take logarithmic time.
+/// among them. A change and a choice take logarithmic time, but for names that some file system
+/// takes for one, which are counted through.
 class ORVEL_EXPORT TakenNames {
  public:
   /// Nothing happens when it is here, or not here, already.

@@ -117,7 +117,7 @@ File DirBasedPresetsCache<T>::FileOf(const Title& title) const {
   return {folder_, title + kPresetFileExtension};
 }
 
-// Also those of files that hold no preset, which are not to be written over.
+// Also of files that hold no preset: some file system may take a new name for theirs.
 template <typename T>
 bool DirBasedPresetsCache<T>::ListNames() {
   FileUtils::TakenNames names;
@@ -128,9 +128,9 @@ bool DirBasedPresetsCache<T>::ListNames() {
   return isListed;
 }
 
-// The file for `preset`: one that is saved again under its name stays where it is, and two presets
-// that have borne one name since they were read keep a file each. False when the folder cannot be
-// listed.
+// The file for `preset`. One that is saved again under its name stays where it is while the file of
+// that name is that of another preset so called, or of nobody knows what. False when the folder
+// cannot be listed.
 template <typename T>
 bool DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset, Title& title) {
   const std::u16string name = UTF8to16(preset.Name);
@@ -138,22 +138,23 @@ bool DirBasedPresetsCache<T>::ChooseTitle(const Preset<T>& preset, Title& title)
   const bool keepsName = own != titles_.end() && entries_.at(own->second).Name == preset.Name;
   title = FileUtils::NormalizePathForSaving(name);
   if (keepsName && own->second == title) return true;
+  bool isFree = false;
   const auto choose = [&] {
     if (own != titles_.end()) names_->Erase(own->second);
     title = names_->Choose(name);
+    isFree = !names_->Contains(title);
     if (own != titles_.end()) names_->Insert(own->second);
   };
   if (!names_ && !ListNames()) return false;
   choose();
   // What somebody put there since the folder was listed is seen where it would be written over.
-  if (!names_->Contains(title) && FileOf(title).Exists()) {
+  if (isFree && FileOf(title).Exists()) {
     if (!ListNames()) return false;
     choose();
   }
   const auto occupant = entries_.find(title);
-  const bool isTwin = keepsName && occupant != entries_.end() &&
-                      occupant->second.Guid != preset.Guid && occupant->second.Name == preset.Name;
-  if (isTwin) title = own->second;
+  const bool isTwins = occupant == entries_.end() || occupant->second.Name == preset.Name;
+  if (keepsName && !isFree && isTwins) title = own->second;
   return true;
 }
 

@@ -46,10 +46,10 @@ class ORVEL_EXPORT DirBasedPresetsCache {
   /// Appends the presets in the same order.
   void AppendTo(std::vector<Preset<T>>& presets) const;
 
-  /// Writes a preset into the file of its name and files it in memory; one of the same guid, or of
-  /// the same name, is replaced. A preset of another name whose file was given this name by hand
-  /// moves to a file of its own name first. False when it cannot be written; disk and memory are
-  /// then as they were.
+  /// Writes a preset into the file of its name and files it in memory; one of the same guid, or
+  /// what stands in that file, is replaced. A preset of another name whose file was given this name
+  /// by hand before the folder was read moves to a file of its own name first. False when it cannot
+  /// be written; disk and memory are then as they were.
   bool Save(Preset<T> preset);
 
   /// Deletes a preset's file and forgets the preset; false when there is none or its file stays.

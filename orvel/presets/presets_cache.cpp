@@ -25,6 +25,15 @@ constexpr char kReservedName[] = "Default";
 
 Dir RootFolder() { return {GetPresetsBaseDir(), kRootName}; }
 
+// False, traced, when a link has taken the place of its folder since that was read: behind it stand
+// files that belong somewhere else.
+bool IsInPlace(const ConfigEntry& entry) {
+  const Dir folder = entry.file.Parent();
+  if (!IsBehindLink(folder)) return true;
+  TracePresetDetail("Leaving a preset folder behind a link: " + ShownPath(folder.FullPath()));
+  return false;
+}
+
 }  // namespace
 
 PresetsCache::PresetsCache(ModuleHandle module, bool usesFolder)
@@ -86,13 +95,15 @@ void PresetsCache::GetPresets(std::vector<Preset<UserPresetData>>& presets) cons
 
 bool PresetsCache::SavePreset(const Preset<UserPresetData>& preset) {
   ConfigEntry* entry = Find(preset.PresetData.Config);
-  return entry != nullptr && entry->group->presets_.Save(preset);
+  return entry != nullptr && IsInPlace(*entry) && entry->group->presets_.Save(preset);
 }
 
 bool PresetsCache::SavePreset(const Preset<ConfigPresetData>& preset) {
   ConfigEntry* entry = Find(preset.Guid);
   if (entry == nullptr) return CreateConfigPreset(preset);
-  if (preset.PresetData.ModeID != entry->preset.PresetData.ModeID) return false;
+  if (preset.PresetData.ModeID != entry->preset.PresetData.ModeID || !IsInPlace(*entry)) {
+    return false;
+  }
   if (preset.Name != entry->preset.Name) {
     return !entry->isFactory && Rename(*entry, preset);
   }
@@ -186,9 +197,11 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   InsertConfigEntry(entries_, preset, file);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
-    // It stays with what could not be copied, or not be deleted.
-    const bool isGone =
-        MigrateUserPresets(current, preset.Guid, true) && Remove(current, preset.Guid);
+    // It stays with what could not be read, copied or deleted. Another process may have saved
+    // there.
+    const bool isGone = Find(current)->group->presets_.Load() &&
+                        MigrateUserPresets(current, preset.Guid, true) &&
+                        Remove(current, preset.Guid);
     if (!isGone) MakeOrdinary(current);
   }
   UsageLogger::Get().Log({"orvel_save_master_preset",
@@ -203,14 +216,9 @@ bool PresetsCache::RemoveConfigPreset(const Guid& guid) { return Remove(guid, Gu
 bool PresetsCache::Remove(Guid guid, Guid successor) {
   const auto entry =
       std::ranges::find(entries_, guid, [](const ConfigEntry& e) { return e.preset.Guid; });
-  if (entry == entries_.end()) return false;
+  if (entry == entries_.end() || !IsInPlace(*entry)) return false;
   const File file = entry->file;
   const Dir folder = file.Parent();
-  // It was none when it was read: behind a link stand files that belong somewhere else.
-  if (IsBehindLink(folder)) {
-    TracePresetDetail("Keeping a preset folder behind a link: " + ShownPath(folder.FullPath()));
-    return false;
-  }
   // The configuration's file goes last: what is cut short leaves a template with fewer presets, not
   // presets that nobody lists.
   const auto group = entry->group;
@@ -230,14 +238,15 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
 
 bool PresetsCache::RemovePreset(const Guid& guid) {
   for (const auto& entry : entries_) {
-    if (entry.group->GetPresets().Find(guid) != nullptr) return entry.group->presets_.Remove(guid);
+    if (entry.group->GetPresets().Find(guid) == nullptr) continue;
+    return IsInPlace(entry) && entry.group->presets_.Remove(guid);
   }
   return false;
 }
 
 bool PresetsCache::RemovePreset(const Guid& guid, const Guid& config) {
   ConfigEntry* entry = Find(config);
-  return entry != nullptr && entry->group->presets_.Remove(guid);
+  return entry != nullptr && IsInPlace(*entry) && entry->group->presets_.Remove(guid);
 }
 
 bool PresetsCache::AddTemporaryPreset(const Preset<ConfigPresetData>& preset) {
@@ -278,10 +287,14 @@ bool PresetsCache::RescueUserPresets(const Guid& guid) {
   const auto& taken = Find(factory.Guid)->group->GetPresets();
   for (auto& preset : presets) {
     const std::string name = preset.Name;
+    preset.PresetData.Config = factory.Guid;
+    if (const auto* twin = taken.Find(preset.Guid)) {
+      if (twin->Name == name && twin->PresetData == preset.PresetData) continue;
+      preset.Guid = Guid::CreateUnique();
+    }
     for (int number = 2; taken.HasName(preset.Name); ++number) {
       preset.Name = name + " " + std::to_string(number);
     }
-    preset.PresetData.Config = factory.Guid;
     if (!SavePreset(preset)) return false;
   }
   return true;

@@ -127,8 +127,8 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   void GetUserPresetsForConfig(const Guid& config,
                                std::vector<Preset<UserPresetData>>& presets) const;
 
-  /// Null for an unknown configuration. A group that is held keeps what it had when `Reload` makes
-  /// new ones.
+  /// Null for an unknown configuration. A group that is held keeps what it had when `Reload`, or a
+  /// new name of the configuration, makes new ones.
   boost::intrusive_ptr<UserPresetsGroup> GetUserPresetsGroupForGuid(const Guid& config) const;
 
   /// Whether no configuration preset may bear this name: true for "Default".

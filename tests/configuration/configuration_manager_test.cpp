@@ -122,6 +122,17 @@ TEST_F(ConfigurationManagerTest, ATemporaryThatCannotBeDeletedStaysAsAnOrdinaryO
   }
 }
 
+TEST_F(ConfigurationManagerTest, ATemplateInATemporarysPlaceTakesWhatAnotherProcessSavedThere) {
+  session_->Open({MakeConfigPreset("Theirs")});
+  const auto place = Root() / "Theirs (from Session)/dialog";
+  std::string text;
+  ASSERT_TRUE(WritePreset(MakeUserPreset("Voice"), text));
+  WriteText(place / "Voice.orvel", text);
+  EXPECT_TRUE(Handler("dialog").SaveAsNew("Mine"));
+  EXPECT_TRUE(std::filesystem::exists(Root() / "Mine/dialog/Voice.orvel"));
+  EXPECT_FALSE(std::filesystem::exists(place));
+}
+
 TEST_F(ConfigurationManagerTest, AHostThatThrowsAtTheStartLeavesNothingBehind) {
   struct Refusing : DocumentSession {
     boost::signals2::connection RegisterForDocumentChanges(

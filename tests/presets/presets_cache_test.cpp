@@ -206,6 +206,15 @@ TEST_F(PresetsCacheTest, LinksAreNoneOfTheStores) {
   EXPECT_FALSE(cache->SavePreset(config));
   ExpectDiskHolds(*cache);
   EXPECT_TRUE(cache->AddTemporaryPreset(MakeConfigPreset("Behind"))) << "as the second";
+  // A link that takes a folder's place while the program runs.
+  const Guid voice = UsersOf(*cache, mine).back().Guid;
+  const auto known = Describe(*cache);
+  fs::remove_all(Root() / "Renamed/dialog");
+  fs::create_directory_symlink(there / "dialog", Root() / "Renamed/dialog");
+  config.Name = "Renamed";
+  EXPECT_FALSE(cache->SavePreset(config) || cache->SavePreset(MakeUserPreset("New", mine)));
+  EXPECT_FALSE(cache->RemovePreset(voice) || cache->RemovePreset(voice, mine));
+  EXPECT_EQ(Describe(*cache), known);
   EXPECT_EQ(Snapshot(there), before);
 }
 
@@ -266,15 +275,26 @@ TEST_F(PresetsCacheTest, ATemporaryThatACrashLeftGoesUnlessItIsOrHoldsWork) {
 
 TEST_F(PresetsCacheTest, ATemporaryThatGoesLeavesWhatWasSavedUnderIt) {
   const auto session = MakeConfigPreset("Session");
-  ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice")) && cache_->AddTemporaryPreset(session));
+  auto voice = MakeUserPreset("Voice");
+  ASSERT_TRUE(cache_->SavePreset(voice) && cache_->AddTemporaryPreset(session));
   ASSERT_TRUE(cache_->SavePreset(MakeUserPreset("Voice", session.Guid, 2.0f)));
-  // Another process saves here, too.
-  std::string text;
-  ASSERT_TRUE(WritePreset(MakeUserPreset("Theirs", session.Guid), text));
-  WriteText(Root() / "Session" / "dialog" / "Theirs.orvel", text);
+  // Another process saves here, too, and somebody copies a preset, twice, and changes one copy.
+  const std::size_t count = UsersOf(*cache_, kDialogTemplate).size();
+  const auto put = [this](const std::string& file, const UserPreset& preset) {
+    std::string text;
+    ASSERT_TRUE(WritePreset(preset, text));
+    WriteText(Root() / "Session/dialog" / file, text);
+  };
+  put("Theirs.orvel", MakeUserPreset("Theirs", session.Guid));
+  const auto same = UsersOf(*cache_, kDialogTemplate).front();
+  put("Same.orvel", same);
+  voice.Name = "Changed";
+  put("Changed.orvel", voice);
   EXPECT_TRUE(cache_->RemoveTemporaryPreset(session.Guid));
   EXPECT_FALSE(fs::exists(Root() / "Session"));
-  EXPECT_THAT(UserNames(*cache_, kDialogTemplate), IsSupersetOf({"Voice", "Voice 2", "Theirs"}));
+  EXPECT_THAT(UserNames(*cache_, kDialogTemplate),
+              IsSupersetOf({"Voice", "Voice 2", "Theirs", "Changed"}));
+  EXPECT_THAT(UsersOf(*cache_, kDialogTemplate), SizeIs(count + 3));
   // What cannot be read may be somebody's, and would be listed nowhere.
   ASSERT_TRUE(cache_->AddTemporaryPreset(session));
   WriteText(Root() / "Session/dialog/Unread.orvel", "{");
