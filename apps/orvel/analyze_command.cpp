@@ -9,17 +9,20 @@
 #include "apps/orvel/progress_bar.h"
 #include "host/analysis/analysis_report.h"
 #include "host/audio/audio_error.h"
+#include "host/render/input_file.h"
 
 namespace orvelcli {
 namespace {
 
 orvelhost::ClipAnalysis Analyze(const std::string& file, const Command& command, bool isQuiet) {
-  orvelhost::FileSource source(file);
   ProgressBar bar;
-  const orvelhost::ClipAnalysis analysis = orvelhost::AnalyzeClip(source, [&bar](double done) {
+  const auto progress = [&bar](double done) {
     bar.Show(done);
     return !WasInterrupted();
-  });
+  };
+  const orvelhost::InputFile input(file, progress);
+  orvelhost::FileSource source = input.Open();
+  const orvelhost::ClipAnalysis analysis = orvelhost::AnalyzeClip(source, progress);
   bar.Wipe();
   for (const std::string& note : source.Notes()) {
     if (!isQuiet) std::cerr << command.name << ": note: " << note << "\n";

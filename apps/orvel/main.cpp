@@ -47,7 +47,8 @@ void PrintUsage(std::ostream& stream) {
             "\n"
             "  --prefs DIR   keeps presets, templates and translations there, not in the folder\n"
             "                orvel of the platform's configuration folder\n"
-            "  --log FILE    adds what the program did to this file; otherwise nothing is logged\n";
+            "  --log FILE    adds usage events, and what the preset store had to tell, to this\n"
+            "                file; otherwise nothing is logged\n";
 }
 
 int Run(int argc, char** argv) {

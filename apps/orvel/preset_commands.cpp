@@ -28,12 +28,13 @@ using teskcore::serialization::JSONValue;
 
 /// The preset that a command is about, narrowed by --mode and --template.
 orvel::UserPreset FindPreset(const PresetStore& store, const CommandLine& line,
-                             const std::string& name) {
+                             const std::string& name,
+                             orvelhost::Capitals capitals = orvelhost::Capitals::kAny) {
   const std::string mode = CheckMode(line.Value("mode"));
   const std::string configuration = line.Value("template");
-  return store.FindPreset(
-      {name, mode,
-       configuration.empty() ? orvel::Guid() : store.FindTemplate({configuration, mode, {}}).Guid});
+  const orvel::Guid config =
+      configuration.empty() ? orvel::Guid() : store.FindTemplate({configuration, mode, {}}).Guid;
+  return store.FindPreset({name, mode, config, capitals});
 }
 
 void PrintPreset(const CommandLine& line, const PresetStore& store, const char* done,
@@ -105,7 +106,9 @@ int Remove(const Command& /*command*/, const CommandLine& line) {
   if (line.Words().size() != 1) throw UsageError("give one preset");
   const orvelhost::Host host;
   const PresetStore store(host);
-  const orvel::UserPreset preset = FindPreset(store, line, line.Words().front());
+  // What cannot be taken back is done to no preset that only sounds alike.
+  const orvel::UserPreset preset =
+      FindPreset(store, line, line.Words().front(), orvelhost::Capitals::kAsWritten);
   store.Remove(preset);
   PrintPreset(line, store, "removed", preset);
   return kExit_Success;

@@ -44,7 +44,8 @@ JSONValue NameAndGuid(const std::string& name, const orvel::Guid& guid) {
 }
 
 /// Takes up the mode, its template, the preset and the settings that are asked for; `asked` tells
-/// them in the report. Raises UsageError when one is wrong.
+/// them in the report. Raises UsageError when one is wrong, PresetError when the preset folder
+/// cannot be used.
 orvelhost::Look ChooseLook(const CommandLine& line, const orvelhost::Host& host, JSONValue& asked) {
   orvelhost::Look look;
   look.mode = CheckMode(line.Value("mode"));
@@ -56,9 +57,11 @@ orvelhost::Look ChooseLook(const CommandLine& line, const orvelhost::Host& host,
   AddToObject(asked, "mode", look.mode.empty() ? JSONValue(G_NullType) : JSONValue(look.mode));
   JSONValue templateUsed = G_NullType;
   JSONValue presetUsed = G_NullType;
-  try {
-    if (!look.mode.empty()) {
-      const orvelhost::PresetStore store(host);
+  if (!look.mode.empty()) {
+    const orvelhost::PresetStore store(host);
+    // Without its template a mode would have other values than those that it is known for.
+    if (!line.Has("template")) store.GetFactoryTemplate(look.mode);
+    try {
       const auto* manager = orvel::ConfigurationManager::Get();
       if (line.Has("template")) {
         manager->GetConfigPresetHandler(look.mode)->Select(
@@ -72,9 +75,9 @@ orvelhost::Look ChooseLook(const CommandLine& line, const orvelhost::Host& host,
         look.preset = store.FindPreset({preset, look.mode, current});
         presetUsed = NameAndGuid(look.preset->Name, look.preset->Guid);
       }
+    } catch (const orvelhost::PresetError& error) {
+      throw UsageError(error.what());
     }
-  } catch (const orvelhost::PresetError& error) {
-    throw UsageError(error.what());
   }
   std::string error;
   const auto settings = line.Values("set");
@@ -172,7 +175,6 @@ class Teller {
     if (outcome.status == RenderOutcome::kFailed) Tell(outcome.error);
     const std::string name = Quoted(request.input);
     for (const std::string& note : outcome.report.notes) {
-      if (line_.IsQuiet()) break;
       const bool isNamed = !isOneOfMany || note.find(name) != std::string::npos;
       Tell(std::string("note: ").append(isNamed ? "" : name + ": ").append(note));
     }
@@ -268,6 +270,7 @@ int RenderAll(const Command& command, const CommandLine& line) {
   const orvelhost::Host host;
   JSONValue asked;
   const orvelhost::Look look = ChooseLook(line, host, asked);
+  PrintNotes(command, line, host);
   const int jobCount = ReadJobCount(line);
   if (line.Words().empty()) throw UsageError("give one input file or more");
   if (line.Value("output").empty()) throw UsageError("give one output with -o");
@@ -362,7 +365,7 @@ const Command kRender = {
     "                     no report and no picture either\n"
     "  -f, --force        replaces files that exist\n"
     "  -j, --json         prints the report\n"
-    "  -q, --quiet        prints nothing but errors and warnings\n"
+    "  -q, --quiet        prints nothing but errors and what to know about an output\n"
     "  -h, --help         prints this\n"
     "\n"
     "What can be set:\n",

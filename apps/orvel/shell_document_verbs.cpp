@@ -1,5 +1,6 @@
 #include "apps/orvel/interrupt.h"
 #include "apps/orvel/shell_verbs.h"
+#include "host/audio/audio_error.h"
 #include "host/catalogue/json_values.h"
 #include "host/render/render_batch.h"
 #include "host/render/render_list.h"
@@ -41,6 +42,7 @@ Answer RenderClips(ShellState& state, const Words& words) {
   const auto outcomes = orvelhost::RenderBatch(state.host, requests, 1, {{}, goOn});
   Words done;
   Words faults;
+  std::string notes;
   teskcore::serialization::JSONValue list = teskcore::serialization::JSONArray();
   for (std::size_t index = 0; index < requests.size(); ++index) {
     const orvelhost::RenderOutcome& outcome = outcomes[index];
@@ -48,6 +50,9 @@ Answer RenderClips(ShellState& state, const Words& words) {
     auto entry = MakeObject({{"clip", index + 1}, {"file", file}});
     if (outcome.status == orvelhost::RenderOutcome::kDone) {
       AddToObject(entry, "notes", MakeArray(outcome.report.notes));
+      for (const auto& note : outcome.report.notes) {
+        notes.append("; note: ").append(orvelhost::Printable(file)).append(": ").append(note);
+      }
       done.push_back(file);
     } else {
       faults.push_back(outcome.status == orvelhost::RenderOutcome::kFailed
@@ -64,6 +69,7 @@ Answer RenderClips(ShellState& state, const Words& words) {
     AddToObject(answer.json, "error", Join(faults));
     answer.hasFailed = true;
   }
+  answer.text += notes;
   return answer;
 }
 

@@ -113,6 +113,9 @@ class AudioReader::Decoder {
     if (std::filesystem::is_directory(status)) {
       Fail("it is a folder");
     }
+    if (std::filesystem::is_fifo(status)) {
+      Fail("it is a pipe, which cannot be read twice");
+    }
     if (std::filesystem::is_regular_file(status) && std::filesystem::file_size(path_, error) == 0 &&
         !error) {
       Fail("the file is empty");

@@ -21,7 +21,7 @@ std::string LowerCase(std::string text) {
 /// The presets that a name or a guid means. As it is stored, a name tells presets apart that are
 /// shown alike.
 template <typename T>
-std::vector<T> Matches(const std::vector<T>& presets, const std::string& name) {
+std::vector<T> Matches(const std::vector<T>& presets, const std::string& name, Capitals capitals) {
   std::vector<T> matches;
   const orvel::Guid guid(name);
   const auto keep = [&](const auto& fits) {
@@ -32,6 +32,7 @@ std::vector<T> Matches(const std::vector<T>& presets, const std::string& name) {
   keep([&](const T& preset) {
     return ShownName(preset.Name) == name || EnglishName(preset.Name) == name;
   });
+  if (capitals == Capitals::kAsWritten) return matches;
   keep([&](const T& preset) {
     return LowerCase(ShownName(preset.Name)) == LowerCase(name) ||
            LowerCase(EnglishName(preset.Name)) == LowerCase(name);
@@ -50,11 +51,12 @@ void SortByName(std::vector<T>& presets) {
   });
 }
 
+/// `within` tells, behind the mode, where the query looks.
 template <typename T, typename Describe>
 T TakeOnly(const std::vector<T>& matches, const std::string& kind, const PresetQuery& query,
-           Describe describe) {
+           const std::string& within, Describe describe) {
   if (matches.size() == 1) return matches.front();
-  const std::string where = query.modeID.empty() ? "" : " in the mode " + query.modeID;
+  const std::string where = (query.modeID.empty() ? "" : " in the mode " + query.modeID) + within;
   if (matches.empty()) {
     throw PresetError("there is no " + kind + " '" + query.name + "'" + where);
   }
@@ -73,8 +75,10 @@ PresetStore::PresetStore(const Host& host)
   std::vector<ConfigPreset> all;
   cache_->GetPresets(all);
   if (all.empty()) {
-    Fail("the preset folder '" + orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
-         "' cannot be read or made");
+    const auto traces = host_.GetLog().TakeTraces();  // the first is the cause of the others
+    throw PresetError("the preset folder '" +
+                      orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
+                      "' cannot be read or made" + (traces.empty() ? "" : ": " + traces.front()));
   }
 }
 
@@ -122,8 +126,8 @@ ConfigPreset PresetStore::GetTemplate(const UserPreset& preset) const {
 ConfigPreset PresetStore::GetFactoryTemplate(const std::string& modeID) const {
   ConfigPreset configuration;
   if (!cache_->GetFactoryConfigPreset(modeID, configuration)) {
-    throw PresetError("the template of the mode " + modeID + " is missing in the preset folder '" +
-                      orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) + "'");
+    Fail("the template of the mode " + modeID + " is missing in the preset folder '" +
+         orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) + "'");
   }
   return configuration;
 }
@@ -140,16 +144,20 @@ bool PresetStore::IsFactory(const UserPreset& preset) const {
 
 UserPreset PresetStore::FindPreset(const PresetQuery& query) const {
   std::vector<UserPreset> presets = GetPresets(query.modeID);
+  std::string within;
   if (!query.config.IsNull()) {
     std::erase_if(presets, [&](const auto& p) { return p.PresetData.Config != query.config; });
+    ConfigPreset configuration;
+    cache_->FindPreset(query.config, configuration);
+    if (!IsFactory(configuration)) within = ", template " + ShownName(configuration.Name);
   }
-  return TakeOnly(Matches(presets, query.name), "preset", query,
+  return TakeOnly(Matches(presets, query.name, query.capitals), "preset", query, within,
                   [this](const UserPreset& preset) { return Describe(preset); });
 }
 
 ConfigPreset PresetStore::FindTemplate(const PresetQuery& query) const {
-  return TakeOnly(Matches(GetTemplates(query.modeID), query.name), "template", query,
-                  [](const ConfigPreset& preset) {
+  return TakeOnly(Matches(GetTemplates(query.modeID), query.name, query.capitals), "template",
+                  query, "", [](const ConfigPreset& preset) {
                     return ShownName(preset.Name) + "  (" + preset.PresetData.ModeID + ", " +
                            preset.Guid.AsUTF8String() + ")";
                   });

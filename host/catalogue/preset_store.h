@@ -18,12 +18,16 @@ class PresetError : public std::runtime_error {
 /// Whether a preset that is stored under this name is a template's default.
 bool IsDefaultName(const std::string& name);
 
+/// Whether a name that nothing bears as it is written means what bears it in other capitals.
+enum class Capitals { kAny, kAsWritten };
+
 /// What a person asked for in words: a guid, or a name as it is stored, as it is shown or in
-/// English; in other capitals, too, when none is written so.
+/// English.
 struct PresetQuery {
   std::string name;
   std::string modeID;  ///< empty: in every mode
   orvel::Guid config;  ///< null: under every template
+  Capitals capitals = Capitals::kAny;
 };
 
 /// The presets and templates in the person's preset folder, through the running library. Main

@@ -34,9 +34,9 @@ std::vector<UserPreset> PresetEditor::GetAll() const {
   return presets;
 }
 
-UserPreset PresetEditor::Find(const std::string& name) const {
+UserPreset PresetEditor::Find(const std::string& name, Capitals capitals) const {
   const std::string mode = clips_.GetMode();
-  return clips_.GetStore().FindPreset({name, mode, CurrentTemplate(mode)});
+  return clips_.GetStore().FindPreset({name, mode, CurrentTemplate(mode), capitals});
 }
 
 std::string PresetEditor::GetState() const {
@@ -84,7 +84,7 @@ UserPreset PresetEditor::Save(const std::string& name) const {
 }
 
 UserPreset PresetEditor::Remove(const std::string& name) const {
-  const UserPreset preset = Find(name);
+  const UserPreset preset = Find(name, Capitals::kAsWritten);
   clips_.GetStore().Remove(preset);
   return preset;
 }

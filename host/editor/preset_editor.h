@@ -15,7 +15,7 @@ class PresetEditor {
 
   std::vector<orvel::UserPreset> GetAll() const;
   /// By name or guid.
-  orvel::UserPreset Find(const std::string& name) const;
+  orvel::UserPreset Find(const std::string& name, Capitals capitals = Capitals::kAny) const;
   /// What the clips show of theirs: its name, with " *" when it was edited, "(Custom)", or
   /// "(mixed)".
   std::string GetState() const;
@@ -25,6 +25,7 @@ class PresetEditor {
   /// Saves the clips' values, and gives the clips the preset, as one step. The preset that they
   /// have is overwritten under its own name.
   orvel::UserPreset Save(const std::string& name) const;
+  /// By the name as it is written, or the guid.
   orvel::UserPreset Remove(const std::string& name) const;
 
  private:

@@ -44,7 +44,9 @@ void ExpandFolder(const path& folder, std::vector<path>& files, RenderList& list
   const std::size_t before = files.size();
   for (const path& file : found) {
     try {
-      if (!std::filesystem::is_regular_file(file, cause))
+      const auto status = std::filesystem::status(file, cause);
+      const bool isLost = !std::filesystem::exists(status);  // a link that leads nowhere
+      if (!std::filesystem::is_regular_file(status) && !(isLost && IsCalledSound(file)))
         throw AudioError("no file: " + Quoted(file));
       if (!IsCalledSound(file)) AudioReader reader(file);
       files.push_back(file);

@@ -147,19 +147,20 @@ TEST_F(RenderCliTest, AFolderOfFilesComesOutTheSameHoweverManyJobsThereAre) {
 }
 
 TEST_F(RenderCliTest, WhatFailsInABatchLeavesNothingAndTheRestIsDone) {
-  std::filesystem::create_directory(folder_ / "empty");
-  std::filesystem::create_directory(folder_ / "out");
+  for (const char* name : {"empty", "out", "takes"})
+    std::filesystem::create_directory(folder_ / name);
+  std::filesystem::create_symlink("nowhere", folder_ / "takes/lost.wav");
   WriteBytes(folder_ / "out" / "old.wav", "as it was");
   WriteFile(folder_ / "long.wav", Make(44100, 2, 4.0, Noise(0.1)));
   std::filesystem::copy_file(folder_ / "in.wav", folder_ / "old.wav",
                              std::filesystem::copy_options::overwrite_existing);
   const Outcome outcome =
-      Run("render missing.wav text.txt old.wav long.wav in.wav empty -o out --report r.json", "",
-          "ulimit -f 600; ");
+      Run("render missing.wav text.txt old.wav long.wav in.wav empty takes -o out --report r.json",
+          "", "ulimit -f 600; ");
   EXPECT_EQ(outcome.exitCode, 1);
   for (const char* message :
        {"'missing.wav': No such", "'text.txt'", "'out/old.wav' exists already",
-        "'out/long.wav': File too large", "'empty' holds no audio"}) {
+        "'out/long.wav': File too large", "'empty' holds no audio", "'takes/lost.wav': No such"}) {
     EXPECT_THAT(outcome.errors, HasSubstr(message));
   }
   const auto report = teskcore::serialization::JSONParse(ReadBytes(folder_ / "r.json"));
@@ -198,6 +199,8 @@ TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
       Run("render p in.wav -o out --jobs 1 & exec 3>p; kill -TERM $!; wait $!;", "", "mkfifo p; ");
   EXPECT_EQ(stopped.exitCode, 130);
   EXPECT_THAT(stopped.errors, HasSubstr("stopped; 0 of 2 files"));
+  EXPECT_EQ(Run("analyze p & exec 3>p; kill -TERM $!; wait $!;").exitCode, 130);
+  EXPECT_THAT(Run("session", "", "echo add p | ").output, HasSubstr("cannot be read twice"));
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
 }
 

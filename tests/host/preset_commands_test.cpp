@@ -74,6 +74,7 @@ TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
       {"save Taken -m dialog", 1, "Taken  (dialog"},
       {"save 'Podcast Voice' -m dialog --force", 1, "comes with the library"},
       {"remove 'Podcast Voice'", 1, "comes with the library"},
+      {"remove TAKEN", 1, "no preset 'TAKEN'"},
       {"export Taken -o there.json", 2, "exists already"},
       {"export Taken -o missing/there.json", 1, "'missing/there.json'"},
       {"import", 2, "give a file"},
@@ -182,6 +183,11 @@ TEST_F(PresetCommandsTest, TextsAreTranslatedAndWhatCannotBeReadIsToldAndLoggedW
   const std::string log = ReadBytes(folder_ / "log.jsonl");
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);
   EXPECT_THAT(log, AllOf(HasSubstr(R"("kind":"trace")"), HasSubstr("broken.orvel")));
+
+  // Rendered without its template a mode would sound otherwise.
+  WriteBytes(folder_ / "own/Presets/Orvel/Default/sfx/(Config).orvel", "{");
+  EXPECT_THAT(Run("--prefs own render in.wav -o out.wav -m sfx").errors,
+              AllOf(HasSubstr("template of the mode sfx"), HasSubstr("not well-formed")));
 
   for (const char* broken : {"[]", R"({"orvel/ClipTypeNameDialogue": 1})", "{"}) {
     WriteBytes(folder_ / "own/translations.json", broken);

@@ -180,6 +180,9 @@ TEST_F(SessionCommands, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
   EXPECT_TRUE(IsSilent(ReadFile(folder_ / "out/c.wav").Channel(1)));
   EXPECT_TRUE(HaveSameSamples(ReadFile(folder_ / "out/c 2.wav"), ReadFile(folder_ / "c.wav")));
 
+  const auto cut = folder_ / "more/c.wav";
+  std::filesystem::resize_file(cut, std::filesystem::file_size(cut) - 1000);
+  EXPECT_THAT(Answers("add more/c.wav\nrender cut").back(), HasSubstr("; note: cut/c.wav: "));
   std::filesystem::remove(folder_ / "out/c.wav");
   WriteBytes(folder_ / "out/a b.wav", "as it was");
   const auto answers = Answers(work + "save day.orvelsession\nrender out\nclips", 1);
