@@ -6,6 +6,7 @@
 
 #include "orvel/core/byte_stream.h"
 #include "orvel/core/file_utils.h"
+#include "orvel/core/json.h"
 #include "orvel/core/native_path.h"
 #include "orvel/core/safe_save.h"
 #include "orvel/core/text.h"
@@ -32,6 +33,8 @@ bool ReadPresetFile(const File& file, Preset<T>& preset) {
       preset = std::move(read);
       return true;
     }
+  } catch (const teskcore::serialization::BadCast&) {
+    cause = "a member is of the wrong kind";
   } catch (const std::exception& error) {
     cause = error.what();
   }
