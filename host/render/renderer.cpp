@@ -14,6 +14,7 @@
 #include "host/audio/audio_writer.h"
 #include "host/audio/decibels.h"
 #include "host/audio/filter_graph.h"
+#include "host/audio/gated_loudness.h"
 #include "host/audio/temporary_file.h"
 #include "host/effects/effect_catalogue.h"
 #include "host/picture/portrait_collector.h"
@@ -75,41 +76,40 @@ class Steps {
   std::size_t next_ = 0;
 };
 
-/// Measures the sound behind the shaping effects and at its place between left and right, made
-/// louder by `gain` (dB).
-Levels MeasureShaped(const EffectChain& chain, const EffectContext& context, AudioSource& source,
-                     double gain, const Progress& progress) {
+/// Measures the sound behind the shaping effects and at its place between left and right.
+GatedLoudness MeasureShaped(const EffectChain& chain, const EffectContext& context,
+                            AudioSource& source, const Progress& progress) {
   std::vector<FilterSpec> filters = ShapingFilters(chain, context);
   std::ranges::move(PanFilters(chain.Pan(), context.format.channelCount),
                     std::back_inserter(filters));
   FilteredSource shaped(source, filters);
   ProgressingReader reader(shaped, progress);
-  LevelMeter meter(shaped.Format());
-  const auto factor = static_cast<float>(Factor(gain));
-  AudioBlock block;
-  while (reader.Read(block)) {
-    for (int channel = 0; gain != 0.0 && channel < block.ChannelCount(); ++channel) {
-      for (float& sample : block.Channel(channel)) sample *= factor;
-    }
-    meter.Add(block);
-  }
-  return meter.Measure();
+  GatedLoudness loudness(shaped.Format());
+  for (AudioBlock block; reader.Read(block);) loudness.Add(block);
+  return loudness;
 }
 
-/// Measures the sound behind the shaping effects and sets the gain that it needs. Quiet sound is
-/// measured once more as loud as it will be: what lies below the meter's gate of -70 LUFS before
-/// the gain may count behind it.
+/// Measures the sound behind the shaping effects and sets the gain that it needs. What gain is
+/// needed depends on what lies above the meter's gate, and that on the gain: a louder clip has more
+/// above it, which makes the mean lower, so that the search goes one way and ends.
 LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context,
                           const AudioOpener& opener, const Progress& progress) {
-  constexpr double kQuiet = -50.0;  // LUFS
+  constexpr double kSame = 1e-6;  // dB
   const LoudnessTarget target = *chain.Loudness();
-  const Levels levels = MeasureShaped(chain, context, *opener(), 0.0, progress);
-  LoudnessMatch match = MatchLoudness(levels.loudness, levels.truePeak, target);
-  if (levels.loudness < kQuiet && std::isfinite(levels.truePeak)) {
-    const bool isGated = match.status == kAnalysis_NotMeasurable;
-    const double gain = isGated ? target.ceiling - levels.truePeak : match.gain;
-    const Levels louder = MeasureShaped(chain, context, *opener(), gain, progress);
-    match = MatchLoudness(louder.loudness - gain, levels.truePeak, target);
+  const GatedLoudness loudness = MeasureShaped(chain, context, *opener(), progress);
+  const double truePeak = loudness.TruePeak();
+  const auto matchBehind = [&](double gain) {
+    return MatchLoudness(loudness.With(gain) - gain, truePeak, target);
+  };
+  double gain = 0.0;
+  LoudnessMatch match = matchBehind(gain);
+  if (match.status == kAnalysis_NotMeasurable && std::isfinite(truePeak)) {
+    gain = target.ceiling - truePeak;  // all lies below the gate; no gain can bring more above it
+    match = matchBehind(gain);
+  }
+  while (std::abs(match.gain - gain) > kSame) {
+    gain = match.gain;
+    match = matchBehind(gain);
   }
   chain.SetLoudness(target, match.gain);
   return match;

@@ -36,7 +36,7 @@ struct RenderReport {
   std::optional<ClipAnalysis> before;     ///< of the input
   std::optional<ClipAnalysis> after;      ///< of the output; none after a dry run
   EffectChain chain;                      ///< what was done
-  std::optional<LoudnessMatch> loudness;  ///< none when the loudness was to stay
+  std::optional<LoudnessMatch> loudness;  ///< before the volume; none when it was to stay
   std::vector<std::string> notes;         ///< what the user should know, a line each
 };
 

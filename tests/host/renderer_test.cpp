@@ -109,13 +109,18 @@ TEST_F(RendererTest, AutoLoudnessReachesItsTargetBehindTheEffectsAndSaysWhereItC
     EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1", pan}).after->loudness, -21.0, 0.1) << pan;
   }
   request_.look.mode = "dialog";
-  // Quiet sound whose quieter half lies under the meter's gate until the gain is on.
-  for (const double amplitude : {0.0004, 0.00005}) {
-    WriteFile(folder_ / "in.wav",
-              Make(48000, 2, 4.0, [noise = Noise(amplitude)](double time, int channel) {
-                return noise(time, channel) * (time < 2.0 ? 1.0 : 0.4);
-              }));
-    EXPECT_NEAR(RenderWith({"loudness.AutoLoudness=1"}).after->loudness, -23.0, 0.1);
+  // What lies under the meter's gate until the gain is on: half of quiet sound, the end of a decay.
+  const auto halves = [](double amplitude) {
+    return [noise = Noise(amplitude)](double time, int channel) {
+      return noise(time, channel) * (time < 2.0 ? 1.0 : 0.4);
+    };
+  };
+  const auto decay = [](double time, int) { return Sine(0.04 * std::exp(-time))(time, 0); };
+  for (const Signal& signal : {Signal(halves(0.0004)), Signal(halves(0.00005)), Signal(decay)}) {
+    WriteFile(folder_ / "in.wav", Make(48000, 2, 10.0, signal));
+    const RenderReport report = RenderWith({"loudness.AutoLoudness=1"});
+    EXPECT_NEAR(report.after->loudness, -23.0, 0.01);
+    EXPECT_NEAR(report.loudness->reached, report.after->loudness, 0.01);
   }
   // One peak near full scale leaves no room.
   WriteFile(folder_ / "in.wav",
