@@ -30,7 +30,7 @@ struct LoudnessMatch {
 
 /// The gain that brings a clip of `loudness` (LUFS) and `truePeak` (dBTP) to the target, kept
 /// within its limits. Only the ceiling is stronger than the target: the gain ends where the peaks
-/// reach it.
+/// reach it. What stays below all that 24 bits hold is silent, and not measurable.
 LoudnessMatch MatchLoudness(double loudness, double truePeak, const LoudnessTarget& target);
 
 }  // namespace orvelhost

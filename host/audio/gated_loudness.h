@@ -8,8 +8,8 @@
 namespace orvelhost {
 
 /// Measures how loud a stream would be with any gain, which is not how loud it is plus the gain:
-/// what lies below the gate of -70 LUFS as it is may count once it is louder. Keeps 8 bytes for each
-/// tenth of a second.
+/// what lies below the gate of -70 LUFS as it is may count once it is louder. Keeps 8 bytes for
+/// each tenth of a second.
 class GatedLoudness {
  public:
   explicit GatedLoudness(const AudioFormat& format);
@@ -18,8 +18,8 @@ class GatedLoudness {
   void Add(const AudioBlock& block);
 
   /// The integrated loudness in LUFS (ITU-R BS.1770-4, Annex 1) of what came so far, made louder by
-  /// `gain` (dB). Minus infinity when all of it lies below the gate, is shorter than 0.4 seconds, or
-  /// has a sample rate without a weighting.
+  /// `gain` (dB). Minus infinity when all of it lies below the gate, is shorter than 0.4 seconds,
+  /// or has a sample rate without a weighting.
   double With(double gain) const;
 
   /// In dBTP, without a gain.

@@ -124,6 +124,15 @@ std::string LoudnessNote(const LoudnessMatch& match, double target) {
   return match.status == kAnalysis_NotMeasurable ? "the loudness cannot be measured and stays" : "";
 }
 
+/// The gain is more than a recording needs; empty when it is not.
+std::string GainNote(const LoudnessMatch& match) {
+  // Brings -63 LUFS to -23: as loud is the room's own noise in a good recording of that level.
+  constexpr double kMost = 40.0;  // dB
+  return match.gain <= kMost ? ""
+                             : "the loudness is raised by " + Rounded(match.gain) +
+                                   " dB; what is that quiet may be nothing but noise";
+}
+
 /// Why the clip does not get as long as was asked for; empty when it does.
 std::string DurationNote(const EffectChain& chain, const ClipMeasurement& measurement) {
   const DurationRequest& request = *chain.Duration();
@@ -309,6 +318,7 @@ class Rendering {
     if (!report_.chain.Loudness()) return;
     report_.loudness = orvelhost::FitLoudness(report_.chain, context, inTime_, progress);
     report_.notes.push_back(LoudnessNote(*report_.loudness, report_.chain.Loudness()->target));
+    report_.notes.push_back(GainNote(*report_.loudness));
   }
 
   void NoteWhatIsNotHeard(const EffectContext& context) {
