@@ -30,7 +30,7 @@ ClipAnalysis ClipMeter::Measure() const {
                         .truePeak = levels.truePeak,
                         .samplePeak = levels.samplePeak,
                         .width = levels.width,
-                        .noiseFloor = -std::numeric_limits<double>::infinity(),
+                        .noiseFloor = std::numeric_limits<double>::quiet_NaN(),
                         .hum = std::nullopt,
                         .dynamics = std::nullopt};
   if (finders_) {

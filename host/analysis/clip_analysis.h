@@ -21,8 +21,8 @@ struct ClipAnalysis {
   double truePeak = 0.0;        ///< the largest peak between samples in dBTP (BS.1770-4, Annex 2)
   double samplePeak = 0.0;      ///< the largest sample in dBFS
   std::optional<double> width;  ///< side over mid in dB, see Levels; none when not stereo
-  double noiseFloor = 0.0;      ///< in dBFS; see NoiseFloorMeter
-  std::optional<Hum> hum;       ///< none when the clip has no hum
+  double noiseFloor = 0.0;      ///< in dBFS; see NoiseFloorMeter; NaN when nobody measured it
+  std::optional<Hum> hum;       ///< none when the clip has no hum, or nobody looked for it
   std::optional<DynamicsLevels> dynamics;  ///< none when the clip is silent
 
   /// In seconds.
@@ -31,7 +31,7 @@ struct ClipAnalysis {
 
 /// How much of a ClipAnalysis is worth its time.
 enum class AnalysisDetail {
-  kLevels,  ///< loudness, its range, peaks and width; the rest is as nothing had been found
+  kLevels,  ///< loudness, its range, peaks and width; the rest is not measured
   kAll,
 };
 

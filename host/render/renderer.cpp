@@ -296,7 +296,10 @@ class Rendering {
       measurement_ = request_.analyses == nullptr ? MeasureClip(opener_, needsRemixMap_, progress)
                                                   : MeasureFile(request_.input, needsRemixMap_,
                                                                 *request_.analyses, progress);
-      if (detail_) report_.before = measurement_->analysis;
+      if (detail_) {
+        report_.before = measurement_->analysis;
+        detail_ = AnalysisDetail::kAll;  // as of the input, so that there are two to compare
+      }
       Plan();
     }
     if (detail_ && !report_.before) before_.meter.emplace(report_.inputFormat, *detail_);

@@ -22,7 +22,8 @@ struct RenderRequest {
   bool isDryRun = false;          ///< measures and plans, and writes nothing
   Look look;
   AnalysisCache* analyses = nullptr;  ///< keeps what is measured of the input file; null: nobody
-  /// Of the report's analyses, each of which takes time; none leaves them out. A picture has all.
+  /// Of the report's analyses, each of which takes time; none leaves them out. A picture has all,
+  /// and so has what is measured first.
   std::optional<AnalysisDetail> detail = AnalysisDetail::kLevels;
   /// Called again and again with the share that is done, 0..1, or -1 when the input does not state
   /// its length; false stops the work. May be empty.

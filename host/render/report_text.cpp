@@ -36,13 +36,15 @@ std::string Row(const std::string& name, double before, double after) {
 }
 
 /// Empty when there was no hum and is none.
-std::string HumRow(const std::optional<Hum>& before, const std::optional<Hum>& after) {
+std::string HumRow(const ClipAnalysis& was, const ClipAnalysis& is) {
+  const std::optional<Hum>& before = was.hum;
+  const std::optional<Hum>& after = is.hum;
   if (!before && !after) return "";
   const long frequency = std::lround(before ? before->frequency : after->frequency);
-  const auto cell = [](const std::optional<Hum>& hum) {
-    return hum ? Cell(hum->level, false) : "none";
+  const auto cell = [](const ClipAnalysis& clip) {
+    return clip.hum ? Cell(clip.hum->level, false) : std::isnan(clip.noiseFloor) ? "-" : "none";
   };
-  return Line("Hum at " + std::to_string(frequency) + " Hz, dBFS", cell(before), cell(after),
+  return Line("Hum at " + std::to_string(frequency) + " Hz, dBFS", cell(was), cell(is),
               before && after ? Cell(after->level - before->level, true) : "-");
 }
 
@@ -69,7 +71,7 @@ std::string FormatLevels(const RenderReport& report) {
   if (std::isfinite(before.noiseFloor) || std::isfinite(after.noiseFloor)) {
     text << row(kFigure_NoiseFloor);
   }
-  text << HumRow(before.hum, after.hum);
+  text << HumRow(before, after);
   return text.str();
 }
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host/audio/audio_error.h"
+#include "host/render/report_text.h"
 #include "tests/host/support/audio.h"
 
 namespace orvelhost::testing {
@@ -147,6 +148,9 @@ TEST_F(RendererTest, HumIsLookedForAndTheWrongMainsAreTold) {
   }
   const RenderReport wrong = RenderWith({"restoration.ReduceHum=5", "restoration.HumFrequency=60"});
   EXPECT_THAT(wrong.notes, ElementsAre(HasSubstr("the hum lies at 50.1 Hz")));
+  EXPECT_NEAR(wrong.after->hum.value().level, wrong.before->hum->level, 0.1);
+  request_.isDryRun = true;
+  EXPECT_THAT(FormatLevels(RenderWith({"restoration.ReduceHum=5"})), Not(HasSubstr("none")));
 }
 
 TEST_F(RendererTest, AtFullNoiseReductionPausesFallByWhatIsAskedAndSpeechStays) {
