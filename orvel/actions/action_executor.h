@@ -6,6 +6,7 @@
 
 #include "orvel/core/action.h"
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/ref_counted.h"
 
 namespace orvel {
@@ -15,7 +16,7 @@ namespace orvel {
 class ORVEL_EXPORT ActionExecutor : public virtual RefCountedObject {
  public:
   /// See `RegisterForActionExecutionScopeChanges`.
-  using ScopeSignal = boost::signals2::signal<void(bool begin, bool sendSignals)>;
+  using ScopeSignal = boost::signals2::signal<void(bool begin, bool sendSignals), CallEverySlot>;
 
   /// Runs the action and puts it on the undo stack; false when it was not run. The action that is
   /// on top already stays there once: a control that is being dragged is one action, changed by

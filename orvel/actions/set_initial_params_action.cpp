@@ -45,7 +45,7 @@ class SetInitialSectionModelDefaultParamsAction : public Action {
     for (const auto& section : sections) {
       const PropList configuration = GetModelConfiguration(modeID_, section.modelID);
       for (const auto& clip : clips_) {
-        std::string modeID;  // a clip that cannot be given the mode keeps its values, too
+        std::string modeID;  // a clip that refused the mode has other sections
         clip->GetAdjustmentsMode(modeID);
         if (modeID == modeID_) AddWrite(section.modelID, configuration, clip);
       }

@@ -26,10 +26,14 @@ class SuspendSignalingAction : public Action {
   }
   void Apply(bool suspend) const {
     if (!model_) return;
-    if (suspend) {
+    if (!suspend) return model_->ResumeSignaling(true);
+    try {
       model_->SuspendSignaling();
-    } else {
-      model_->ResumeSignaling(true);
+    } catch (...) {
+      // A step that fails is not taken back, and several clips' model counts one of them all the
+      // same.
+      model_->ResumeSignaling(false);
+      throw;
     }
   }
 

@@ -248,8 +248,10 @@ void ConfigurationManager::OnSessionChanged(bool changed, bool closing) {
   if (number != documentNumber_) return failure.Rethrow();
   hasDocument_ = isReadable;
   if (!isReadable) presets.clear();
-  // A host may tell late of what was written from here: no document is opened then.
-  if (isReadable && hadDocument && AreSame(presets, documentPresets_)) {
+  // A host may tell late of what was written from here: no document is opened then. Where edits
+  // could not be written, the document has come back without them.
+  if (isReadable && hadDocument && AreSame(presets, documentPresets_) &&
+      (isReadingDocument_ || AreSame(GetCurrentPresets(), documentPresets_))) {
     --documentNumber_;
     return;
   }
@@ -394,21 +396,29 @@ Preset<ConfigPresetData> ConfigurationManager::GetCurrentPreset(
   return preset;
 }
 
+ConfigurationManager::Presets ConfigurationManager::GetCurrentPresets() const {
+  Presets presets;
+  for (const auto& [modeID, mode] : modes_) {
+    if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
+  }
+  presets.insert(presets.end(), unservedPresets_.begin(), unservedPresets_.end());
+  return presets;
+}
+
 // What the host edits while it is handed them is handed to it once more afterwards, so that the
-// document ends up with the truth whenever in between it keeps them.
+// document ends up with the truth whenever in between it keeps them. That they differ is no reason
+// to go on: a NaN equals nothing.
 void ConfigurationManager::StoreCurrentConfigurations() {
   // Without a cache no mode has a configuration, which is no reason to take the document's away.
   if (!sessionHandler_ || !cache_ || isReadingDocument_) return;
-  while (hasDocument_) {
-    Presets presets;
-    for (const auto& [modeID, mode] : modes_) {
-      if (FindConfigured(modeID) != nullptr) presets.push_back(GetCurrentPreset(*mode.handler));
-    }
-    presets.insert(presets.end(), unservedPresets_.begin(), unservedPresets_.end());
+  unsigned number = ++storeNumber_;
+  for (bool hasChanged = true; hasDocument_ && hasChanged;) {
+    const Presets presets = GetCurrentPresets();
     if (AreSame(presets, documentPresets_)) return;
     const FlagScope writing(isWritingDocument_);
     if (!sessionHandler_->SetConfigurationPresets(presets)) return;
     documentPresets_ = presets;
+    hasChanged = std::exchange(number, storeNumber_) != storeNumber_;
   }
 }
 

@@ -165,6 +165,7 @@ class ORVEL_EXPORT ConfigurationManager {
                                   bool isOneModel);
   void CheckForMissingConfigPresets(const Presets& presets);
   Preset<ConfigPresetData> GetCurrentPreset(const ConfigPresetsHandler& handler) const;
+  Presets GetCurrentPresets() const;
   void StoreCurrentConfigurations();
   bool MigrateUserPreset(Preset<UserPresetData>& preset) const;
 
@@ -176,6 +177,7 @@ class ORVEL_EXPORT ConfigurationManager {
   Presets unservedPresets_;                    // of those, the ones of modes that are not served
   bool hasDocument_ = false;                   // that can be read
   unsigned documentNumber_ = 0;                // grows with each one that is opened
+  unsigned storeNumber_ = 0;  // grows with each time that something is to be stored
   HandleDirtyFunction handleDirty_;
   ReportMissingFunction reportMissing_;
   VerifyChangeFunction verifyChange_;

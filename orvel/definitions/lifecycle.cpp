@@ -41,6 +41,8 @@ void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>& sessionHand
 
 void Terminate() {
   State().sessionHandler = nullptr;
+  const auto* manager = ConfigurationManager::Get();
+  if (manager != nullptr && manager->GetPresetsCache()) manager->GetPresetsCache()->Close();
   ConfigurationManager::Terminate();
   ModeDescriptorCache::Terminate();
   State().initialized = false;

@@ -22,9 +22,10 @@ ORVEL_EXPORT void Initialize(const boost::intrusive_ptr<SessionHandlerInterface>
                              const std::vector<AdjustmentsModeDescriptor>& modes);
 
 /// Stops the library: lets go of the session handler, of the configurations and of the adjustments
-/// modes, also of those that came without `Initialize`. The action executor stays until it is
-/// replaced, for actions that the host's undo stack may still run. Harmless when there is nothing
-/// to let go of. What is kept at the end of the process is not destroyed.
+/// modes, also of those that came without `Initialize`. Handlers that are held any longer have no
+/// presets and save none. The action executor stays until it is replaced, for actions that the
+/// host's undo stack may still run. Harmless when there is nothing to let go of. What is kept at
+/// the end of the process is not destroyed.
 ORVEL_EXPORT void Terminate();
 
 /// Whether the library is between `Initialize` and `Terminate`.

@@ -6,6 +6,7 @@
 #include <boost/signals2/signal.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/guid.h"
 #include "orvel/core/ref_counted.h"
 #include "orvel/models/clip_type.h"
@@ -20,7 +21,7 @@ class OrvelModel;
 class ORVEL_EXPORT MixTypeClipModelInterface : public virtual RefCountedObject {
  public:
   /// See `RegisterForModelChanges`.
-  using ChangeSignal = boost::signals2::signal<void()>;
+  using ChangeSignal = boost::signals2::signal<void(), CallEverySlot>;
 
   /// What the clip holds.
   virtual int GetClipType(ClipType& type) = 0;
@@ -51,7 +52,7 @@ class ORVEL_EXPORT MixTypeClipModelInterface : public virtual RefCountedObject {
       const ChangeSignal::slot_type& slot) = 0;
 
   /// Tells the clip which model stands for it: (true, model) when one takes it in, (false, null)
-  /// when it lets it go.
+  /// when it lets it go. Where several models follow the selection, each tells it so.
   virtual void AttachToModel(bool attached, OrvelModel* model) = 0;
 };
 

@@ -89,7 +89,8 @@ std::string OrvelModel::GetModelName() const {
 int OrvelModel::GetSectionModel(const std::string& modelID,
                                 boost::intrusive_ptr<SectionModelInterface>& model) const {
   model = nullptr;
-  for (const auto& section : sectionModels_) {
+  const SectionModels sections = sectionModels_;
+  for (const auto& section : sections) {
     if (section->GetName() == modelID) model = section;
   }
   return model ? kStatus_Success : kStatus_NoSuchModel;
@@ -101,8 +102,8 @@ int OrvelModel::GetSectionModels(SectionModels& models) const {
 }
 
 bool OrvelModel::IsReady() const {
-  return std::all_of(mixTypeClipModels_.begin(), mixTypeClipModels_.end(),
-                     [](const auto& clip) { return clip->IsReady(); });
+  const MixTypeClipModels clips = mixTypeClipModels_;  // a host may select others meanwhile
+  return std::ranges::all_of(clips, [](const auto& clip) { return clip->IsReady(); });
 }
 
 void OrvelModel::SuspendSignaling() {

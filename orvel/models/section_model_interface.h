@@ -7,6 +7,7 @@
 #include <boost/signals2/signal.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/ref_counted.h"
 #include "orvel/definitions/param_definition.h"
 #include "orvel/definitions/section_definition.h"
@@ -28,7 +29,7 @@ enum SectionModelStatus : int {
 class ORVEL_EXPORT SectionModelInterface : public virtual RefCountedObject {
  public:
   /// (param id, normalized value); the id -1 stands for all parameters.
-  using ChangeSignal = boost::signals2::signal<void(int paramID, float value)>;
+  using ChangeSignal = boost::signals2::signal<void(int paramID, float value), CallEverySlot>;
 
   ~SectionModelInterface() override;
 

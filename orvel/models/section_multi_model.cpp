@@ -73,6 +73,7 @@ boost::signals2::connection SectionMultiModel::RegisterForModelChanges(
 }
 
 void SectionMultiModel::SetActive(bool active) {
+  const boost::intrusive_ptr<SectionMultiModel> self(this);  // a member may let go of it
   const auto order = InOrder();
   FirstException failure;
   for (auto* model : *order) failure.Catch([=] { model->SetActive(active); });
@@ -86,9 +87,9 @@ bool SectionMultiModel::IsActive() const {
 void SectionMultiModel::AddModel(const boost::intrusive_ptr<SectionModelInterface>& model) {
   if (!model || models_.contains(model)) return;
   if (First() && model->GetName() != GetName()) return;
+  if (suspendCount_ > 0) model->SuspendSignaling();
   subModelConnections_.emplace_back(model->RegisterForModelChanges(
       [this](int paramID, float value) { OnSubModelChanged(paramID, value); }));
-  if (suspendCount_ > 0) model->SuspendSignaling();
   models_.insert(models_.end(), model);
 }
 
@@ -167,6 +168,7 @@ void SectionMultiModel::OnSubModelChanged(int paramID, float value) {
 
 void SectionMultiModel::SuspendSignaling() {
   if (++suspendCount_ > 1) return;
+  const boost::intrusive_ptr<SectionMultiModel> self(this);
   const auto order = InOrder();
   FirstException failure;
   for (auto* model : *order) failure.Catch([model] { model->SuspendSignaling(); });

@@ -6,6 +6,7 @@
 #include <boost/signals2/signal.hpp>
 
 #include "orvel/core/export.h"
+#include "orvel/core/first_exception.h"
 #include "orvel/core/ref_counted.h"
 #include "orvel/definitions/section_registry.h"
 #include "orvel/models/mix_type_clip_model_interface.h"
@@ -22,13 +23,14 @@ struct Preset;
 class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
  public:
   /// See `RegisterForClipSelectionChanges`.
-  using SelectionSignal = boost::signals2::signal<void(const MixTypeClipModels& clips)>;
+  using SelectionSignal =
+      boost::signals2::signal<void(const MixTypeClipModels& clips), CallEverySlot>;
 
   /// See `RegisterForSessionChanges`.
-  using SessionSignal = boost::signals2::signal<void(bool enabled)>;
+  using SessionSignal = boost::signals2::signal<void(bool enabled), CallEverySlot>;
 
   /// See `RegisterForDocumentChanges`.
-  using DocumentSignal = boost::signals2::signal<void(bool changed, bool closing)>;
+  using DocumentSignal = boost::signals2::signal<void(bool changed, bool closing), CallEverySlot>;
 
   /// The slot receives the newly selected clips.
   virtual boost::signals2::connection RegisterForClipSelectionChanges(
@@ -45,7 +47,7 @@ class ORVEL_EXPORT SessionHandlerInterface : public virtual RefCountedObject {
   virtual bool IsSessionEnabled() = 0;
 
   /// The slot receives (true, false) after a document was opened or replaced, and (..., true)
-  /// before one is closed.
+  /// before one is closed, when nothing can call that off any more.
   virtual boost::signals2::connection RegisterForDocumentChanges(
       const DocumentSignal::slot_type& /*slot*/) {
     return {};

@@ -53,6 +53,12 @@ void PresetsCache::Reload() {
   });
 }
 
+void PresetsCache::Close() {
+  usesFolder_ = false;
+  entries_.clear();
+  temporaries_.clear();
+}
+
 bool PresetsCache::FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const {
   const ConfigEntry* entry = Find(guid);
   if (entry != nullptr) preset = entry->preset;

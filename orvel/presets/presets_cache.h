@@ -60,6 +60,10 @@ class ORVEL_EXPORT PresetsCache : public RefCountedObject {
   /// unseen, not as removed: its folder may only be away for a moment.
   void Reload();
 
+  /// Forgets the presets and saves none any more: whoever still holds this, or a handler over it,
+  /// does not write where another store may be at work by then.
+  void Close();
+
   /// Copies the preset of this guid; false, with `preset` as it was, when there is none.
   /// @{
   bool FindPreset(const Guid& guid, Preset<ConfigPresetData>& preset) const;

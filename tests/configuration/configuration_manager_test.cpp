@@ -1,5 +1,7 @@
 #include "orvel/configuration/configuration_manager.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 
 #include "orvel/configuration/user_presets_handler.h"
@@ -59,6 +61,7 @@ TEST_F(ConfigurationManagerTest, EachModeStartsOnItsFactoryPresetAndTheDocumentH
   EXPECT_FALSE(ConfigurationManager::GetConfigurationPresetsOfCurrentDocument(presets));
   ConfigPresetData data;
   EXPECT_FALSE(handler->RequestCurrentData(data)) << "a handler may outlive its manager";
+  EXPECT_FALSE(handler->SaveAsNew("Mine")) << "and has no store to write in";
 }
 
 TEST_F(ConfigurationManagerTest, ChangingASectionSignalsItAndComesCleanByHand) {
@@ -141,7 +144,7 @@ TEST_F(ConfigurationManagerTest, AHostThatThrowsAtTheStartLeavesNothingBehind) {
     }
   };
   const auto store = Manager().GetPresetsCache();
-  Terminate();
+  ConfigurationManager::Terminate();
   EXPECT_THROW(ConfigurationManager::Initialize(new Refusing, store, {"dialog"}),
                std::runtime_error);
   ASSERT_TRUE(store->SavePreset(MakeUserPreset("Voice")));
@@ -250,6 +253,16 @@ TEST_F(ConfigurationManagerTest, TheLibrarysOwnWritesAndSuspendedOnesAreNoChange
   Manager().SuspendDocumentChangedMonitoring(false);
   session_->documentChanged(false, false);
   EXPECT_EQ(Manager().GetCurrentConfigGuidForMode("dialog"), kDialogTemplate);
+}
+
+TEST_F(ConfigurationManagerTest, ADocumentThatComesBackWithoutAnEditTakesItAway) {
+  session_->isWritable = false;
+  ASSERT_TRUE(SetGain(7.0f));
+  session_->isWritable = true;
+  session_->Open(session_->document);
+  EXPECT_NE(GainOf("dialog"), 7.0f);
+  session_->Open({MakeConfigPreset("NaN", "foley", std::nanf(""))});
+  EXPECT_THAT(session_->document, SizeIs(5)) << "it equals nothing, and is stored once";
 }
 
 TEST_F(ConfigurationManagerTest, UserPresetsAreFittedToTheConfigurationTheyMoveTo) {

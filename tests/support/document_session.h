@@ -25,6 +25,7 @@ class DocumentSession : public FakeSession {
   bool SetConfigurationPresets(const std::vector<Preset<ConfigPresetData>>& presets) override {
     const auto store = std::exchange(onStore, {});
     if (store) store();
+    if (!isWritable) return false;
     document = presets;
     ++stores;
     documentChanged(true, false);  // the host tells of every change, also of the library's own
@@ -42,6 +43,7 @@ class DocumentSession : public FakeSession {
   std::function<void()> onStore;  // once, before the presets are kept
   int stores = 0;
   bool isReadable = true;
+  bool isWritable = true;
 };
 
 }  // namespace orvel::test
