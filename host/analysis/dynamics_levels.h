@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "host/analysis/level_histogram.h"
-#include "host/analysis/window_cutter.h"
 #include "host/audio/audio_block.h"
+#include "host/audio/window_cutter.h"
 
 namespace orvelhost {
 

@@ -10,6 +10,7 @@
 #include "host/analysis/level_histogram.h"
 #include "host/analysis/mono_resampler.h"
 #include "host/analysis/spectrum.h"
+#include "host/audio/decibels.h"
 
 namespace orvelhost {
 namespace {
@@ -34,8 +35,6 @@ constexpr double kInaudible = -110.0;  // dBFS; deeper down the rounding of samp
 std::size_t BinOf(double frequency) {
   return static_cast<std::size_t>(std::lround(frequency / kBinWidth));
 }
-
-double PowerOf(double decibels) { return std::pow(10.0, decibels / 10.0); }
 
 /// How much of a tone's power is in a bin that lies beside its frequency.
 double ShareInBin(double frequency, std::size_t bin) {
@@ -206,12 +205,13 @@ class HumFinder::Finder {
         continue;
       }
       (harmonic == 1 ? hasBase = true : ++overtones);
-      const double weight = harmonic * harmonic * std::min(PowerOf(prominence), 1e3);
+      const double weight = harmonic * harmonic * std::min(PowerFactor(prominence), 1e3);
       weightSum += weight;
       weighted += weight * frequency / harmonic;
       const std::size_t bin = BinOf(frequency);
-      power += std::max(0.0, PowerOf(levels[bin]) - PowerOf(Background(levels, frequency))) /
-               ShareInBin(frequency, bin);
+      power +=
+          std::max(0.0, PowerFactor(levels[bin]) - PowerFactor(Background(levels, frequency))) /
+          ShareInBin(frequency, bin);
     }
     if (!hasBase && overtones < 2) {
       return std::nullopt;  // a single tone there may be anything

@@ -3,8 +3,8 @@
 #include <deque>
 #include <vector>
 
-#include "host/analysis/window_cutter.h"
 #include "host/audio/audio_block.h"
+#include "host/audio/window_cutter.h"
 
 namespace orvelhost {
 

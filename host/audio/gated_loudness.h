@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/audio/loudness_state.h"
+#include "host/audio/window_cutter.h"
 
 namespace orvelhost {
 
@@ -26,8 +27,9 @@ class GatedLoudness {
   double TruePeak() const;
 
  private:
-  std::size_t hop_;
-  std::size_t filled_ = 0;
+  void EndHop();
+
+  WindowCutter hops_;
   std::size_t hopCount_ = 0;
   bool isMeasurable_;
   LoudnessState state_;

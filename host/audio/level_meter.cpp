@@ -1,18 +1,11 @@
 #include "host/audio/level_meter.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "host/audio/loudness_state.h"
 
 namespace orvelhost {
-namespace {
-
-double AmplitudeInDb(double amplitude) { return 20.0 * std::log10(amplitude); }
-
-}  // namespace
-
 class LevelMeter::Meter {
  public:
   explicit Meter(const AudioFormat& format)
@@ -33,17 +26,8 @@ class LevelMeter::Meter {
       ebur128_loudness_global(state_.Get(), &levels.loudness);
       ebur128_loudness_range(state_.Get(), &levels.loudnessRange);
     }
-    double samplePeak = 0.0;
-    double truePeak = 0.0;
-    for (unsigned channel = 0; channel < state_.Get()->channels; ++channel) {
-      double peak = 0.0;
-      ebur128_sample_peak(state_.Get(), channel, &peak);
-      samplePeak = std::max(samplePeak, peak);
-      ebur128_true_peak(state_.Get(), channel, &peak);
-      truePeak = std::max(truePeak, peak);
-    }
-    levels.samplePeak = AmplitudeInDb(samplePeak);
-    levels.truePeak = AmplitudeInDb(truePeak);
+    levels.samplePeak = state_.Peak(ebur128_sample_peak);
+    levels.truePeak = state_.Peak(ebur128_true_peak);
     if (format_.channelCount == 2) {
       levels.width = sideEnergy_ > 0.0 ? 10.0 * std::log10(sideEnergy_ / midEnergy_)
                                        : -std::numeric_limits<double>::infinity();

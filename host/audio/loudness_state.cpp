@@ -1,6 +1,8 @@
 #include "host/audio/loudness_state.h"
 
+#include <algorithm>
 #include <cassert>
+#include <cmath>
 #include <new>
 
 extern "C" {
@@ -54,6 +56,16 @@ LoudnessState::LoudnessState(const AudioFormat& format, int mode)
     throw std::bad_alloc();
   }
   SetChannels(*state_, format);
+}
+
+double LoudnessState::Peak(int (*measure)(ebur128_state*, unsigned, double*)) const {
+  double greatest = 0.0;
+  for (unsigned channel = 0; channel < state_->channels; ++channel) {
+    double peak = 0.0;
+    measure(state_.get(), channel, &peak);
+    greatest = std::max(greatest, peak);
+  }
+  return 20.0 * std::log10(greatest);
 }
 
 void LoudnessState::Add(const AudioBlock& block, std::size_t begin, std::size_t count) {

@@ -23,6 +23,10 @@ class LoudnessState {
   /// Tells whether the weighting is made for the sample rate; a loudness means nothing otherwise.
   static bool IsMeasurable(const AudioFormat& format);
 
+  /// The greatest peak of all channels, in dB: `measure` is ebur128_sample_peak or
+  /// ebur128_true_peak.
+  double Peak(int (*measure)(ebur128_state*, unsigned, double*)) const;
+
   /// For the measuring functions, which want it mutable and leave it as it is.
   ebur128_state* Get() const { return state_.get(); }
 

@@ -1,7 +1,6 @@
 #include "host/picture/loudness_course.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace orvelhost {
 namespace {
@@ -14,21 +13,15 @@ constexpr unsigned long kShortTerm = 3000;  // ms
 
 LoudnessCourse::LoudnessCourse(const AudioFormat& format)
     : sampleRate_(format.sampleRate),
-      hop_(static_cast<std::size_t>(std::lround(sampleRate_ * kHop / 1000.0))),
+      hops_(format, kHop / 1000.0),
       isMeasurable_(LoudnessState::IsMeasurable(format)),
       state_(format, EBUR128_MODE_S) {}
 
 void LoudnessCourse::Add(const AudioBlock& block) {
-  for (std::size_t begin = 0; isMeasurable_ && begin < block.FrameCount();) {
-    const std::size_t count = std::min(hop_ - filled_, block.FrameCount() - begin);
-    state_.Add(block, begin, count);
-    begin += count;
-    filled_ += count;
-    if (filled_ == hop_) {
-      filled_ = 0;
-      Measure();
-    }
-  }
+  if (!isMeasurable_) return;
+  hops_.Cut(
+      block, [&](std::size_t begin, std::size_t count) { state_.Add(block, begin, count); },
+      [this] { Measure(); });
 }
 
 void LoudnessCourse::Measure() {
@@ -41,7 +34,8 @@ void LoudnessCourse::Measure() {
 }
 
 double LoudnessCourse::SecondsPerPoint() const {
-  return static_cast<double>(hop_) * static_cast<double>(points_.ItemsPerCell()) / sampleRate_;
+  return static_cast<double>(hops_.Size()) * static_cast<double>(points_.ItemsPerCell()) /
+         sampleRate_;
 }
 
 }  // namespace orvelhost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/audio/loudness_state.h"
+#include "host/audio/window_cutter.h"
 #include "host/picture/merging_row.h"
 #include "host/picture/sound_portrait.h"
 
@@ -22,9 +23,8 @@ class LoudnessCourse {
   void Measure();
 
   double sampleRate_;
-  std::size_t hop_;
+  WindowCutter hops_;
   bool isMeasurable_;
-  std::size_t filled_ = 0;
   unsigned long elapsed_ = 0;  // ms
   LoudnessState state_;
   MergingRow<LoudnessPoint> points_;

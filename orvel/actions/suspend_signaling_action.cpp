@@ -30,8 +30,7 @@ class SuspendSignalingAction : public Action {
     try {
       model_->SuspendSignaling();
     } catch (...) {
-      // A step that fails is not taken back, and several clips' model counts one of them all the
-      // same.
+      // A step that fails is not taken back, but the model of several clips has counted it.
       model_->ResumeSignaling(false);
       throw;
     }

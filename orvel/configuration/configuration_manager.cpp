@@ -411,14 +411,14 @@ ConfigurationManager::Presets ConfigurationManager::GetCurrentPresets() const {
 void ConfigurationManager::StoreCurrentConfigurations() {
   // Without a cache no mode has a configuration, which is no reason to take the document's away.
   if (!sessionHandler_ || !cache_ || isReadingDocument_) return;
-  unsigned number = ++storeNumber_;
-  for (bool hasChanged = true; hasDocument_ && hasChanged;) {
+  unsigned number = storeNumber_ - 1;
+  while (hasDocument_ && number != storeNumber_) {
+    number = ++storeNumber_;
     const Presets presets = GetCurrentPresets();
     if (AreSame(presets, documentPresets_)) return;
     const FlagScope writing(isWritingDocument_);
     if (!sessionHandler_->SetConfigurationPresets(presets)) return;
     documentPresets_ = presets;
-    hasChanged = std::exchange(number, storeNumber_) != storeNumber_;
   }
 }
 

@@ -177,7 +177,7 @@ class ORVEL_EXPORT ConfigurationManager {
   Presets unservedPresets_;                    // of those, the ones of modes that are not served
   bool hasDocument_ = false;                   // that can be read
   unsigned documentNumber_ = 0;                // grows with each one that is opened
-  unsigned storeNumber_ = 0;  // grows with each time that something is to be stored
+  unsigned storeNumber_ = 0;                   // grows with each time that they are to be stored
   HandleDirtyFunction handleDirty_;
   ReportMissingFunction reportMissing_;
   VerifyChangeFunction verifyChange_;

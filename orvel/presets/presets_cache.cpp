@@ -203,8 +203,7 @@ bool PresetsCache::Create(const Preset<ConfigPresetData>& preset, const std::u16
   InsertConfigEntry(entries_, preset, file);
   if (isTemporary) temporaries_.insert(preset.Guid);
   if (current != preset.Guid && temporaries_.contains(current)) {
-    // It stays with what could not be read, copied or deleted. Another process may have saved
-    // there.
+    // Another process may have saved there. It stays with what could not be read, copied, deleted.
     const bool isGone = Find(current)->group->presets_.Load() &&
                         MigrateUserPresets(current, preset.Guid, true) &&
                         Remove(current, preset.Guid);
@@ -245,7 +244,7 @@ bool PresetsCache::Remove(Guid guid, Guid successor) {
 bool PresetsCache::RemovePreset(const Guid& guid) {
   for (const auto& entry : entries_) {
     if (entry.group->GetPresets().Find(guid) == nullptr) continue;
-    return IsInPlace(entry) && entry.group->presets_.Remove(guid);
+    return RemovePreset(guid, entry.preset.Guid);
   }
   return false;
 }

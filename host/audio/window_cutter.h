@@ -19,15 +19,13 @@ class WindowCutter {
   /// How much of the window that is not whole yet has come.
   std::size_t Filled() const { return filled_; }
 
-  /// Calls `take(channel, samples)` for each channel's share of each window that the block is part
-  /// of, and `end()` behind each window that is whole.
+  /// Calls `take(begin, count)` for the frames of each window that the block is part of, and
+  /// `end()` behind each window that is whole.
   template <typename Take, typename End>
-  void Add(const AudioBlock& block, const Take& take, const End& end) {
+  void Cut(const AudioBlock& block, const Take& take, const End& end) {
     for (std::size_t begin = 0; begin < block.FrameCount();) {
       const std::size_t count = std::min(size_ - filled_, block.FrameCount() - begin);
-      for (int channel = 0; channel < block.ChannelCount(); ++channel) {
-        take(static_cast<std::size_t>(channel), block.Channel(channel).subspan(begin, count));
-      }
+      take(begin, count);
       begin += count;
       filled_ += count;
       if (filled_ == size_) {
@@ -35,6 +33,18 @@ class WindowCutter {
         filled_ = 0;
       }
     }
+  }
+
+  /// Calls `take(channel, samples)` for each channel's share of each window that the block is part
+  /// of, and `end()` behind each window that is whole.
+  template <typename Take, typename End>
+  void Add(const AudioBlock& block, const Take& take, const End& end) {
+    const auto takeChannels = [&](std::size_t begin, std::size_t count) {
+      for (int channel = 0; channel < block.ChannelCount(); ++channel) {
+        take(static_cast<std::size_t>(channel), block.Channel(channel).subspan(begin, count));
+      }
+    };
+    Cut(block, takeChannels, end);
   }
 
  private:
