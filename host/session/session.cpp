@@ -43,7 +43,7 @@ void Session::AddClips(const std::vector<std::filesystem::path>& files) {
   std::vector<SessionClip> added;
   for (const auto& file : files) {
     const AudioReader reader(file);
-    added.push_back(MakeClip(std::filesystem::absolute(file).lexically_normal(), reader.Format()));
+    added.push_back(MakeClip(AbsolutePath(file), reader.Format()));
   }
   std::ranges::move(added, std::back_inserter(clips_));
 }

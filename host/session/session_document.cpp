@@ -1,5 +1,6 @@
 #include "host/session/session_document.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <exception>
@@ -37,9 +38,25 @@ bool IsUTF8(const std::string& text) {
   return errors == 0;
 }
 
+/// The folder that the session stands in, also when it is reached through a link to the file.
+fs::path FolderOf(const fs::path& file) {
+  return AbsolutePath(TemporaryFile::FollowLinks(file)).parent_path();
+}
+
+/// The way from the folder to the source. Out of the folder it goes by the real folders, so that it
+/// is the same by whatever links the session is reached.
+fs::path FindWay(const fs::path& folder, const fs::path& source) {
+  const fs::path way = source.lexically_relative(folder);
+  if (!way.empty() && *way.begin() != "..") return way;
+  std::error_code error;
+  const fs::path from = fs::weakly_canonical(folder, error);
+  const fs::path to = fs::weakly_canonical(source.parent_path(), error);
+  return from.empty() || to.empty() ? way : (to / source.filename()).lexically_relative(from);
+}
+
 void AddSource(JSONValue& clip, const fs::path& source, const fs::path& folder) {
-  const fs::path relative = source.lexically_relative(folder);
-  const std::string path = (relative.empty() ? source : relative).generic_string();
+  const fs::path way = FindWay(folder, source);
+  const std::string path = (way.empty() ? source : way).generic_string();
   if (IsUTF8(path)) {
     AddToObject(clip, "source", JSONValue(path));
     return;
@@ -191,6 +208,15 @@ SessionDocument Parse(const std::string& text, const fs::path& folder) {
 
 }  // namespace
 
+fs::path AbsolutePath(const fs::path& file) {
+  const fs::path whole = fs::absolute(file);
+  std::error_code error;
+  const fs::path folder = std::ranges::find(whole, "..") == whole.end()
+                              ? fs::path()
+                              : fs::weakly_canonical(whole.parent_path(), error);
+  return folder.empty() ? whole.lexically_normal() : folder / whole.filename();
+}
+
 std::string FormatSession(const SessionDocument& document, const fs::path& folder) {
   JSONValue clips = JSONArray();
   for (const ClipRecord& record : document.clips) {
@@ -245,20 +271,18 @@ SessionDocument ParseSession(const std::string& text, const fs::path& folder) {
 }
 
 void WriteSession(const SessionDocument& document, const fs::path& file) {
-  WriteTextFile(file, FormatSession(document, fs::absolute(file).parent_path().lexically_normal()));
+  WriteTextFile(file, FormatSession(document, FolderOf(file)));
 }
 
 void CheckIsNoOtherFile(const fs::path& file) {
   std::error_code error;
   if (!fs::is_regular_file(file, error)) return;  // what is none is refused by who writes
-  bool isSession = false;
   try {
-    const JSONValuePtr root = JSONParse(ReadTextFile(file));
-    isSession = root && IsSession(root);
+    ReadSession(file);
   } catch (const std::runtime_error&) {
-    // Nobody knows what it is.
+    throw SessionError(Quoted(file) +
+                       " exists and is no session that can be read; give another name");
   }
-  if (!isSession) throw SessionError(Quoted(file) + " exists and is no session; give another name");
 }
 
 SessionDocument ReadSession(const fs::path& file) {
@@ -270,7 +294,7 @@ SessionDocument ReadSession(const fs::path& file) {
     throw SessionError(error.what());
   }
   try {
-    return ParseSession(text, fs::absolute(file).parent_path().lexically_normal());
+    return ParseSession(text, fs::weakly_canonical(FolderOf(file)));
   } catch (const SessionError& error) {
     throw SessionError(Quoted(file) + " " + error.what());
   }

@@ -41,6 +41,10 @@ struct SessionDocument {
   std::vector<orvel::ConfigPreset> configurations;
 };
 
+/// The file's path from the root without "." and "..", which lead behind a link where the link
+/// leads.
+std::filesystem::path AbsolutePath(const std::filesystem::path& file);
+
 /// The text of a session whose file stands in `folder`, which is absolute.
 std::string FormatSession(const SessionDocument& document, const std::filesystem::path& folder);
 
@@ -54,7 +58,8 @@ SessionDocument ParseSession(const std::string& text, const std::filesystem::pat
 void WriteSession(const SessionDocument& document, const std::filesystem::path& file);
 SessionDocument ReadSession(const std::filesystem::path& file);
 
-/// Raises SessionError for a file that is there and is no session, of whatever version.
+/// Raises SessionError for a file that is there and cannot be read as a session: it may hold what
+/// cannot be made anew.
 void CheckIsNoOtherFile(const std::filesystem::path& file);
 
 }  // namespace orvelhost

@@ -57,6 +57,26 @@ TEST(SessionDocument, OpensTheSameToTheLastBitAlsoInAnotherPlace) {
   EXPECT_EQ(FormatSession(ParseSession(text, "/a/b"), "/a/b"), text);
 }
 
+TEST(SessionDocument, ALinkLeadsToTheSameRecordings) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder / "deep/er/real");
+  std::filesystem::create_directory_symlink("deep/er/real", folder / "link");
+  std::filesystem::create_symlink("deep/er/real/b.orvelsession", folder / "b.orvelsession");
+  SessionDocument document = Sample(folder / "deep/er");
+  document.clips[1].source = folder / "link/x.wav";
+  const std::pair<const char*, const char*> ways[] = {
+      {"link/a.orvelsession", "a.orvelsession"},
+      {"b.orvelsession", "b.orvelsession"},
+      {"link/../c.orvelsession", "../c.orvelsession"}};
+  for (const auto& [way, real] : ways) {
+    WriteSession(document, folder / way);
+    const auto clips = ReadSession(folder / "deep/er/real" / real).clips;
+    EXPECT_EQ(clips[0].source, document.clips[0].source) << way;
+    EXPECT_EQ(clips[1].source, folder / "deep/er/real/x.wav") << way;
+  }
+  EXPECT_EQ(AbsolutePath(folder / "link/../y.wav"), folder / "deep/er/y.wav");
+}
+
 TEST(SessionDocument, DamageAndNewerVersionsAreToldApart) {
   const std::string whole = FormatSession(Sample("/folder"), "/folder");
   const auto change = [&whole](const std::string& from, const std::string& to) {
