@@ -10,9 +10,21 @@ bool WasInterrupted();
 /// Forgets a SIGINT, with which a person at a terminal stops what is under way, and no more.
 void ForgetInterrupt();
 
-/// While it lives SIGINT, SIGTERM and SIGHUP do not end the program, but are noted; and a file that
-/// grows past its limit, or a reader that has gone, is a failure of the write and not the end. A
-/// signal that was ignored before stays so. Scopes may nest.
+/// While it lives a file that grows past its limit, or a reader that has gone, is a failure of the
+/// write and not the end of the program. Scopes may nest.
+class WriteFailureScope {
+ public:
+  WriteFailureScope();
+  ~WriteFailureScope();
+  WriteFailureScope(const WriteFailureScope&) = delete;
+  WriteFailureScope& operator=(const WriteFailureScope&) = delete;
+
+ private:
+  struct sigaction before_[2];
+};
+
+/// The same; and SIGINT, SIGTERM and SIGHUP do not end the program, but are noted. One that was
+/// ignored before stays so.
 class InterruptScope {
  public:
   InterruptScope();
@@ -21,7 +33,8 @@ class InterruptScope {
   InterruptScope& operator=(const InterruptScope&) = delete;
 
  private:
-  struct sigaction before_[5];
+  WriteFailureScope writes_;
+  struct sigaction before_[3];
 };
 
 }  // namespace orvelcli

@@ -80,10 +80,12 @@ int RunShell(const Command& command, const CommandLine& line) {
   PrintNotes(command, line, host);
   bool allDone = true;
   ShellInput input([&shell](const auto& words) { return shell.Complete(words); });
+  const WriteFailureScope writes;
   if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
+  if (!allDone && !isTerminal) return kExit_Failed;  // the commands are meant for that session
   std::optional<InterruptScope> interrupts;
   if (isTerminal) interrupts.emplace();
-  bool isWarned = false;
+  std::vector<std::string> warned;  // the command that was held back last
   std::string text;
   while (!shell.IsOver() && !WasInterrupted()) {
     if (!input.Read(text)) {
@@ -94,11 +96,11 @@ int RunShell(const Command& command, const CommandLine& line) {
     if (!SplitWords(text, words)) {
       PrintError(line, "a quote does not end");
       allDone = false;
-    } else if (isTerminal && !isWarned && LosesWork(shell, words)) {
-      isWarned = true;
+    } else if (isTerminal && words != warned && LosesWork(shell, words)) {
+      warned = words;
       PrintError(line, "the session is not saved; the same command again goes on all the same");
     } else {
-      isWarned = false;
+      warned.clear();
       allDone &= Answered(shell, line, words);
     }
     if (isTerminal) ForgetInterrupt();
@@ -116,7 +118,8 @@ int RunSession(int argc, char** argv) {
       "Works on a session of clips by commands, one a line, from the terminal or a pipe. Each is\n"
       "answered by one line; one that fails by a line that begins with error, and the exit code "
       "is\n"
-      "1 at the end. Words with blanks stand in quotes. FILE is a session that was saved.\n"
+      "1 at the end. Words with blanks stand in quotes. FILE is a session that was saved; from a\n"
+      "pipe nothing is done when it cannot be opened.\n"
       "\n"
       "What controls have to know of a clip is measured meanwhile. At a terminal the answers tell\n"
       "what is known by then; from a pipe, show, clips and save wait for it. render always waits.\n"

@@ -127,7 +127,8 @@ ConfigPreset PresetStore::GetFactoryTemplate(const std::string& modeID) const {
   ConfigPreset configuration;
   if (!cache_->GetFactoryConfigPreset(modeID, configuration)) {
     Fail("the template of the mode " + modeID + " is missing in the preset folder '" +
-         orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) + "'");
+         orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
+         "'; it is made anew when the folder Default there is moved away");
   }
   return configuration;
 }

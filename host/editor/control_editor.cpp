@@ -1,6 +1,7 @@
 #include "host/editor/control_editor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <utility>
 
@@ -144,8 +145,12 @@ void ControlEditor::Offset(const std::string& name, double delta) const {
   const Parameter parameter = Find(name);
   const double range = static_cast<double>(parameter.definition.maxValue) -
                        static_cast<double>(parameter.definition.minValue);
-  if (parameter.definition.HasFlag(orvel::kParamFlag_NotStored) || !(range > 0.0)) {
+  if (parameter.definition.HasFlag(orvel::kParamFlag_NotStored) ||
+      parameter.definition.HasFlag(orvel::kParamFlag_TwoValued) || !(range > 0.0)) {
     throw EditError(name + " cannot be moved");
+  }
+  if (parameter.definition.HasFlag(orvel::kParamFlag_Stepped) && delta != std::floor(delta)) {
+    throw EditError(name + " moves by whole steps, not by " + ShownNumber(delta));
   }
   const double offset = std::clamp(delta / range, -1.0, 1.0);
   clips_.Execute(orvel::CreateOffsetModelParamAction(parameter.section, parameter.definition.id,

@@ -44,10 +44,4 @@ void SelectedClips::Execute(const boost::intrusive_ptr<orvel::Action>& action) c
 
 void SelectedClips::Announce() const { teskcore::threads::GetDefaultEventLoop()->Drain(); }
 
-void SelectedClips::AnnounceOtherSections() const {
-  GetUndoStack().MarkModified();
-  model_->Refresh();
-  Announce();
-}
-
 }  // namespace orvelhost

@@ -39,9 +39,8 @@ class SelectedClips {
 
   /// Carries out a step, and lets the library announce what it put off.
   void Execute(const boost::intrusive_ptr<orvel::Action>& action) const;
-  /// The same after a change that is no step: of the document, and of what sections are built from.
+  /// The same after a change that is no step.
   void Announce() const;
-  void AnnounceOtherSections() const;
 
  private:
   const Host& host_;

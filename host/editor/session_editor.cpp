@@ -57,6 +57,9 @@ void SessionEditor::SetMode(const std::string& modeID) {
   if (!IsMode(modeID)) {
     throw EditError("there is no mode '" + modeID + "', only " + ListModes() + " and none");
   }
+  if (orvel::ConfigurationManager::Get()->GetCurrentConfigGuidForMode(modeID).IsNull()) {
+    clips_.GetStore().GetFactoryTemplate(modeID);  // raises: controls would have no ranges
+  }
   clips_.Execute(orvel::CreateSetMixTypeWithDefaultPresetAction(
       clips_.GetModel(), modeID, orvel::UTF8to16("Set Mode " + modeID)));
 }

@@ -13,7 +13,7 @@
 namespace orvelhost {
 
 /// What a person does with a session, over the library's model of the selected clips. Each change
-/// of the clips' controls, modes, presets and of a template's settings is a step that can be
+/// of the clips' controls, modes, presets, template and of its settings is a step that can be
 /// undone. What cannot be done raises EditError or PresetError, and leaves all as it was. Main
 /// thread only.
 class SessionEditor {

@@ -10,6 +10,38 @@ namespace {
 
 using orvel::ConfigPreset;
 
+/// A template and the mode's settings as they are under it.
+struct TemplateState {
+  ConfigPreset selected;
+  orvel::ConfigPresetData settings;
+};
+
+/// Puts a template, with all of its settings, in the place of another.
+class ChangeTemplateAction : public orvel::Action {
+ public:
+  ChangeTemplateAction(const boost::intrusive_ptr<orvel::ConfigPresetsHandler>& handler,
+                       const boost::intrusive_ptr<orvel::OrvelModel>& model,
+                       const ConfigPreset& selected, const std::string& name)
+      : Action(true, true, orvel::UTF8to16(name)),
+        handler_(handler),
+        model_(model),
+        before_{handler->GetSelectedPreset(), handler->GetWorkingData()},
+        after_{selected, selected.PresetData} {}
+
+ private:
+  void RedoSelf() override { Put(after_); }
+  void UndoSelf() override { Put(before_); }
+  void Put(const TemplateState& state) {
+    handler_->Restore(state.selected, state.settings);
+    model_->Refresh();  // the template has presets of its own, and be its settings the same
+  }
+
+  boost::intrusive_ptr<orvel::ConfigPresetsHandler> handler_;
+  boost::intrusive_ptr<orvel::OrvelModel> model_;
+  TemplateState before_;
+  TemplateState after_;
+};
+
 /// The settings with one number changed, of the type that it has.
 orvel::PropList ChangeSetting(orvel::PropList settings, const std::string& key,
                               const std::string& text) {
@@ -53,10 +85,9 @@ std::string TemplateEditor::GetState() const {
 }
 
 void TemplateEditor::Select(const std::string& name) const {
-  const auto handler = GetHandler();
-  const ConfigPreset configuration = clips_.GetStore().FindTemplate({name, clips_.GetMode(), {}});
-  if (!handler->Select(configuration.Guid)) throw EditError("the template cannot be selected");
-  clips_.AnnounceOtherSections();
+  const ConfigPreset selected = clips_.GetStore().FindTemplate({name, clips_.GetMode(), {}});
+  clips_.Execute(
+      new ChangeTemplateAction(GetHandler(), clips_.GetModel(), selected, "Template " + name));
 }
 
 void TemplateEditor::Save(const std::string& name) const {
@@ -79,12 +110,13 @@ void TemplateEditor::Save(const std::string& name) const {
       cause = "the name cannot be that of a folder";
   }
   if (!cause.empty() || !handler->Save(preset)) {
-    for (const auto& trace : clips_.GetLog().TakeTraces()) {
-      cause += (cause.empty() ? "" : ": ") + trace;
-    }
-    throw EditError("cannot save the template: " + cause);
+    if (!cause.empty()) cause.insert(0, ": ");
+    for (const auto& trace : clips_.GetLog().TakeTraces()) cause += ": " + trace;
+    throw EditError("cannot save the template" + cause);
   }
-  clips_.AnnounceOtherSections();
+  clips_.GetUndoStack().MarkModified();
+  clips_.GetModel()->Refresh();
+  clips_.Announce();
 }
 
 void TemplateEditor::Configure(const std::string& section, const std::string& key,
@@ -103,9 +135,10 @@ void TemplateEditor::Configure(const std::string& section, const std::string& ke
 }
 
 void TemplateEditor::Revert() const {
-  orvel::ConfigurationManager::Get()->RevertCurrentDirtyConfigForMode(clips_.GetMode());
-  clips_.GetUndoStack().MarkModified();
-  clips_.Announce();
+  const auto handler = GetHandler();
+  if (!handler->IsModified()) throw EditError("no setting of the template was changed");
+  clips_.Execute(new ChangeTemplateAction(handler, clips_.GetModel(), handler->GetSelectedPreset(),
+                                          "Revert Template"));
 }
 
 }  // namespace orvelhost

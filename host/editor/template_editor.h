@@ -16,6 +16,7 @@ class TemplateEditor {
   std::vector<orvel::ConfigPreset> GetAll() const;
   /// The current one's name; with " *" when it was configured, or "(Custom)".
   std::string GetState() const;
+  /// As one step; settings that were changed and not saved come back when it is undone.
   void Select(const std::string& name) const;
   /// Saves the settings as a template and selects it; the current one, unless it comes with the
   /// library, is overwritten under its own name.
@@ -24,7 +25,7 @@ class TemplateEditor {
   /// section's settings that are no numbers, or are not there, cannot be set.
   void Configure(const std::string& section, const std::string& key,
                  const std::string& value) const;
-  /// Drops what was configured and not saved as a template.
+  /// Drops what was configured and not saved as a template, as one step.
   void Revert() const;
 
  private:
