@@ -128,7 +128,7 @@ ConfigPreset PresetStore::GetFactoryTemplate(const std::string& modeID) const {
   if (!cache_->GetFactoryConfigPreset(modeID, configuration)) {
     Fail("the template of the mode " + modeID + " is missing in the preset folder '" +
          orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
-         "'; it is made anew when the folder Default there is moved away");
+         "'; it is made anew when the folder Orvel/Default there is moved away");
   }
   return configuration;
 }
