@@ -42,6 +42,7 @@ int AnalyzeAll(const Command& command, const CommandLine& line) {
                                         "\n"
                                   : orvelhost::ToText(file, analysis))
                 << std::flush;
+      if (!std::cout) break;  // nobody reads on; the program tells so at its end
     } catch (const orvelhost::Cancelled&) {
       return kExit_Interrupted;
     } catch (const orvelhost::AudioError& error) {

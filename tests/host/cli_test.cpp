@@ -220,6 +220,7 @@ TEST_F(RenderCliTest, AnalyzesEachFileThatCanBeRead) {
   EXPECT_NEAR(std::stod(At(hum, "hum_hz")), 50.1, 0.02);
   EXPECT_NEAR(std::stod(At(hum, "hum_dbfs")), -22.04, 0.3);
   EXPECT_FALSE(std::getline(lines, line));
+  EXPECT_THAT(Run("analyze in.wav missing.wav >/dev/full").errors, Not(HasSubstr("missing.wav")));
   EXPECT_THAT(Run("analyze in.wav hum.wav").output, ::testing::ContainsRegex("Hum +50.10 Hz"));
 }
 
