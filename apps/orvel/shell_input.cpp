@@ -1,11 +1,13 @@
 #include "apps/orvel/shell_input.h"
 
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <iostream>
+#include <system_error>
 
 #include <editline/readline.h>
 #include <poll.h>
@@ -100,7 +102,11 @@ ShellInput::ShellInput(const Completer& completer) {
 ShellInput::~ShellInput() { ActiveCompleter() = {}; }
 
 bool ShellInput::Read(std::string& line) {
-  if (!IsTerminal()) return static_cast<bool>(std::getline(std::cin, line));
+  if (!IsTerminal()) {
+    if (std::getline(std::cin, line)) return true;
+    if (std::ferror(stdin) == 0 || WasInterrupted()) return false;
+    throw std::system_error(errno, std::generic_category(), "cannot read the standard input");
+  }
   char* text = nullptr;
   while ((text = readline("orvel> ")) == nullptr) {
     std::cout << std::endl;

@@ -23,7 +23,8 @@ class ShellInput {
   static bool IsTerminal();
 
   /// False at the end, and at a terminal after SIGTERM or SIGHUP; SIGINT clears the line there.
-  /// They are to be noted by an InterruptScope.
+  /// They are to be noted by an InterruptScope. Raises std::system_error for what cannot be read,
+  /// such as a folder.
   bool Read(std::string& line);
 };
 

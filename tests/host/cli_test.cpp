@@ -201,6 +201,7 @@ TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
   EXPECT_THAT(stopped.errors, HasSubstr("stopped; 0 of 2 files"));
   EXPECT_EQ(Run("analyze p & exec 3>p; kill -TERM $!; wait $!;").exitCode, 130);
   EXPECT_THAT(Run("session", "", "echo add p | ").output, HasSubstr("cannot be read twice"));
+  EXPECT_EQ(Run("session </").exitCode, 1) << "a folder holds no commands";
   EXPECT_FALSE(std::filesystem::exists(folder_ / "out"));
 }
 
