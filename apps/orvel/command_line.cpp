@@ -39,7 +39,11 @@ CommandLine::CommandLine(const std::vector<OptionSyntax>& options, int argc, cha
         isLetter ? std::string("-") + static_cast<char>(optopt) : std::string(argv[optind - 1]);
     if (code == ':') throw UsageError("the option " + given + " needs a value");
     if (code == '?') throw UsageError("unknown or misused option '" + given + "'");
-    values_[names[code]].emplace_back(optarg != nullptr ? optarg : "");
+    const std::string value = optarg != nullptr ? optarg : "";
+    if (optarg != nullptr && value.empty()) {
+      throw UsageError(std::string("the option --") + names[code] + " needs a value");
+    }
+    values_[names[code]].push_back(value);
   }
   words_.assign(argv + optind, argv + argc);
 }

@@ -24,7 +24,7 @@ struct OptionSyntax {
 class CommandLine {
  public:
   /// `argv` begins with the command's name. Raises UsageError for an unknown option, and one that
-  /// lacks its value or has one too many.
+  /// lacks its value, has an empty one, or one too many.
   CommandLine(const std::vector<OptionSyntax>& options, int argc, char** argv);
 
   const std::vector<std::string>& Words() const { return words_; }

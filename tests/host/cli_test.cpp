@@ -44,6 +44,7 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render . -o out.wav", 2, "is a folder"},
       {"render in.wav -o out.wav -o out2.wav", 2, "--output is given twice"},
       {"render in.wav -fo", 2, "-o needs a value"},
+      {"render in.wav -o out.wav --report ''", 2, "--report needs a value"},
       {"render in.wav -fxo out.wav", 2, "'-x'"},
       {"render in.wav -o out.wav --jobs 0", 2, "1 to 256, not '0'"},
       {"render in.wav -o out.wav --picture a.jpg", 2, "must end in .png"},
