@@ -59,10 +59,27 @@ int List(const Command& command, const CommandLine& line) {
   return kExit_Success;
 }
 
+/// The preset that --from names: of those of that name the one under --template, where there is
+/// one.
+orvel::UserPreset FindStart(const PresetStore& store, const CommandLine& line) {
+  const std::string name = line.Value("from");
+  if (line.Has("template")) {
+    try {
+      return FindPreset(store, line, name);
+    } catch (const orvelhost::PresetError&) {  // it may be another template's
+    }
+  }
+  return store.FindPreset({name, line.Value("mode"), {}});
+}
+
 /// What the new preset starts from: the preset that was named, else the template's default.
 orvel::UserPresetData GetStart(const PresetStore& store, const CommandLine& line,
                                const orvel::ConfigPreset& configuration) {
-  if (line.Has("from")) return FindPreset(store, line, line.Value("from")).PresetData;
+  if (line.Has("from")) {
+    orvel::UserPresetData data = FindStart(store, line).PresetData;
+    if (line.Has("template")) data.Config = configuration.Guid;
+    return data;
+  }
   for (const auto& preset : store.GetPresets(configuration.PresetData.ModeID)) {
     if (preset.PresetData.Config == configuration.Guid && orvelhost::IsDefaultName(preset.Name)) {
       return preset.PresetData;

@@ -162,6 +162,8 @@ TEST_F(PresetCommandsTest, TemplatesOfThePreferencesFolderAreListedAndUsed) {
   EXPECT_THAT(Presets("export 'Podcast Voice'").errors, HasSubstr("dialog, template Studio, "));
   EXPECT_EQ(Presets("save Mine -m dialog --template Studio --from 'Podcast Voice'").exitCode, 0);
   EXPECT_EQ(Presets("remove 'Podcast Voice' --template Studio").exitCode, 0);
+  EXPECT_THAT(Presets("save A -m dialog --template Studio --from 'Podcast Voice' --json").output,
+              AllOf(HasSubstr(R"("template": "Studio")"), HasSubstr(R"("EnableReduceNoise": 1)")));
   EXPECT_EQ(Run("--prefs own sections dialog --template Studio").output,
             Run("--prefs own sections dialog").output);
 }
