@@ -141,7 +141,14 @@ int Export(const Command& /*command*/, const CommandLine& line) {
   const orvelhost::Host host;
   const PresetStore store(host);
   std::vector<orvel::UserPreset> presets;
-  for (const std::string& name : line.Words()) presets.push_back(FindPreset(store, line, name));
+  for (const std::string& name : line.Words()) {
+    const orvel::UserPreset preset = FindPreset(store, line, name);
+    const auto isIt = [&preset](const orvel::UserPreset& other) {
+      return other.Guid == preset.Guid && other.PresetData.Config == preset.PresetData.Config;
+    };
+    // An import would refuse the second.
+    if (std::ranges::none_of(presets, isIt)) presets.push_back(preset);
+  }
   std::string text;
   if (!orvel::WritePresets(presets, text)) {
     throw orvelhost::PresetError("a value is not finite");

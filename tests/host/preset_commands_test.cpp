@@ -94,6 +94,7 @@ TEST_F(PresetCommandsTest, ARefusalGivesItsReasonAndChangesNothing) {
   EXPECT_EQ(ambiguous.exitCode, 1);
   EXPECT_THAT(ambiguous.errors, AllOf(HasSubstr("(dialog, 29005963-8f41-4937-a812-05e11b425da1)"),
                                       HasSubstr("(music, 83579953-5c56-4107-a31a-b5920f46d141)")));
+  EXPECT_EQ(Presets("export Taken taken").output, exported) << "it is one preset";
   EXPECT_EQ(Presets("export 83579953-5c56-4107-a31a-b5920f46d141").exitCode, 0);
   EXPECT_EQ(Run("--prefs /dev/null/x presets").exitCode, 1);
   EXPECT_THAT(Run("presets --prefs=").errors, HasSubstr("--prefs needs a value"));
