@@ -4,6 +4,7 @@
 
 #include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
+#include "host/catalogue/setting.h"
 #include "host/effects/effect_catalogue.h"
 
 namespace orvelhost {
@@ -81,14 +82,6 @@ std::string Format(const char* format, auto... values) {
   return text;
 }
 
-std::string DescribeRange(const orvel::ParamDefinition& param) {
-  if (param.HasFlag(orvel::kParamFlag_TwoValued) && param.minValue == 0.0f) {
-    return param.defaultValue != 0.0f ? "0 or 1, 1 at first" : "0 or 1, 0 at first";
-  }
-  return Format("%g to %g, %g at first", static_cast<double>(param.minValue),
-                static_cast<double>(param.maxValue), static_cast<double>(param.defaultValue));
-}
-
 JSONValue EffectToJSON(const EffectRow& row) {
   return MakeObject({{"effect", row.effect},
                      {"order", std::int64_t{row.order}},
@@ -103,6 +96,7 @@ JSONValue ParameterToJSON(const ParameterRow& row) {
   JSONValue object = MakeObject({{"name", param.name},
                                  {"min", static_cast<double>(param.minValue)},
                                  {"max", static_cast<double>(param.maxValue)},
+                                 {"two_valued", param.HasFlag(orvel::kParamFlag_TwoValued)},
                                  {"default", static_cast<double>(param.defaultValue)},
                                  {"read_only", param.HasFlag(orvel::kParamFlag_NotStored)},
                                  {"effects", MakeArray(row.effects, &EffectToJSON)}});
@@ -125,7 +119,9 @@ std::string ToText(const SectionTable& table) {
   std::string text = table.name + "\n";
   for (const auto& row : table.parameters) {
     const std::string name = section + "." + row.definition.name;
-    text += Format("  %-38s %s", name.c_str(), DescribeRange(row.definition).c_str());
+    text += Format("  %-38s %s, %g at first", name.c_str(),
+                   DescribeRange(table.modelID, row.definition).c_str(),
+                   static_cast<double>(row.definition.defaultValue));
     if (row.definition.HasFlag(orvel::kParamFlag_NotStored)) text += ", read only";
     if (!row.drives.empty()) text += ", switches " + row.drives;
     text += "\n";
