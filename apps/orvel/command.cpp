@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "apps/orvel/exit_code.h"
+#include "host/audio/audio_error.h"
 #include "host/catalogue/mode_catalogue.h"
 
 namespace orvelcli {
@@ -28,7 +29,8 @@ int RunCommand(const Command& command, int argc, char** argv) {
 
 void PrintNotes(const Command& command, const CommandLine& line, const orvelhost::Host& host) {
   for (const std::string& trace : host.GetLog().TakeTraces()) {
-    if (!line.IsQuiet()) std::cerr << command.name << ": note: " << trace << "\n";
+    if (line.IsQuiet()) continue;
+    std::cerr << command.name << ": note: " << orvelhost::Printable(trace) << "\n";
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "apps/orvel/command.h"
 #include "apps/orvel/exit_code.h"
+#include "host/audio/audio_error.h"
 #include "host/catalogue/json_values.h"
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/preset_import.h"
@@ -21,6 +22,7 @@ namespace {
 
 using orvelhost::ImportOutcome;
 using orvelhost::PresetStore;
+using orvelhost::Quoted;
 using teskcore::serialization::AddToObject;
 using teskcore::serialization::AppendToArray;
 using teskcore::serialization::JSONArray;
@@ -136,7 +138,7 @@ int Export(const Command& /*command*/, const CommandLine& line) {
   const std::filesystem::path output = line.Value("output");
   std::error_code error;
   if (!line.Has("force") && std::filesystem::exists(output, error)) {
-    throw UsageError("'" + output.string() + "' exists already");
+    throw UsageError(Quoted(output) + " exists already");
   }
   const orvelhost::Host host;
   const PresetStore store(host);
@@ -192,7 +194,7 @@ void PrintImported(const Command& command, const CommandLine& line, const std::s
                            store.Describe(imported.preset) +
                            (imported.reason.empty() ? "" : ": " + imported.reason);
   if (imported.outcome == ImportOutcome::kRefused) {
-    std::cerr << command.name << ": '" << file << "': " << text << "\n";
+    std::cerr << command.name << ": " << Quoted(file) << ": " << text << "\n";
   } else if (!line.IsQuiet() && !line.AsJSON()) {
     std::cout << text << "\n";
   }
@@ -213,7 +215,7 @@ int Import(const Command& command, const CommandLine& line) {
         if (imported.outcome == ImportOutcome::kRefused) exitCode = kExit_Failed;
       }
     } catch (const orvelhost::PresetError& error) {
-      std::cerr << command.name << ": '" << file << "': " << error.what() << "\n";
+      std::cerr << command.name << ": " << Quoted(file) << ": " << error.what() << "\n";
       exitCode = kExit_Failed;
     } catch (const std::exception& error) {
       std::cerr << command.name << ": " << error.what() << "\n";

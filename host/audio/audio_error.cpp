@@ -12,23 +12,23 @@ AudioError::AudioError(const std::string& task, const std::filesystem::path& fil
 AudioError::AudioError(const std::string& task, const std::filesystem::path& file, int cause)
     : AudioError(task, file, std::generic_category().message(cause)) {}
 
-std::string Printable(const std::filesystem::path& path) {
-  std::string text;
-  for (const char letter : path.string()) {
+std::string Printable(const std::string& text) {
+  std::string printable;
+  for (const char letter : text) {
     const auto code = static_cast<unsigned char>(letter);
     if (letter == '\n') {
-      text += "\\n";
+      printable += "\\n";
     } else if (code < 0x20 || code == 0x7f) {
       char escape[8];
       std::snprintf(escape, sizeof escape, "\\x%02x", code);
-      text += escape;
+      printable += escape;
     } else {
-      text += letter;
+      printable += letter;
     }
   }
-  return text;
+  return printable;
 }
 
-std::string Quoted(const std::filesystem::path& path) { return "'" + Printable(path) + "'"; }
+std::string Quoted(const std::string& text) { return "'" + Printable(text) + "'"; }
 
 }  // namespace orvelhost

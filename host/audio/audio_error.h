@@ -17,9 +17,9 @@ class AudioError : public std::runtime_error {
   AudioError(const std::string& task, const std::filesystem::path& file, int cause);
 };
 
-/// A file's name as messages and terminals take it: one line, without the control characters that
-/// it may hold. Quoted adds the quotes around it.
-std::string Printable(const std::filesystem::path& path);
-std::string Quoted(const std::filesystem::path& path);
+/// A text from outside, such as a file's name, as messages and terminals take it: one line, without
+/// the control characters that it may hold. Quoted adds the quotes around it.
+std::string Printable(const std::string& text);
+std::string Quoted(const std::string& text);
 
 }  // namespace orvelhost

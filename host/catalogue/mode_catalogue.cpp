@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "host/audio/audio_error.h"
 #include "host/catalogue/json_values.h"
 
 namespace orvelhost {
@@ -93,6 +94,8 @@ JSONValue ModesAsJSON() {
 }
 
 std::string ShownName(const std::string& name) { return orvel::UTF16to8(orvel::ZString(name)); }
+
+std::string PrintedName(const std::string& name) { return Printable(ShownName(name)); }
 
 std::string EnglishName(const std::string& name) {
   const std::size_t equals = name.find('=');

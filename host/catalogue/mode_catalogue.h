@@ -23,8 +23,10 @@ std::vector<orvel::SectionDefinition> MakeSections(const orvel::ConfigPreset& co
 std::string ModesAsText();
 teskcore::serialization::JSONValue ModesAsJSON();
 
-/// A name that may be a localisation key, as a person reads it, and in English.
+/// A name that may be a localisation key, as a person reads it, the same for texts to print, and in
+/// English. What was imported may hold anything, which JSON tells as it is.
 std::string ShownName(const std::string& name);
+std::string PrintedName(const std::string& name);
 std::string EnglishName(const std::string& name);
 
 /// The model id as commands name it, without "model_".

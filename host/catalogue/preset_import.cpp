@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 
+#include "host/audio/audio_error.h"
 #include "host/catalogue/mode_catalogue.h"
 
 namespace orvelhost {
@@ -46,7 +47,7 @@ ImportedPreset Judge(const UserPreset& preset, const PresetStore& store, bool re
   ImportedPreset judged{preset, ImportOutcome::kRefused, ""};
   const auto& data = judged.preset.PresetData;
   if (!IsMode(data.ModeID)) {
-    judged.reason = "there is no mode '" + data.ModeID + "'";
+    judged.reason = "there is no mode " + Quoted(data.ModeID);
     return judged;
   }
   std::string note;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/audio/audio_error.h"
 #include "host/catalogue/mode_catalogue.h"
 
 namespace orvelhost {
@@ -58,10 +59,10 @@ T TakeOnly(const std::vector<T>& matches, const std::string& kind, const PresetQ
   if (matches.size() == 1) return matches.front();
   const std::string where = (query.modeID.empty() ? "" : " in the mode " + query.modeID) + within;
   if (matches.empty()) {
-    throw PresetError("there is no " + kind + " '" + query.name + "'" + where);
+    throw PresetError("there is no " + kind + " " + Quoted(query.name) + where);
   }
   std::string message =
-      "several " + kind + "s are called '" + query.name + "'" + where + "; give the guid of one:";
+      "several " + kind + "s are called " + Quoted(query.name) + where + "; give the guid of one:";
   for (const T& match : matches) message += "\n  " + describe(match);
   throw PresetError(message);
 }
@@ -150,7 +151,7 @@ UserPreset PresetStore::FindPreset(const PresetQuery& query) const {
     std::erase_if(presets, [&](const auto& p) { return p.PresetData.Config != query.config; });
     ConfigPreset configuration;
     cache_->FindPreset(query.config, configuration);
-    if (!IsFactory(configuration)) within = ", template " + ShownName(configuration.Name);
+    if (!IsFactory(configuration)) within = ", template " + PrintedName(configuration.Name);
   }
   return TakeOnly(Matches(presets, query.name, query.capitals), "preset", query, within,
                   [this](const UserPreset& preset) { return Describe(preset); });
@@ -159,7 +160,7 @@ UserPreset PresetStore::FindPreset(const PresetQuery& query) const {
 ConfigPreset PresetStore::FindTemplate(const PresetQuery& query) const {
   return TakeOnly(Matches(GetTemplates(query.modeID), query.name, query.capitals), "template",
                   query, "", [](const ConfigPreset& preset) {
-                    return ShownName(preset.Name) + "  (" + preset.PresetData.ModeID + ", " +
+                    return PrintedName(preset.Name) + "  (" + preset.PresetData.ModeID + ", " +
                            preset.Guid.AsUTF8String() + ")";
                   });
 }
@@ -192,10 +193,10 @@ std::string PresetStore::FindFault(const UserPreset& preset, bool replace) const
     case orvel::PresetNameStatus::kUsable:
       return "";
     case orvel::PresetNameStatus::kReserved:
-      return "the name '" + preset.Name + "' is reserved";
+      return "the name " + Quoted(preset.Name) + " is reserved";
     case orvel::PresetNameStatus::kNotAFileName: {
       const auto traces = host_.GetLog().TakeTraces();
-      return traces.empty() ? "the name cannot be that of a file" : traces.back();
+      return traces.empty() ? "the name cannot be that of a file" : Printable(traces.back());
     }
     case orvel::PresetNameStatus::kTaken:
       break;
@@ -235,8 +236,8 @@ void PresetStore::Remove(const UserPreset& preset) const {
 std::string PresetStore::Describe(const UserPreset& preset) const {
   const ConfigPreset configuration = GetTemplate(preset);
   const bool isPlain = configuration.Guid.IsNull() || IsFactory(configuration);
-  const std::string made = isPlain ? "" : ", template " + ShownName(configuration.Name);
-  return ShownName(preset.Name) + "  (" + preset.PresetData.ModeID + made + ", " +
+  const std::string made = isPlain ? "" : ", template " + PrintedName(configuration.Name);
+  return PrintedName(preset.Name) + "  (" + Printable(preset.PresetData.ModeID) + made + ", " +
          preset.Guid.AsUTF8String() + ")";
 }
 

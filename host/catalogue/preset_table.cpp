@@ -78,7 +78,7 @@ JSONValue ToJSON(const orvel::UserPreset& preset, const PresetStore& store) {
 std::string ToText(const orvel::ConfigPreset& configuration, const PresetStore& store) {
   const std::int64_t count = CountPresets(configuration, store);
   std::ostringstream text;
-  text << ShownName(configuration.Name) << "  (" << configuration.PresetData.ModeID
+  text << PrintedName(configuration.Name) << "  (" << configuration.PresetData.ModeID
        << (store.IsFactory(configuration) ? ", comes with the library, " : ", ")
        << configuration.Guid.AsUTF8String() << "): " << count
        << (count == 1 ? " preset\n" : " presets\n");

@@ -126,6 +126,7 @@ TEST_F(PresetCommandsTest, AnImportSavesAFileAsAWholeAndNeverReplacesUnasked) {
   expectNothing("[" + good + ", " + Document("Bad", "cea7", "dialog", "7") + "]", "something else");
   expectNothing(Document("New", "cea6", "podcast"), "'podcast'");
   expectNothing(Document("Taken", "cea6", "dialog"), "of this name");
+  expectNothing(Document("N\\u001b\\n", "cea6", "\\u001b"), "refused N\\x1b\\n  (\\x1b, ");
   expectNothing(Document("Podcast Voice", "cea6", "dialog"), "comes with the library");
   expectNothing(Document("Default", "cea6", "dialog"), "reserved");
 
