@@ -20,6 +20,7 @@
 #include "host/catalogue/setting.h"
 #include "host/effects/filter_check.h"
 #include "host/render/file_clash.h"
+#include "host/render/output_folder.h"
 #include "host/render/render_batch.h"
 #include "host/render/render_list.h"
 #include "host/render/render_record.h"
@@ -118,24 +119,6 @@ void CheckFiles(const CommandLine& line, const orvelhost::RenderList& list,
   }
   if (!fault.empty()) throw UsageError(fault);
 }
-
-/// A folder for the outputs that is taken away again when nothing came into it.
-class OutputFolder {
- public:
-  /// Raises AudioError when it cannot be made. An empty name is no folder.
-  explicit OutputFolder(const std::filesystem::path& folder)
-      : folder_(folder), isNew_(!folder.empty() && orvelhost::MakeFolder(folder)) {}
-  ~OutputFolder() {
-    std::error_code error;  // it is not empty
-    if (isNew_) std::filesystem::remove(folder_, error);
-  }
-  OutputFolder(const OutputFolder&) = delete;
-  OutputFolder& operator=(const OutputFolder&) = delete;
-
- private:
-  std::filesystem::path folder_;
-  bool isNew_;
-};
 
 /// Tells on the terminal how the renders come on, and what came of each.
 class Teller {
@@ -292,8 +275,8 @@ int RenderAll(const Command& command, const CommandLine& line) {
   }
   for (const std::string& fault : list.faults) teller.Tell(fault);
   const bool isDryRun = line.Has("dry-run");
-  const OutputFolder folder(isDryRun ? "" : list.folder);
-  const OutputFolder pictureFolder(isDryRun ? "" : PictureFolder(line, list));
+  const orvelhost::OutputFolder folder(isDryRun ? "" : list.folder);
+  const orvelhost::OutputFolder pictureFolder(isDryRun ? "" : PictureFolder(line, list));
   if (!reportFile.empty() && !isDryRun) {
     const orvelhost::TemporaryFile trial(reportFile);  // not only when hours of work are done
   }

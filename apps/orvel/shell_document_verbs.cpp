@@ -2,8 +2,8 @@
 #include "apps/orvel/shell_verbs.h"
 #include "host/audio/audio_error.h"
 #include "host/catalogue/json_values.h"
+#include "host/render/output_folder.h"
 #include "host/render/render_batch.h"
-#include "host/render/render_list.h"
 #include "host/render/session_requests.h"
 #include "host/session/session_document.h"
 
@@ -37,7 +37,11 @@ Answer ShowHistory(ShellState& state, const Words& /*words*/) {
 Answer RenderClips(ShellState& state, const Words& words) {
   const InterruptScope interrupts;
   const auto goOn = [](const auto&...) { return !WasInterrupted(); };
-  orvelhost::MakeFolder(words.front());
+  if (words.front().empty()) throw orvelhost::EditError("give a folder");
+  if (state.editor.GetSession().GetClips().empty()) {
+    throw orvelhost::EditError("there are no clips to render");
+  }
+  const orvelhost::OutputFolder folder(words.front());
   const auto requests = orvelhost::MakeRequests(state.editor.GetSession(), words.front(), goOn);
   const auto outcomes = orvelhost::RenderBatch(state.host, requests, 1, {{}, goOn});
   Words done;

@@ -74,13 +74,6 @@ std::string OutputNames::Take(const path& source, const std::string& ending) {
   return name;
 }
 
-bool MakeFolder(const path& folder) {
-  std::error_code error;
-  const bool isNew = std::filesystem::create_directories(folder, error);
-  if (error) throw AudioError("make the folder", folder, error.message());
-  return isNew;
-}
-
 bool ListRenders(const std::vector<path>& inputs, const path& output, RenderList& list,
                  std::string& error) {
   const bool isBatch = inputs.size() > 1 || std::ranges::any_of(inputs, &IsFolder) ||

@@ -19,10 +19,6 @@ class OutputNames {
   std::map<std::string, int> lastNumbers_;  ///< that were given with a name, 1 for none
 };
 
-/// Makes the folder, and those above it, where there is none yet; tells whether it did. Throws
-/// AudioError.
-bool MakeFolder(const std::filesystem::path& folder);
-
 /// An input and what becomes of it.
 struct RenderTask {
   std::filesystem::path input;

@@ -169,7 +169,7 @@ TEST_F(RenderCliTest, WhatFailsInABatchLeavesNothingAndTheRestIsDone) {
   EXPECT_EQ(At(report, "files/4/status"), "\"rendered\"");
   EXPECT_EQ(ReadBytes(folder_ / "out" / "old.wav"), "as it was");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_ / "out"), {}), 2);
-  EXPECT_EQ(Run("render text.txt missing.wav -o new").exitCode, 1);
+  EXPECT_EQ(Run("render text.txt missing.wav -o new/deeper").exitCode, 1);
   EXPECT_FALSE(std::filesystem::exists(folder_ / "new")) << "nothing came into it";
 }
 

@@ -221,6 +221,7 @@ TEST_F(SessionCommands, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
             2);
   EXPECT_THAT(Answers("render more/c.wav/x", 1, "day.orvelsession").back(),
               HasSubstr("'more/c.wav/x'"));
+  EXPECT_THAT(Answers("render none/at/all", 1).back(), HasSubstr("no clips"));
 }
 
 TEST_F(SessionCommands, ATerminalCompletesAndUnsavedWorkIsNotLostUnasked) {

@@ -1,0 +1,27 @@
+#include "host/render/output_folder.h"
+
+#include <ranges>
+#include <system_error>
+
+#include <unistd.h>
+
+#include "host/audio/audio_error.h"
+
+namespace orvelhost {
+
+// Behind another constructor, so that the destructor takes back what was made before a failure.
+OutputFolder::OutputFolder(const std::filesystem::path& folder) : OutputFolder() {
+  std::filesystem::path reached;
+  for (const auto& step : folder) {
+    reached /= step;
+    std::error_code error;
+    if (std::filesystem::create_directories(reached, error)) made_.push_back(reached);
+    if (error) throw AudioError("make the folder", folder, error.message());
+  }
+}
+
+OutputFolder::~OutputFolder() {
+  for (const auto& folder : std::views::reverse(made_)) rmdir(folder.c_str());  // if it is empty
+}
+
+}  // namespace orvelhost
