@@ -8,6 +8,7 @@
 #include "host/audio/audio_error.h"
 #include "host/audio/audio_reader.h"
 #include "host/audio/audio_writer.h"
+#include "host/audio/file_identity.h"
 
 namespace orvelhost {
 namespace {
@@ -22,9 +23,10 @@ bool IsCalledSound(const path& file) {
   return std::ranges::find(kEndings, EndingOf(file)) != kEndings.end();
 }
 
+/// Or is to be one, as a slash at the end of the name says.
 bool IsFolder(const path& name) {
   std::error_code error;
-  return std::filesystem::is_directory(name, error);
+  return (!name.empty() && !name.has_filename()) || std::filesystem::is_directory(name, error);
 }
 
 /// Adds the audio files of a folder.
@@ -76,16 +78,19 @@ std::string OutputNames::Take(const path& source, const std::string& ending) {
 
 bool ListRenders(const std::vector<path>& inputs, const path& output, RenderList& list,
                  std::string& error) {
-  const bool isBatch = inputs.size() > 1 || std::ranges::any_of(inputs, &IsFolder) ||
-                       IsFolder(output) || !output.has_filename();
+  const bool isBatch =
+      inputs.size() > 1 || std::ranges::any_of(inputs, &IsFolder) || IsFolder(output);
   std::error_code cause;
+  std::string fault;
   if (isBatch && !IsFolder(output) &&
       (std::filesystem::exists(output, cause) || AudioWriter::IsSupported(output))) {
-    error = "the output of several files is a folder, and " + Quoted(output) + " is none";
-    return false;
+    fault = "the output of several files is a folder, and " + Quoted(output) + " is none";
+  } else if (!isBatch && !AudioWriter::IsSupported(output)) {
+    fault = "the output's name must end in .wav or .flac, not as in " + Quoted(output);
   }
-  if (!isBatch && !AudioWriter::IsSupported(output)) {
-    error = "the output's name must end in .wav or .flac, not as in " + Quoted(output);
+  if (!fault.empty()) {
+    std::ranges::for_each(inputs, &IdentityOf);  // a mistyped folder is no fault of the output
+    error = fault;
     return false;
   }
   std::vector<path> files;

@@ -32,16 +32,16 @@ struct RenderList {
   std::vector<std::string> faults;  ///< a line for each folder that cannot be read, or has no audio
 };
 
-/// Finds out what is to be rendered where. `output` is a file for one input; for several, and for
-/// one that is a folder, or where a folder stands already, or with a slash at its end, it is a
-/// folder. There FLAC stays FLAC, and all else becomes WAV.
+/// Finds out what is to be rendered where. A name with a slash at its end is a folder's. `output`
+/// is a file for one input; for several, and for one that is a folder, or where a folder stands
+/// already, it is a folder. There FLAC stays FLAC, and all else becomes WAV.
 ///
 /// A folder as input gives its audio files, by their names: those whose name ends like that of a
 /// sound file, and of the others those that hold audio. Its folders, and names that begin with a
 /// dot, are left out.
 ///
-/// False, with `error` as one line that says why, when `output` is not what it has to be. Nothing
-/// is written.
+/// False, with `error` as one line that says why, when `output` is not what it has to be for these
+/// inputs; AudioError when one of them is not even there. Nothing is written.
 bool ListRenders(const std::vector<std::filesystem::path>& inputs,
                  const std::filesystem::path& output, RenderList& list, std::string& error);
 

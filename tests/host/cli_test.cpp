@@ -63,6 +63,8 @@ TEST_F(RenderCliTest, AFailureGivesOneLineItsExitCodeAndNoFile) {
       {"render in.wav -o out.wav --preset Podcast", 2, "give --mode"},
       {"render in.wav -o out.wav -m dialog -s pan.Pan=1", 2, "no section 'pan' here"},
       {"sections", 2, "dialog, music, sfx, ambience"},
+      {"render takez -o outz", 1, "cannot read 'takez'"},
+      {"render takez/ -o outz/", 1, "the folder 'takez/'"},
       {"render missing.wav -o out.wav", 1, "'missing.wav'"},
       {"render in.wav -o missing/out.wav", 1, "'missing/out.wav'"},
   };
