@@ -298,7 +298,7 @@ int RenderAll(const Command& command, const CommandLine& line) {
   const auto done = count(RenderOutcome::kDone);
   if (count(RenderOutcome::kStopped) > 0) {
     teller.Tell(requests.size() == 1
-                    ? orvelhost::StoppedText(requests.front())
+                    ? outcomes.front().error
                     : "stopped; " + std::to_string(done) + " of " +
                           std::to_string(requests.size()) + " files were rendered");
     return kExit_Interrupted;

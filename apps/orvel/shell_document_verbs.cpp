@@ -59,10 +59,8 @@ Answer RenderClips(ShellState& state, const Words& words) {
       }
       done.push_back(file);
     } else {
-      faults.push_back(outcome.status == orvelhost::RenderOutcome::kFailed
-                           ? outcome.error
-                           : orvelhost::StoppedText(requests[index]));
-      AddToObject(entry, "error", faults.back());
+      faults.push_back(outcome.error);
+      AddToObject(entry, "error", outcome.error);
     }
     teskcore::serialization::AppendToArray(list, entry);
   }

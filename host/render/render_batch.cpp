@@ -96,11 +96,13 @@ class Batch {
 
   RenderOutcome RenderOne(std::size_t index) {
     RenderOutcome outcome;
+    outcome.error = StoppedText(requests_[index]);
     if (isStopped_) return outcome;
     try {
       outcome.report =
           Render(host_, requests_[index], [this](const auto& call) { CallOnMain(call); });
       outcome.status = RenderOutcome::kDone;
+      outcome.error.clear();
     } catch (const Cancelled&) {
     } catch (const std::bad_alloc&) {
       outcome.status = RenderOutcome::kFailed;

@@ -12,12 +12,12 @@ namespace orvelhost {
 struct RenderOutcome {
   enum Status {
     kStopped,  ///< before its end, or before it was begun
-    kFailed,   ///< `error` says why
-    kDone,     ///< `report` says what was done, or would be
+    kFailed,
+    kDone,  ///< `report` says what was done, or would be
   };
   Status status = kStopped;
   RenderReport report;
-  std::string error;
+  std::string error;  ///< why it is not done, in one line
 };
 
 /// Who is told how several renders come on; each call is on the main thread, and may be empty.

@@ -199,9 +199,12 @@ TEST_F(RenderCliTest, APipeIsReadAsOftenAsNeededAndAWaitForItCanBeInterrupted) {
   EXPECT_EQ(ReadBytes(folder_ / "pipe.wav"), ReadBytes(folder_ / "file.wav"));
   // The shell's own end of the pipe opens when the program waits for it.
   const Outcome stopped =
-      Run("render p in.wav -o out --jobs 1 & exec 3>p; kill -TERM $!; wait $!;", "", "mkfifo p; ");
+      Run("render p in.wav -o out --jobs 1 --report r & exec 3>p; kill -TERM $!; wait $!;", "",
+          "mkfifo p; ");
   EXPECT_EQ(stopped.exitCode, 130);
   EXPECT_THAT(stopped.errors, HasSubstr("stopped; 0 of 2 files"));
+  EXPECT_THAT(At(teskcore::serialization::JSONParse(ReadBytes(folder_ / "r")), "files/1/error"),
+              HasSubstr("'out/in.wav' was not written"));
   EXPECT_EQ(Run("analyze p & exec 3>p; kill -TERM $!; wait $!;").exitCode, 130);
   EXPECT_THAT(Run("session", "", "echo add p | ").output, HasSubstr("cannot be read twice"));
   EXPECT_EQ(Run("session </").exitCode, 1) << "a folder holds no commands";
