@@ -18,6 +18,9 @@ void LoadTranslations(const std::filesystem::path& file) {
     orvel::Localizer::Get().SetLookup({});
     return;
   }
+  if (!std::filesystem::is_regular_file(file, error)) {
+    throw AudioError("read", file, "it is no regular file");  // a pipe would be waited for
+  }
   const auto document = teskcore::serialization::JSONParse(ReadTextFile(file));
   const auto* members = boost::any_cast<JSONObject>(document.get());
   if (members == nullptr) {

@@ -197,6 +197,7 @@ TEST_F(PresetCommandsTest, TextsAreTranslatedAndWhatCannotBeReadIsToldAndLoggedW
     WriteBytes(folder_ / "own/translations.json", broken);
     EXPECT_THAT(Run("--prefs own modes").errors, HasSubstr("translations.json"));
   }
+  EXPECT_EQ(Run("--prefs . modes", "", "mkfifo translations.json; ").exitCode, 1);
   EXPECT_EQ(Run("--prefs").exitCode, 2);
 }
 
