@@ -13,6 +13,7 @@
 #include "apps/orvel/preset_commands.h"
 #include "apps/orvel/render_command.h"
 #include "apps/orvel/session_command.h"
+#include "host/session/activity_log.h"
 
 namespace {
 
@@ -78,9 +79,12 @@ int main(int argc, char** argv) {
     std::vector<char*> arguments = orvelcli::TakeGlobalOptions(argc, argv);
     const int exitCode = Run(static_cast<int>(arguments.size()) - 1, arguments.data());
     std::cout.flush();
-    if (std::cout || exitCode != orvelcli::kExit_Success) return exitCode;
-    std::cerr << "orvel: what was to be printed could not be written\n";
-    return orvelcli::kExit_Failed;
+    const bool isDone = exitCode == orvelcli::kExit_Success;
+    const std::string fault = isDone && !std::cout ? "what was to be printed could not be written"
+                                                   : orvelhost::ActivityLog::Fault();
+    if (fault.empty()) return exitCode;
+    std::cerr << "orvel: " << fault << "\n";
+    return isDone ? orvelcli::kExit_Failed : exitCode;
   } catch (const orvelcli::UsageError& error) {
     std::cerr << "orvel: " << error.what() << "; see orvel --help\n";
     return orvelcli::kExit_Usage;

@@ -1,8 +1,10 @@
 #include "host/session/activity_log.h"
 
+#include <cerrno>
 #include <ctime>
-#include <stdexcept>
 #include <utility>
+
+#include "host/audio/audio_error.h"
 
 namespace orvelhost {
 namespace {
@@ -23,12 +25,14 @@ std::string Now() {
   return text;
 }
 
+AudioError CannotWrite(const std::filesystem::path& file) { return {"write the log", file, errno}; }
+
 }  // namespace
 
-ActivityLog::ActivityLog(const std::filesystem::path& file) {
+ActivityLog::ActivityLog(const std::filesystem::path& file) : name_(file) {
   if (!file.empty()) {
     file_.open(file, std::ios::app);
-    if (!file_) throw std::runtime_error("cannot write the log '" + file.string() + "'");
+    if (!file_) throw CannotWrite(file);
   }
   teskcore::debug::SetTraceSink([this](const std::string& channel, int level,
                                        const std::string& text) { OnTrace(channel, level, text); });
@@ -49,6 +53,7 @@ void ActivityLog::Write(const char* kind, JSONValue entry) {
   AddToObject(entry, "time", JSONValue(Now()));
   AddToObject(entry, "kind", JSONValue(std::string(kind)));
   file_ << GetJSONUTF8String(entry, false) << std::endl;  // a crash shall not take it along
+  if (!file_ && fault_.empty()) fault_ = CannotWrite(name_).what();
 }
 
 void ActivityLog::OnTrace(const std::string& channel, int level, const std::string& text) {

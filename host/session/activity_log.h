@@ -24,11 +24,18 @@ class ActivityLog {
   /// The traces since the last call, oldest first.
   std::vector<std::string> TakeTraces();
 
+  /// Why a log of this process, which need not live any more, lost what it was to take; empty while
+  /// none did.
+  static const std::string& Fault() { return fault_; }
+
  private:
   void Write(const char* kind, teskcore::serialization::JSONValue entry);
   void OnTrace(const std::string& channel, int level, const std::string& text);
   void OnUsage(const orvel::UsageEvent& event);
 
+  inline static std::string fault_;
+
+  std::filesystem::path name_;
   std::ofstream file_;
   std::vector<std::string> traces_;
 };

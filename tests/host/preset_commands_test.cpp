@@ -186,6 +186,9 @@ TEST_F(PresetCommandsTest, TextsAreTranslatedAndWhatCannotBeReadIsToldAndLoggedW
   EXPECT_THAT(Run("presets dialog --log=log.jsonl --prefs=own --quiet").errors, IsEmpty());
   const std::string log = ReadBytes(folder_ / "log.jsonl");
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);
+  const Outcome lost = Run("presets dialog --prefs own --log /dev/full");
+  EXPECT_EQ(lost.exitCode, 1);
+  EXPECT_THAT(lost.errors, HasSubstr("'/dev/full': No space"));
   EXPECT_THAT(log, AllOf(HasSubstr(R"("kind":"trace")"), HasSubstr("broken.orvel")));
 
   // Rendered without its template a mode would sound otherwise.
