@@ -11,6 +11,10 @@ namespace {
 using orvel::ConfigPreset;
 using orvel::UserPreset;
 
+std::string QuotedFolder() {
+  return Quoted(orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()));
+}
+
 /// Of the letters that have no accents.
 std::string LowerCase(std::string text) {
   std::ranges::transform(text, text.begin(), [](char c) {
@@ -76,16 +80,13 @@ PresetStore::PresetStore(const Host& host)
   std::vector<ConfigPreset> all;
   cache_->GetPresets(all);
   if (all.empty()) {
-    const auto traces = host_.GetLog().TakeTraces();  // the first is the cause of the others
-    throw PresetError("the preset folder '" +
-                      orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
-                      "' cannot be read or made" + (traces.empty() ? "" : ": " + traces.front()));
+    Fail("the preset folder " + QuotedFolder() + " cannot be read or made");
   }
 }
 
 void PresetStore::Fail(const std::string& what) const {
   std::string message = what;
-  for (const auto& trace : host_.GetLog().TakeTraces()) message += ": " + trace;
+  for (const auto& trace : host_.GetLog().TakeTraces()) message += ": " + Printable(trace);
   throw PresetError(message);
 }
 
@@ -127,9 +128,8 @@ ConfigPreset PresetStore::GetTemplate(const UserPreset& preset) const {
 ConfigPreset PresetStore::GetFactoryTemplate(const std::string& modeID) const {
   ConfigPreset configuration;
   if (!cache_->GetFactoryConfigPreset(modeID, configuration)) {
-    Fail("the template of the mode " + modeID + " is missing in the preset folder '" +
-         orvel::UTF16to8(orvel::GetPresetsBaseDir().FullPath()) +
-         "'; it is made anew when the folder Orvel/Default there is moved away");
+    Fail("the template of the mode " + modeID + " is missing in the preset folder " +
+         QuotedFolder() + "; it is made anew when the folder Orvel/Default there is moved away");
   }
   return configuration;
 }
