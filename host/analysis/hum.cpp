@@ -108,6 +108,7 @@ class HumFinder::Finder {
     }
     while (channels_.front().samples.size() >= kSegment) {
       AddSegment();
+      Advance();
     }
   }
 
@@ -138,7 +139,28 @@ class HumFinder::Finder {
     std::vector<std::complex<double>> lastSpectrum;
   };
 
+  /// Digital silence is no sound of a room: a segment with some of it would tell a hum that is less
+  /// than it was.
+  bool IsCut() const {
+    std::size_t silent = 0;
+    for (std::size_t i = 0; i < kSegment; ++i) {
+      silent += std::ranges::all_of(
+          channels_, [i](const Channel& channel) { return std::abs(channel.samples[i]) < 1e-7; });
+    }
+    return silent > kSegment / 20;
+  }
+
+  void Advance() {
+    for (Channel& channel : channels_) {
+      channel.samples.erase(channel.samples.begin(), channel.samples.begin() + kHop);
+    }
+  }
+
   void AddSegment() {
+    if (IsCut()) {
+      for (Channel& channel : channels_) channel.lastSpectrum.clear();
+      return;
+    }
     constexpr double kSineScale = 2.0 / (kSegment / 2.0) / (kSegment / 2.0);  // to a mean square
     std::vector<double> powers(kBinCount);
     std::vector<double> windowed(kSegment);
@@ -156,7 +178,6 @@ class HumFinder::Finder {
         }
       }
       channel.lastSpectrum.assign(spectrum.begin(), spectrum.end());
-      channel.samples.erase(channel.samples.begin(), channel.samples.begin() + kHop);
     }
     for (std::size_t bin = 0; bin < kBinCount; ++bin) {
       histograms_[bin].Add(10.0 * std::log10(std::max(powers[bin], 1e-30)));

@@ -17,8 +17,7 @@ LoudnessMatch MatchLoudness(double loudness, double truePeak, const LoudnessTarg
   if (!std::isfinite(loudness) || !(truePeak >= kSilence)) {
     return {0.0, -std::numeric_limits<double>::infinity(), kAnalysis_NotMeasurable};
   }
-  const double aim = std::max(target.least, std::min(target.target, target.greatest));
-  const double wanted = aim - loudness;
+  const double wanted = target.target - loudness;
   const double room = target.ceiling - truePeak;
   const double gain = std::min(wanted, room);
   return {gain, loudness + gain, gain < wanted ? kAnalysis_CeilingLimits : kAnalysis_Done};

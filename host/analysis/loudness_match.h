@@ -17,8 +17,6 @@ enum AnalysisStatus : int {
 /// What the loudness section's configuration asks for.
 struct LoudnessTarget {
   double target = -23.0;  ///< LUFS
-  double least = -35.0;   ///< the lowest and the highest target that may be chosen
-  double greatest = -12.0;
   double ceiling = -1.0;  ///< dBTP; EBU R 128 allows no more
 };
 
@@ -28,9 +26,9 @@ struct LoudnessMatch {
   AnalysisStatus status;
 };
 
-/// The gain that brings a clip of `loudness` (LUFS) and `truePeak` (dBTP) to the target, kept
-/// within its limits. Only the ceiling is stronger than the target: the gain ends where the peaks
-/// reach it. What stays below all that 24 bits hold is silent, and not measurable.
+/// The gain that brings a clip of `loudness` (LUFS) and `truePeak` (dBTP) to the target. Only
+/// the ceiling is stronger: the gain ends where the peaks reach it. What stays below all that 24
+/// bits hold is silent, and not measurable.
 LoudnessMatch MatchLoudness(double loudness, double truePeak, const LoudnessTarget& target);
 
 }  // namespace orvelhost

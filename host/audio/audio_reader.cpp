@@ -211,7 +211,7 @@ class AudioReader::Decoder {
     do {
       av_packet_unref(packet_.get());
       read = av_read_frame(container_.get(), packet_.get());
-    } while (read == 0 && packet_->stream_index != stream_->index);
+    } while (read == 0 && (packet_->stream_index != stream_->index || IsOpusHeader()));
     if (read < 0 && read != ffmpeg::kEndOfStream) {
       readError_ = read;
     }
@@ -226,6 +226,15 @@ class AudioReader::Decoder {
     if (sent < 0 && sent != ffmpeg::kEndOfStream) {
       CountDamage();
     }
+  }
+
+  /// Where one stream of Opus is chained to another the demuxer hands on the second one's headers
+  /// (RFC 7845, section 5), too.
+  bool IsOpusHeader() const {
+    const std::string_view bytes(reinterpret_cast<const char*>(packet_->data),
+                                 static_cast<std::size_t>(packet_->size));
+    return stream_->codecpar->codec_id == AV_CODEC_ID_OPUS &&
+           (bytes.starts_with("OpusHead") || bytes.starts_with("OpusTags"));
   }
 
   /// What cannot be decoded of a packet that is not whole, such as half a sample, is no damage when

@@ -23,13 +23,12 @@ ChannelLayout::ChannelLayout(const AVChannelLayout& layout) {
   }
 }
 
-std::uint64_t ChannelLayout::Speakers() const {
-  return layout_.order == AV_CHANNEL_ORDER_NATIVE ? layout_.u.mask : 0;
+std::uint64_t SpeakersOf(const AVChannelLayout& layout) {
+  return layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0;
 }
 
 AudioFormat FormatOf(const AVFrame& frame) {
-  return {frame.sample_rate, frame.ch_layout.nb_channels,
-          ChannelLayout(frame.ch_layout).Speakers()};
+  return {frame.sample_rate, frame.ch_layout.nb_channels, SpeakersOf(frame.ch_layout)};
 }
 
 std::string ErrorText(int code) {

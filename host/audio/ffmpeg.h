@@ -69,12 +69,13 @@ class ChannelLayout {
   const AVChannelLayout& Get() const { return layout_; }
   /// For the functions that only read the layout and do not say so.
   AVChannelLayout* GetMutable() { return &layout_; }
-  /// The speakers in the meaning of AudioFormat.
-  std::uint64_t Speakers() const;
 
  private:
   AVChannelLayout layout_{};
 };
+
+/// The speakers in the meaning of AudioFormat.
+std::uint64_t SpeakersOf(const AVChannelLayout& layout);
 
 /// The format of a decoded frame.
 AudioFormat FormatOf(const AVFrame& frame);

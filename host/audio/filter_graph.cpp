@@ -70,7 +70,7 @@ class FilterGraph::Graph {
 
     AVChannelLayout layout{};
     Check(av_buffersink_get_ch_layout(sink_, &layout), "abuffersink");
-    output_ = {input.sampleRate, layout.nb_channels, ffmpeg::ChannelLayout(layout).Speakers()};
+    output_ = {input.sampleRate, layout.nb_channels, ffmpeg::SpeakersOf(layout)};
     av_channel_layout_uninit(&layout);
     if (output_.channelCount == input.channelCount) {
       output_.speakers = input.speakers;  // what was unknown stays unknown
@@ -134,8 +134,14 @@ class FilterGraph::Graph {
     }
   }
 
+  /// Filters for two channels take none but left and right, whatever speakers these are for.
+  static ffmpeg::ChannelLayout LayoutOf(const AudioFormat& format) {
+    return ffmpeg::ChannelLayout(AudioFormat{format.sampleRate, format.channelCount,
+                                             format.channelCount <= 2 ? 0 : format.speakers});
+  }
+
   static std::string DescribeLayout(const AudioFormat& format) {
-    const ffmpeg::ChannelLayout layout(format);
+    const ffmpeg::ChannelLayout layout = LayoutOf(format);
     char text[256] = {};
     Check(av_channel_layout_describe(&layout.Get(), text, sizeof text), "abuffer");
     return text;
@@ -226,8 +232,7 @@ class FilterGraph::Graph {
     frame->sample_rate = input_.sampleRate;
     frame->nb_samples = static_cast<int>(pendingCount_);
     frame->pts = position_;
-    Check(av_channel_layout_copy(&frame->ch_layout, &ffmpeg::ChannelLayout(input_).Get()),
-          "abuffer");
+    Check(av_channel_layout_copy(&frame->ch_layout, &LayoutOf(input_).Get()), "abuffer");
     Check(av_frame_get_buffer(frame.get(), 0), "abuffer");
     for (int channel = 0; channel < input_.channelCount; ++channel) {
       const std::span<const float> from = pending_.Channel(channel).first(pendingCount_);

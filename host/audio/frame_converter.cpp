@@ -20,8 +20,12 @@ void FrameConverter::Drain(std::deque<AudioBlock>& blocks) {
 }
 
 void FrameConverter::Configure(const AVFrame& frame) {
-  ffmpeg::ChannelLayout from(frame.ch_layout);
+  // Channels that stand for no speakers, as in ambisonics, cannot be mixed, but they can be kept.
+  const bool isKept = frame.ch_layout.order != AV_CHANNEL_ORDER_NATIVE &&
+                      frame.ch_layout.nb_channels == format_.channelCount;
   ffmpeg::ChannelLayout to(format_);
+  ffmpeg::ChannelLayout from =
+      isKept ? ffmpeg::ChannelLayout(format_) : ffmpeg::ChannelLayout(frame.ch_layout);
   SwrContext* resampler = nullptr;
   ffmpeg::Check(
       swr_alloc_set_opts2(&resampler, to.GetMutable(), AV_SAMPLE_FMT_FLTP, format_.sampleRate,

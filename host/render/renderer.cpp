@@ -50,6 +50,16 @@ std::string HumNote(const EffectChain& chain, const EffectContext& context) {
   return "";
 }
 
+/// Noise is to be taken away and none was found; empty when that is not so.
+std::string NoiseNote(const EffectChain& chain, const EffectContext& context) {
+  using namespace noisereduction;
+  const bool isAsked = std::ranges::any_of(chain.Slots(), [](const EffectSlot& slot) {
+    return slot.enabled && slot.componentId == teskaudiofilters::kAdaptiveNoiseReductionID &&
+           slot.parameters[kReduction] > 0.0f;
+  });
+  return !isAsked || context.noise ? "" : "no steady noise was found, and none is taken away";
+}
+
 /// How the parts of the work share the progress that is told.
 class Steps {
  public:
@@ -91,7 +101,8 @@ GatedLoudness MeasureShaped(const EffectChain& chain, const EffectContext& conte
 
 /// Measures the sound behind the shaping effects and sets the gain that it needs. What gain is
 /// needed depends on what lies above the meter's gate, and that on the gain: a louder clip has more
-/// above it, which makes the mean lower, so that the search goes one way and ends.
+/// above it, which makes the mean lower, so that the search goes one way and ends; with a target
+/// near the gate, where nothing is above it any more.
 LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context,
                           const AudioOpener& opener, const Progress& progress) {
   constexpr double kSame = 1e-6;  // dB
@@ -107,7 +118,7 @@ LoudnessMatch FitLoudness(EffectChain& chain, const EffectContext& context,
     gain = target.ceiling - truePeak;  // all lies below the gate; no gain can bring more above it
     match = matchBehind(gain);
   }
-  while (std::abs(match.gain - gain) > kSame) {
+  while (match.status != kAnalysis_NotMeasurable && std::abs(match.gain - gain) > kSame) {
     gain = match.gain;
     match = matchBehind(gain);
   }
@@ -160,8 +171,9 @@ AudioOpener InTime(const EffectChain& chain, const ClipMeasurement& measurement,
   }
   const ClipAnalysis& analysis = measurement.analysis;
   const DurationRange range = StretchRange(analysis.Duration());
-  const std::int64_t frameCount = std::llround(
-      std::clamp(request.seconds, range.least, range.greatest) * analysis.format.sampleRate);
+  const std::int64_t frameCount =
+      std::max(1LL, std::llround(std::clamp(request.seconds, range.least, range.greatest) *
+                                 analysis.format.sampleRate));
   return [opener, length = analysis.frameCount, frameCount] {
     return Stretch(opener(), length, frameCount);
   };
@@ -327,6 +339,7 @@ class Rendering {
   void NoteWhatIsNotHeard(const EffectContext& context) {
     const int channelCount = report_.inputFormat.channelCount;
     report_.notes.push_back(HumNote(report_.chain, context));
+    report_.notes.push_back(NoiseNote(report_.chain, context));
     for (const std::string& effect : UnheardEffects(report_.chain, channelCount)) {
       report_.notes.push_back(
           effect + " changes nothing, for " + Quoted(request_.input) + " " +

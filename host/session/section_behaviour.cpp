@@ -73,16 +73,15 @@ MeasurementNeed LoudnessNeeds(const SectionState& state) {
 
 LoudnessTarget TargetOf(const orvel::SectionDefinition& definition) {
   using Config = orvel::SectionLoudnessConfig;
-  const auto read = [&](const std::string& key, double& value) {
+  const auto read = [&](const std::string& key, double value) {
     float stored = static_cast<float>(value);
     definition.GetConfiguration().GetValue(key, stored);
-    value = static_cast<double>(stored);
+    return static_cast<double>(stored);
   };
-  LoudnessTarget target;
-  read(Config::kConfig_DefaultLoudness, target.target);
-  read(Config::kConfig_MinLoudness, target.least);
-  read(Config::kConfig_MaxLoudness, target.greatest);
-  return target;
+  const double least = read(Config::kConfig_MinLoudness, -35.0);
+  const double greatest = read(Config::kConfig_MaxLoudness, -12.0);
+  const double target = read(Config::kConfig_DefaultLoudness, LoudnessTarget().target);
+  return {.target = std::max(least, std::min(target, greatest))};
 }
 
 void ApplyLoudness(SectionState& state) {

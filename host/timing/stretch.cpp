@@ -32,10 +32,10 @@ class StretchedSource : public AudioSource {
         left_(frameCount),
         stretcher_(static_cast<std::size_t>(format_.sampleRate),
                    static_cast<std::size_t>(format_.channelCount),
-                   RubberBandStretcher::OptionProcessOffline |
-                       RubberBandStretcher::OptionEngineFiner |
-                       RubberBandStretcher::OptionChannelsTogether |
-                       RubberBandStretcher::OptionThreadingNever,
+                   Quiet(RubberBandStretcher::OptionProcessOffline |
+                         RubberBandStretcher::OptionEngineFiner |
+                         RubberBandStretcher::OptionChannelsTogether |
+                         RubberBandStretcher::OptionThreadingNever),
                    static_cast<double>(std::max<std::int64_t>(1, frameCount)) /
                        static_cast<double>(std::max<std::int64_t>(1, inputFrameCount))) {
     stretcher_.setExpectedInputDuration(static_cast<std::size_t>(inputFrameCount));
@@ -72,6 +72,12 @@ class StretchedSource : public AudioSource {
 
  private:
   static constexpr std::size_t kPiece = 4096;
+
+  /// The library would tell the terminal what rates it is not made for.
+  static int Quiet(int options) {
+    RubberBandStretcher::setDefaultDebugLevel(-1);
+    return options;
+  }
 
   /// Hands the next piece of the input to the library, and silence where the input ended too early.
   void Feed() {

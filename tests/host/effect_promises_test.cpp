@@ -209,6 +209,22 @@ TEST(Pan, AttenuatesTheFarChannelAndNeverTheNearOne) {
   EXPECT_TRUE(PanFilters(std::numeric_limits<double>::quiet_NaN(), 2).empty());
 }
 
+TEST(NoiseReduction, TakesNoiseDownByWhatWasAskedHoweverLoudAndOfWhatColourItIs) {
+  const std::vector<FilterSpec> telephone(
+      4, {"lowpass", {{"frequency", "3000"}, {"precision", "f64"}}});
+  for (const double amplitude : {0.9, 0.01, 1e-5}) {
+    for (const auto& colour : {std::vector<FilterSpec>(), telephone}) {
+      const AudioBlock in = RunFilters(Make(48000, 1, 3.0, Noise(amplitude)), colour);
+      EffectContext context{in.Format()};
+      context.noise = MeasureNoiseProfile(*OpenerOf(in)(), std::nullopt);
+      const AudioBlock out =
+          Through(kAdaptiveNoiseReductionID, {{noisereduction::kReduction, 20}}, in, context);
+      EXPECT_NEAR(RmsInDb(Between(out, 1.0, 2.0)) - RmsInDb(Between(in, 1.0, 2.0)), -20.0, 1.0)
+          << amplitude << (colour.empty() ? "" : " telephone");
+    }
+  }
+}
+
 TEST(DeHummer, TakesEachHarmonicDownByWhatWasAskedAlsoWhenTheMainsAreOff) {
   for (const double mains : {50.0, 50.1, 59.9}) {
     // Between the harmonics, 10 Hz away from them, lies what has to stay.

@@ -15,14 +15,12 @@ TEST(MatchLoudness, ReachesTheTargetUnlessTheCeilingForbids) {
     double gain;
     AnalysisStatus status;
   } cases[] = {
-      // loudness  peak      target least  greatest ceiling   gain   status
-      {-30.0, -15.0, {-23.0, -35.0, -12.0, -1.0}, 7.0, kAnalysis_Done},
-      {-14.0, 0.5, {-23.0, -35.0, -12.0, -1.0}, -9.0, kAnalysis_Done},
-      {-30.0, -5.0, {-23.0, -35.0, -12.0, -1.0}, 4.0, kAnalysis_CeilingLimits},
-      {-23.0, 1.0, {-23.0, -35.0, -12.0, -1.0}, -2.0, kAnalysis_CeilingLimits},
-      {-30.0, -8.0, {-23.0, -35.0, -12.0, -1.0}, 7.0, kAnalysis_Done},  // exactly at the ceiling
-      {-20.0, -18.0, {-8.0, -35.0, -12.0, -1.0}, 8.0, kAnalysis_Done},
-      {-20.0, -8.0, {-50.0, -35.0, -12.0, -1.0}, -15.0, kAnalysis_Done},
+      // loudness  peak  target  ceiling  gain  status
+      {-30.0, -15.0, {-23.0, -1.0}, 7.0, kAnalysis_Done},
+      {-14.0, 0.5, {-23.0, -1.0}, -9.0, kAnalysis_Done},
+      {-30.0, -5.0, {-23.0, -1.0}, 4.0, kAnalysis_CeilingLimits},
+      {-23.0, 1.0, {-23.0, -1.0}, -2.0, kAnalysis_CeilingLimits},
+      {-30.0, -8.0, {-23.0, -1.0}, 7.0, kAnalysis_Done},  // exactly at the ceiling
       {-infinity, -infinity, {}, 0.0, kAnalysis_NotMeasurable},
       {-infinity, -3.0, {}, 0.0, kAnalysis_NotMeasurable},  // too short to be measured
       {-440.0, -428.0, {}, 0.0, kAnalysis_NotMeasurable},   // what a reverb makes of silence

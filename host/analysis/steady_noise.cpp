@@ -1,0 +1,160 @@
+#include "host/analysis/steady_noise.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "host/audio/decibels.h"
+
+namespace orvelhost {
+namespace {
+
+constexpr double kStep = 0.1;       // seconds
+constexpr std::size_t kLong = 6;    // steps
+constexpr std::size_t kShort = 3;   // as the pauses between the words of a hasty speaker
+constexpr double kShortest = 0.05;  // seconds, of a stream
+constexpr double kSilence = 1e-12;  // mean square, -120 dBFS
+/// Between the steps of one stretch. Noise of 100 Hz bandwidth varies as much; a fade out of the
+/// noise, and a word, by more.
+constexpr double kSteady = 4.0;    // dB
+constexpr double kCell = 0.5;      // dB
+constexpr double kLowPart = 0.1;   // of the stretches
+constexpr double kSpread = 4.0;    // dB, of the stretches that are averaged
+constexpr double kDither = -90.0;  // dBFS, of 16 bits
+
+int CellOf(double level) { return static_cast<int>(std::floor(level / kCell)); }
+double LevelOf(int cell) { return cell * kCell; }
+double InDb(double power) { return 10.0 * std::log10(power); }
+
+/// The cell below which lies the low part of the stretches that are not below `from`.
+template <typename Cells>
+std::optional<int> LowCell(const Cells& cells, int from) {
+  double rank = 0.0;
+  for (auto cell = cells.lower_bound(from); cell != cells.end(); ++cell) {
+    rank += kLowPart * cell->second.count;
+  }
+  for (auto cell = cells.lower_bound(from); cell != cells.end(); ++cell) {
+    if (rank <= cell->second.count) return cell->first;
+    rank -= cell->second.count;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+SteadyNoise::SteadyNoise(const AudioFormat& format)
+    : steps_(format, kStep),
+      bands_(format.sampleRate, steps_.Size()),
+      samples_(static_cast<std::size_t>(format.channelCount)),
+      levels_(-120.0, 220.0, 0.5) {}
+
+void SteadyNoise::Add(const AudioBlock& block) {
+  steps_.Add(
+      block,
+      [this](std::size_t channel, std::span<const float> samples) {
+        samples_[channel].insert(samples_[channel].end(), samples.begin(), samples.end());
+      },
+      [this] { EndStep(); });
+}
+
+SteadyNoise::Step SteadyNoise::TakeStep() {
+  Step step{0.0, {}};
+  for (std::vector<double>& samples : samples_) {
+    double energy = 0.0;
+    for (const double sample : samples) energy += sample * sample;
+    step.power += energy / static_cast<double>(samples.size() * samples_.size());
+    step.channels.push_back(bands_.Measure(samples));
+    samples.clear();
+  }
+  return step;
+}
+
+void SteadyNoise::EndStep() {
+  ++stepCount_;
+  Step step = TakeStep();
+  if (step.power < kSilence) {  // a cut: no sound of a room
+    isCut_ = !levels_.IsEmpty();
+    recent_.clear();
+    return;
+  }
+  hasGaps_ = hasGaps_ || isCut_;
+  levels_.Add(InDb(step.power));
+  recent_.push_back(std::move(step));
+  if (recent_.size() > kLong) recent_.pop_front();
+  CollectStretch(kLong, long_);
+  CollectStretch(kShort, short_);
+}
+
+void SteadyNoise::CollectStretch(std::size_t length, Cells& cells) const {
+  if (recent_.size() < length) return;
+  const auto begin = recent_.end() - static_cast<std::ptrdiff_t>(length);
+  const auto [least, greatest] =
+      std::ranges::minmax(std::ranges::subrange(begin, recent_.end()), {}, &Step::power);
+  if (greatest.power > least.power * PowerFactor(kSteady)) return;
+  double power = 0.0;
+  for (auto step = begin; step != recent_.end(); ++step) power += step->power;
+  Cell& cell = cells[CellOf(InDb(power / static_cast<double>(length)))];
+  ++cell.count;
+  const NoiseBands powers = MeanPowers(length);
+  for (std::size_t band = 0; band < powers.size(); ++band) cell.powers[band] += powers[band];
+}
+
+/// Of the last steps, and of the noisiest channel in each band.
+NoiseBands SteadyNoise::MeanPowers(std::size_t length) const {
+  NoiseBands loudest{};
+  for (std::size_t channel = 0; channel < samples_.size(); ++channel) {
+    for (std::size_t band = 0; band < loudest.size(); ++band) {
+      double sum = 0.0;
+      for (std::size_t back = 1; back <= length; ++back) {
+        sum += recent_[recent_.size() - back].channels[channel][band];
+      }
+      loudest[band] = std::max(loudest[band], sum / static_cast<double>(length));
+    }
+  }
+  return loudest;
+}
+
+NoiseBands SteadyNoise::PausesOf(const Cells& cells) const {
+  int low = *LowCell(cells, std::numeric_limits<int>::min());
+  const double loud = levels_.Quantile(0.95);
+  // A lead-in that was exported to 16 bits is as good as silent, and says nothing of the pauses;
+  // but what is nearly as loud as the programme is the programme.
+  if (LevelOf(low) < std::min(kDither, loud - 60.0)) {
+    const std::optional<int> above = LowCell(cells, CellOf(kDither));
+    if (above && LevelOf(*above) < loud - 15.0) low = *above;
+  }
+  Cell sum;
+  const auto end = cells.upper_bound(CellOf(LevelOf(low) + kSpread));
+  for (auto cell = cells.lower_bound(low); cell != end; ++cell) {
+    sum.count += cell->second.count;
+    for (std::size_t band = 0; band < sum.powers.size(); ++band) {
+      sum.powers[band] += cell->second.powers[band];
+    }
+  }
+  for (double& power : sum.powers) power /= sum.count;
+  return sum.powers;
+}
+
+std::optional<NoiseBands> SteadyNoise::Finish() {
+  NoiseBands powers{};
+  if (stepCount_ < kLong) {
+    const std::size_t filled = steps_.Filled();
+    const bool isLongEnough =
+        stepCount_ > 0 ||
+        static_cast<double>(filled) >= static_cast<double>(steps_.Size()) * kShortest / kStep;
+    if (stepCount_ == 0 && filled > 0) recent_.push_back(TakeStep());
+    if (!isLongEnough || recent_.empty() || recent_.back().power < kSilence) return std::nullopt;
+    powers = MeanPowers(recent_.size());
+  } else if (!long_.empty()) {
+    powers = PausesOf(long_);
+  } else if (!short_.empty() && !hasGaps_) {  // where a gate cuts the pauses, only words are steady
+    powers = PausesOf(short_);
+  } else {
+    return std::nullopt;
+  }
+  std::ranges::transform(powers, powers.begin(),
+                         [](double power) { return InDb(std::max(power, 1e-15)); });
+  return powers;
+}
+
+}  // namespace orvelhost

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "host/analysis/level_histogram.h"
+#include "host/analysis/noise_bands.h"
+#include "host/audio/audio_block.h"
+#include "host/audio/window_cutter.h"
+
+namespace orvelhost {
+
+/// Finds the steady noise of a stream in the stretches of 0.6 s, or else of 0.3 s, that stay level
+/// and lie among the quietest: in its pauses, and not in fades. Memory does not grow with the
+/// length of the stream.
+class SteadyNoise {
+ public:
+  explicit SteadyNoise(const AudioFormat& format);
+
+  void Add(const AudioBlock& block);
+
+  /// In dB, the mean square that white noise of each band's density would have; of several channels
+  /// that of the noisiest. None when no stretch is steady or there is only silence. All of a stream
+  /// that is shorter than 0.6 s counts as steady, if it has 50 ms. To be called once, at the end.
+  std::optional<NoiseBands> Finish();
+
+ private:
+  struct Step {
+    double power;
+    std::vector<NoiseBands> channels;
+  };
+  /// Steady stretches of about one level.
+  struct Cell {
+    int count = 0;
+    NoiseBands powers{};  // their sum
+  };
+  using Cells = std::map<int, Cell>;  // by level
+
+  Step TakeStep();
+  void EndStep();
+  void CollectStretch(std::size_t length, Cells& cells) const;
+  NoiseBands MeanPowers(std::size_t length) const;
+  NoiseBands PausesOf(const Cells& cells) const;
+
+  WindowCutter steps_;
+  NoiseBandMeter bands_;
+  std::vector<std::vector<double>> samples_;  // of the step that is not whole yet
+  std::size_t stepCount_ = 0;
+  std::deque<Step> recent_;
+  LevelHistogram levels_;  // of the steps that sound
+  bool isCut_ = false;     // digital silence follows what sounded
+  bool hasGaps_ = false;   // and something sounds behind it
+  Cells long_;
+  Cells short_;
+};
+
+}  // namespace orvelhost
