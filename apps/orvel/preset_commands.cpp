@@ -103,7 +103,6 @@ int Save(const Command& /*command*/, const CommandLine& line) {
   orvel::UserPreset preset;
   preset.Guid = orvel::Guid::CreateUnique();
   preset.Name = line.Words().front();
-  preset.Type = orvel::UserPresetData::kType;
   preset.PresetData = GetStart(store, line, configuration);
   std::string fault;
   if (!orvelhost::SetPresetValues(line.Values("set"), store.GetTemplate(preset), preset.PresetData,

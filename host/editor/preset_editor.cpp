@@ -66,7 +66,6 @@ UserPreset PresetEditor::Save(const std::string& name) const {
   UserPreset preset;
   preset.Guid = orvel::Guid::CreateUnique();
   preset.Name = name;
-  preset.Type = orvel::UserPresetData::kType;
   if (orvel::modelutils::GetUserPresetData(clips_.GetSections(), preset.PresetData) != 0) {
     throw EditError("the selected clips hold different values; select one");
   }

@@ -74,7 +74,6 @@ orvel::ConfigPreset MakePreset(const Template& row) {
   orvel::ConfigPreset preset;
   preset.Guid = orvel::Guid(row.guid);
   preset.Name = kName;
-  preset.Type = orvel::ConfigPresetData::kType;
   preset.PresetData.ModeID = row.mode;
   preset.PresetData.Models["model_loudness"] = LoudnessConfiguration(row.loudness);
   preset.PresetData.Models["model_volume"] = VolumeConfiguration();

@@ -122,7 +122,6 @@ orvel::UserPreset MakePreset(const Look& look) {
   orvel::UserPreset preset;
   preset.Guid = orvel::Guid(look.guid);
   preset.Name = UserPresetKey(look);
-  preset.Type = orvel::UserPresetData::kType;
   preset.PresetData.Config = FactoryTemplate(look.mode).Guid;
   preset.PresetData.ModeID = look.mode;
   const auto mode =

@@ -23,7 +23,7 @@ namespace {
 // pipe that nobody writes to must not be waited for, and the path may lead elsewhere by then.
 IPlatformByteStream::IPlatformByteStream(const File& file, std::uint32_t flags)
     : path_(ToNative(file.FullPath()).string()), descriptor_(-1) {
-  if (flags != kStreamRead) Fail(path_, "a stream can only be opened for reading");
+  if ((flags & ~kStreamRead) != 0) Fail(path_, "a stream can only be opened for reading");
   descriptor_ = open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0) Fail(path_, std::generic_category().message(errno));
   struct stat status {};

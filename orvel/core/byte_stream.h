@@ -16,7 +16,7 @@ enum StreamFlags : std::uint32_t {
 /// Reads a file. Every operation raises `file_exception` when it fails.
 class ORVEL_EXPORT IPlatformByteStream {
  public:
-  /// Opens the file; `flags` of `StreamFlags`.
+  /// Opens the file for reading, which is all that `flags` of `StreamFlags` can ask for.
   explicit IPlatformByteStream(const File& file, std::uint32_t flags = kStreamRead);
   ~IPlatformByteStream();
   IPlatformByteStream(const IPlatformByteStream&) = delete;

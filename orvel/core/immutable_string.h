@@ -21,6 +21,11 @@ class ORVEL_EXPORT ImmutableString {
     return left.text_ == right.text_;
   }
 
+  /// The same against a text that is not kept.
+  friend bool operator==(ImmutableString left, const std::string& right) {
+    return *left.text_ == right;
+  }
+
  private:
   explicit ImmutableString(const std::string* text) : text_(text) {}
   const std::string* text_;

@@ -25,6 +25,10 @@ ORVEL_EXPORT bool GetBinaryFromModule(ModuleHandle module, const std::u16string&
 
 }  // namespace teskcore::filesupport
 
+namespace teskcore::utility {
+using filesupport::GetBinaryFromModule;
+}  // namespace teskcore::utility
+
 namespace orvel {
 using teskcore::filesupport::GetBinaryFromModule;
 using teskcore::filesupport::ModuleHandle;

@@ -11,6 +11,11 @@ namespace teskcore::utility {
 /// `errors` when given.
 ORVEL_EXPORT std::u16string UTF8to16(const std::string& text, int* errors = nullptr);
 
+/// The same, with the number as a reference.
+inline std::u16string UTF8to16(const std::string& text, int& errors) {
+  return UTF8to16(text, &errors);
+}
+
 /// Converts UTF-16 to UTF-8. An unpaired surrogate becomes U+FFFD.
 ORVEL_EXPORT std::string UTF16to8(const std::u16string& text);
 

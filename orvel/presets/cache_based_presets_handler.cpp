@@ -127,7 +127,6 @@ bool CacheBasedPresetsHandler<T, Cache>::SaveAsNew(const std::string& name) {
   Preset<T> preset;
   preset.Guid = Guid::CreateUnique();
   preset.Name = name;
-  preset.Type = T::kType;
   preset.PresetData = working_;
   return Save(preset);
 }

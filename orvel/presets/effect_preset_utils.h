@@ -77,3 +77,7 @@ ORVEL_EXPORT bool MigratePresetControlBasedPreset(const PropList& oldConfigurati
                                                   std::vector<float>& values);
 
 }  // namespace orvel::presetutils
+
+namespace orvel {
+using presetutils::PresetManager;
+}  // namespace orvel

@@ -12,11 +12,14 @@ template <typename T>
 struct Preset {
   orvel::Guid Guid;  ///< null: no preset
   std::string Name;  ///< shown through `ZString`: a localisation key, or plain text
-  orvel::Guid
-      Type;  ///< the kind of payload, as it was read; written as the constant of the payload
+  /// The kind of payload; of a record that was read as it stood there, null when it stood not.
+  /// Written as the constant of the payload.
+  orvel::Guid Type = T::kType;
   std::uint32_t Version = 1;  ///< of the record's format
 
   T PresetData;  ///< the payload
+
+  friend bool operator==(const Preset&, const Preset&) = default;
 };
 
 }  // namespace orvel

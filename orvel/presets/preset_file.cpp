@@ -3,6 +3,7 @@
 #include <exception>
 #include <filesystem>
 #include <system_error>
+#include <type_traits>
 
 #include "orvel/core/byte_stream.h"
 #include "orvel/core/file_utils.h"
@@ -22,14 +23,23 @@ bool IsPresetFileName(const std::u16string& name) {
          name != kConfigFileName;
 }
 
+namespace {
+
+/// That of the records whose payload reads as `T`, and is none.
+template <typename T>
+const Guid& OtherType() {
+  return std::is_same_v<T, UserPresetData> ? ConfigPresetData::kType : UserPresetData::kType;
+}
+
+}  // namespace
+
 template <typename T>
 bool ReadPresetFile(const File& file, Preset<T>& preset) {
   std::string cause = "holds no preset of this kind, or one without a guid";
   try {
     Preset<T> read;
     ReadPreset(ReadWholeFile(file), read);
-    const bool isOfThisKind = read.Type.IsNull() || read.Type == T::kType;
-    if (isOfThisKind && !read.Guid.IsNull()) {
+    if (read.Type != OtherType<T>() && !read.Guid.IsNull()) {
       preset = std::move(read);
       return true;
     }

@@ -120,6 +120,7 @@ void Read(Source source, ConfigPresetData& data) {
 template <typename Source, typename T>
 void Read(Source source, Preset<T>& preset) {
   preset = {};
+  preset.Type = {};
   if (!source.IsObject()) return source.Skip();
   source.ForEachMember([&preset](const std::string& key, auto value) {
     if (key == "Guid") {
