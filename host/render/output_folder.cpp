@@ -1,6 +1,5 @@
 #include "host/render/output_folder.h"
 
-#include <ranges>
 #include <system_error>
 
 #include <unistd.h>
@@ -21,7 +20,7 @@ OutputFolder::OutputFolder(const std::filesystem::path& folder) : OutputFolder()
 }
 
 OutputFolder::~OutputFolder() {
-  for (const auto& folder : std::views::reverse(made_)) rmdir(folder.c_str());  // if it is empty
+  for (; !made_.empty(); made_.pop_back()) rmdir(made_.back().c_str());  // where it is empty
 }
 
 }  // namespace orvelhost
