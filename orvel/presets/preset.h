@@ -19,6 +19,7 @@ struct Preset {
 
   T PresetData;  ///< the payload
 
+  /// All of the records; the payloads by their own comparison.
   friend bool operator==(const Preset&, const Preset&) = default;
 };
 
