@@ -172,7 +172,13 @@ class AudioWriter::Encoder {
     codec_->sample_rate = format_.sampleRate;
     codec_->time_base = {1, format_.sampleRate};
     codec_->flags |= AV_CODEC_FLAG_BITEXACT;
-    Check(av_channel_layout_copy(&codec_->ch_layout, &ffmpeg::ChannelLayout(format_).Get()));
+    constexpr int kLeftAndRight = 2;
+    if (kind_->codec == AV_CODEC_ID_PCM_F32LE && format_.speakers == 0 &&
+        format_.channelCount > kLeftAndRight) {
+      codec_->ch_layout.nb_channels = format_.channelCount;  // and what they are for stays open
+    } else {
+      Check(av_channel_layout_copy(&codec_->ch_layout, &ffmpeg::ChannelLayout(format_).Get()));
+    }
     Check(avcodec_open2(codec_.get(), codec, nullptr));
     constexpr std::size_t kFreeFrameSize = 4096;  // for codecs that take frames of any size
     frameSize_ =

@@ -82,6 +82,18 @@ TEST(AudioReader, ReadsEveryFormatAtItsRateAndInItsPlace) {
   }
 }
 
+TEST(AudioReader, ChannelsOfNoSpeakersStayWhatTheyAre) {
+  const TemporaryFolder folder;
+  const AudioBlock tracks = Make(48000, 3, 1.0, During(0.0, 1.0, Noise(0.1)));
+  WriteFile(folder / "tracks.wav", tracks);
+  const AudioBlock read = ReadFile(folder / "tracks.wav");
+  EXPECT_EQ(read.Format(), tracks.Format()) << "the third one is no low frequency effect";
+  Encode(folder / "ball.opus", tracks,
+         "-f lavfi -i 'aevalsrc=0.5*sin(5000*t)|0.1|0|0:c=ambisonic 1:d=1' -map 1 -c:a libopus "
+         "-mapping_family 2");
+  EXPECT_EQ(ReadFile(folder / "ball.opus").ChannelCount(), 4);
+}
+
 TEST(AudioReader, RefusesWhatHoldsNoAudioAndSaysWhy) {
   const TemporaryFolder folder;
   const AudioBlock signal = Make(44100, 1, 0.1, Sine(0.5));

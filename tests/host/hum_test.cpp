@@ -42,6 +42,13 @@ TEST(HumFinder, MeasuresTheBaseWithinTwoHundredthsOfAHertzUnderNoise) {
   }
 }
 
+TEST(HumFinder, HumBesideDigitalSilenceIsAsLoudAsItIs) {
+  const Signal hum = Sum({Harmonics(60.0, {0.01, 0.01}), Noise(0.001)});
+  const auto found = FindHum(Make(48000, 1, 10.0, During(2.0, 6.0, hum)));
+  ASSERT_TRUE(found.has_value());
+  EXPECT_NEAR(found->level, -40.0, 0.5);
+}
+
 TEST(HumFinder, HearsHumBehindSpeechAndInOpposedChannels) {
   const Signal words = [](double time, int) {
     const double turn = 110.0 * time - 6.0 * std::cos(5.0 * time);

@@ -204,6 +204,12 @@ TEST_F(SessionCommands, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
   const auto cut = folder_ / "more/c.wav";
   std::filesystem::resize_file(cut, std::filesystem::file_size(cut) - 1000);
   EXPECT_THAT(Answers("add more/c.wav\nrender cut").back(), HasSubstr("; note: cut/c.wav: "));
+  EXPECT_THAT(Answers("add c.wav\nmode dialog\nconfigure loudness MinLoudness -100\n"
+                      "configure loudness DefaultLoudness -80\nset loudness.AutoLoudness 1\n"
+                      "render low")
+                  .back(),
+              HasSubstr("cannot be measured"))
+      << "so low a target lies below what is measured";
   std::filesystem::remove(folder_ / "out/c.wav");
   WriteBytes(folder_ / "out/a b.wav", "as it was");
   const auto answers = Answers(work + "save day.orvelsession\nrender out\nclips", 1);
