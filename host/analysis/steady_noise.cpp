@@ -88,9 +88,9 @@ void SteadyNoise::EndStep() {
 void SteadyNoise::CollectStretch(std::size_t length, Cells& cells) const {
   if (recent_.size() < length) return;
   const auto begin = recent_.end() - static_cast<std::ptrdiff_t>(length);
-  const auto [least, greatest] =
-      std::ranges::minmax(std::ranges::subrange(begin, recent_.end()), {}, &Step::power);
-  if (greatest.power > least.power * PowerFactor(kSteady)) return;
+  const auto [least, greatest] = std::minmax_element(
+      begin, recent_.end(), [](const Step& a, const Step& b) { return a.power < b.power; });
+  if (greatest->power > least->power * PowerFactor(kSteady)) return;
   double power = 0.0;
   for (auto step = begin; step != recent_.end(); ++step) power += step->power;
   Cell& cell = cells[CellOf(InDb(power / static_cast<double>(length)))];
