@@ -108,21 +108,22 @@ class HumFinder::Finder {
     }
     while (channels_.front().samples.size() >= kSegment) {
       AddSegment();
-      Advance();
     }
   }
 
   std::optional<Hum> Find() const {
-    if (segmentCount_ == 0) {
+    constexpr int kEnough = 4;
+    const Segments& segments = whole_.count >= kEnough ? whole_ : all_;
+    if (segments.count == 0) {
       return std::nullopt;
     }
     SteadySpectrum levels;
-    for (const LevelHistogram& histogram : histograms_) {
+    for (const LevelHistogram& histogram : segments.histograms) {
       levels.push_back(histogram.Quantile(kSteadyPart));
     }
     std::optional<Hum> hum;
     for (const double mains : {50.0, 60.0}) {
-      const std::optional<Hum> found = FindNear(levels, mains);
+      const std::optional<Hum> found = FindNear(levels, mains, segments.count);
       if (found && (!hum || found->level > hum->level)) {
         hum = found;
       }
@@ -131,6 +132,12 @@ class HumFinder::Finder {
   }
 
  private:
+  /// The levels that each bin had in them.
+  struct Segments {
+    std::vector<LevelHistogram> histograms =
+        std::vector<LevelHistogram>(kBinCount, LevelHistogram(kInaudible, 40.0, 0.25));
+    int count = 0;
+  };
   struct Channel {
     explicit Channel(int sampleRate) : resampler(sampleRate, kRate) {}
 
@@ -139,8 +146,8 @@ class HumFinder::Finder {
     std::vector<std::complex<double>> lastSpectrum;
   };
 
-  /// Digital silence is no sound of a room: a segment with some of it would tell a hum that is less
-  /// than it was.
+  /// Digital silence is no sound of a room: a segment with some of it tells a hum that is less than
+  /// it was.
   bool IsCut() const {
     std::size_t silent = 0;
     for (std::size_t i = 0; i < kSegment; ++i) {
@@ -150,17 +157,7 @@ class HumFinder::Finder {
     return silent > kSegment / 20;
   }
 
-  void Advance() {
-    for (Channel& channel : channels_) {
-      channel.samples.erase(channel.samples.begin(), channel.samples.begin() + kHop);
-    }
-  }
-
   void AddSegment() {
-    if (IsCut()) {
-      for (Channel& channel : channels_) channel.lastSpectrum.clear();
-      return;
-    }
     constexpr double kSineScale = 2.0 / (kSegment / 2.0) / (kSegment / 2.0);  // to a mean square
     std::vector<double> powers(kBinCount);
     std::vector<double> windowed(kSegment);
@@ -179,10 +176,17 @@ class HumFinder::Finder {
       }
       channel.lastSpectrum.assign(spectrum.begin(), spectrum.end());
     }
-    for (std::size_t bin = 0; bin < kBinCount; ++bin) {
-      histograms_[bin].Add(10.0 * std::log10(std::max(powers[bin], 1e-30)));
+    const bool isCut = IsCut();
+    for (Channel& channel : channels_) {
+      channel.samples.erase(channel.samples.begin(), channel.samples.begin() + kHop);
     }
-    ++segmentCount_;
+    for (std::size_t bin = 0; bin < kBinCount; ++bin) {
+      const double level = 10.0 * std::log10(std::max(powers[bin], 1e-30));
+      all_.histograms[bin].Add(level);
+      if (!isCut) whole_.histograms[bin].Add(level);
+    }
+    ++all_.count;
+    whole_.count += isCut ? 0 : 1;
   }
 
   /// `frequency` corrected by how far its phase moves from segment to segment.
@@ -205,11 +209,11 @@ class HumFinder::Finder {
     return Refine(clearest * base) / clearest;
   }
 
-  std::optional<Hum> FindNear(const SteadySpectrum& levels, double mains) const {
+  std::optional<Hum> FindNear(const SteadySpectrum& levels, double mains, int segmentCount) const {
     constexpr double kAgreement = 0.1;  // Hz between the bases that two harmonics tell
     // What chance lifts above the surroundings shrinks with the number of segments.
     const double least =
-        std::max(kMusic, kChance + 12.0 / std::sqrt(static_cast<double>(segmentCount_)));
+        std::max(kMusic, kChance + 12.0 / std::sqrt(static_cast<double>(segmentCount)));
     const double likely = RefineBase(levels, LikelyBase(levels, mains));
     if (std::abs(likely - mains) > kDeviation) {
       return std::nullopt;
@@ -243,10 +247,9 @@ class HumFinder::Finder {
   std::vector<Channel> channels_;
   Spectrum transform_{kTransform};
   std::vector<double> window_ = HannWindow(kSegment);
-  std::vector<LevelHistogram> histograms_ =
-      std::vector<LevelHistogram>(kBinCount, LevelHistogram(kInaudible, 40.0, 0.25));
   std::vector<std::complex<double>> turns_ = std::vector<std::complex<double>>(kBinCount);
-  int segmentCount_ = 0;
+  Segments all_;
+  Segments whole_;  // without those that are cut
 };
 
 HumFinder::HumFinder(const AudioFormat& format) : finder_(std::make_unique<Finder>(format)) {}

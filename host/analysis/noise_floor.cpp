@@ -8,7 +8,7 @@ namespace orvelhost {
 namespace {
 
 constexpr double kWindow = 0.1;      // seconds
-constexpr double kSilence = -144.5;  // dBFS; half of the smallest step of 24 bits
+constexpr double kSilence = -120.0;  // dBFS; below the steps of 16 bits, and far below any room
 constexpr double kLoudest = 220.0;   // dBFS; the loudest sample that a reader lets through is less
 
 }  // namespace

@@ -21,6 +21,7 @@ constexpr double kCell = 0.5;      // dB
 constexpr double kLowPart = 0.1;   // of the stretches
 constexpr double kSpread = 4.0;    // dB, of the stretches that are averaged
 constexpr double kDither = -90.0;  // dBFS, of 16 bits
+constexpr float kSilent = -std::numeric_limits<float>::infinity();
 
 int CellOf(double level) { return static_cast<int>(std::floor(level / kCell)); }
 double LevelOf(int cell) { return cell * kCell; }
@@ -73,11 +74,11 @@ void SteadyNoise::EndStep() {
   ++stepCount_;
   Step step = TakeStep();
   if (step.power < kSilence) {  // a cut: no sound of a room
-    isCut_ = !levels_.IsEmpty();
+    course_.push_back(kSilent);
     recent_.clear();
     return;
   }
-  hasGaps_ = hasGaps_ || isCut_;
+  course_.push_back(static_cast<float>(InDb(step.power)));
   levels_.Add(InDb(step.power));
   recent_.push_back(std::move(step));
   if (recent_.size() > kLong) recent_.pop_front();
@@ -85,14 +86,17 @@ void SteadyNoise::EndStep() {
   CollectStretch(kShort, short_);
 }
 
+bool SteadyNoise::IsSteady(std::size_t length) const {
+  const auto [least, greatest] =
+      std::minmax_element(recent_.end() - static_cast<std::ptrdiff_t>(length), recent_.end(),
+                          [](const Step& a, const Step& b) { return a.power < b.power; });
+  return greatest->power <= least->power * PowerFactor(kSteady);
+}
+
 void SteadyNoise::CollectStretch(std::size_t length, Cells& cells) const {
-  if (recent_.size() < length) return;
-  const auto begin = recent_.end() - static_cast<std::ptrdiff_t>(length);
-  const auto [least, greatest] = std::minmax_element(
-      begin, recent_.end(), [](const Step& a, const Step& b) { return a.power < b.power; });
-  if (greatest->power > least->power * PowerFactor(kSteady)) return;
+  if (recent_.size() < length || !IsSteady(length)) return;
   double power = 0.0;
-  for (auto step = begin; step != recent_.end(); ++step) power += step->power;
+  for (std::size_t back = 1; back <= length; ++back) power += recent_[recent_.size() - back].power;
   Cell& cell = cells[CellOf(InDb(power / static_cast<double>(length)))];
   ++cell.count;
   const NoiseBands powers = MeanPowers(length);
@@ -114,47 +118,68 @@ NoiseBands SteadyNoise::MeanPowers(std::size_t length) const {
   return loudest;
 }
 
-NoiseBands SteadyNoise::PausesOf(const Cells& cells) const {
-  int low = *LowCell(cells, std::numeric_limits<int>::min());
+/// Whether noise of this level is what everything else stands on: hardly a step between its first
+/// and its last one is quieter. What leads in or fades out lies outside.
+bool SteadyNoise::IsBottom(double level, bool countsSilence) const {
+  const auto reaches = [level](float step) { return step >= level - 3.0; };
+  const auto first = std::find_if(course_.begin(), course_.end(), reaches);
+  const auto last = std::find_if(course_.rbegin(), std::make_reverse_iterator(first), reaches);
+  std::ptrdiff_t quieter = 0;
+  std::ptrdiff_t all = 0;
+  for (auto step = first; step != last.base(); ++step) {
+    if (*step == kSilent && !countsSilence) continue;
+    quieter += *step < level - 6.0;
+    ++all;
+  }
+  return 20 * quieter <= all;
+}
+
+/// The cell of the quietest of the stretches that are pauses.
+std::optional<int> SteadyNoise::FindPauses(const Cells& cells, bool countsSilence) const {
+  const std::optional<int> low = LowCell(cells, std::numeric_limits<int>::min());
+  if (!low) return std::nullopt;
   const double loud = levels_.Quantile(0.95);
   // A lead-in that was exported to 16 bits is as good as silent, and says nothing of the pauses;
   // but what is nearly as loud as the programme is the programme.
-  if (LevelOf(low) < std::min(kDither, loud - 60.0)) {
+  if (LevelOf(*low) < std::min(kDither, loud - 60.0)) {
     const std::optional<int> above = LowCell(cells, CellOf(kDither));
-    if (above && LevelOf(*above) < loud - 15.0) low = *above;
-  }
-  Cell sum;
-  const auto end = cells.upper_bound(CellOf(LevelOf(low) + kSpread));
-  for (auto cell = cells.lower_bound(low); cell != end; ++cell) {
-    sum.count += cell->second.count;
-    for (std::size_t band = 0; band < sum.powers.size(); ++band) {
-      sum.powers[band] += cell->second.powers[band];
+    if (above && LevelOf(*above) < loud - 15.0 && IsBottom(LevelOf(*above), countsSilence)) {
+      return above;
     }
   }
-  for (double& power : sum.powers) power /= sum.count;
-  return sum.powers;
+  return IsBottom(LevelOf(*low), countsSilence) ? low : std::nullopt;
 }
 
 std::optional<NoiseBands> SteadyNoise::Finish() {
-  NoiseBands powers{};
+  Cell sum;
   if (stepCount_ < kLong) {
-    const std::size_t filled = steps_.Filled();
-    const bool isLongEnough =
-        stepCount_ > 0 ||
-        static_cast<double>(filled) >= static_cast<double>(steps_.Size()) * kShortest / kStep;
-    if (stepCount_ == 0 && filled > 0) recent_.push_back(TakeStep());
-    if (!isLongEnough || recent_.empty() || recent_.back().power < kSilence) return std::nullopt;
-    powers = MeanPowers(recent_.size());
-  } else if (!long_.empty()) {
-    powers = PausesOf(long_);
-  } else if (!short_.empty() && !hasGaps_) {  // where a gate cuts the pauses, only words are steady
-    powers = PausesOf(short_);
+    const double least = static_cast<double>(steps_.Size()) * kShortest / kStep;
+    if (stepCount_ == 0 && static_cast<double>(steps_.Filled()) >= least) {
+      recent_.push_back(TakeStep());
+    }
+    if (recent_.empty() || recent_.back().power < kSilence || !IsSteady(recent_.size())) {
+      return std::nullopt;
+    }
+    sum = {1, MeanPowers(recent_.size())};
   } else {
-    return std::nullopt;
+    const Cells* cells = &long_;
+    std::optional<int> low = FindPauses(long_, false);
+    if (!low) {
+      cells = &short_;
+      low = FindPauses(short_, true);  // where a gate cuts the pauses, only words are steady
+    }
+    if (!low) return std::nullopt;
+    const auto end = cells->upper_bound(CellOf(LevelOf(*low) + kSpread));
+    for (auto cell = cells->lower_bound(*low); cell != end; ++cell) {
+      sum.count += cell->second.count;
+      for (std::size_t band = 0; band < sum.powers.size(); ++band) {
+        sum.powers[band] += cell->second.powers[band];
+      }
+    }
   }
-  std::ranges::transform(powers, powers.begin(),
-                         [](double power) { return InDb(std::max(power, 1e-15)); });
-  return powers;
+  std::ranges::transform(sum.powers, sum.powers.begin(),
+                         [&sum](double power) { return InDb(std::max(power / sum.count, 1e-15)); });
+  return sum.powers;
 }
 
 }  // namespace orvelhost

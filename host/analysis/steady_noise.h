@@ -13,8 +13,8 @@
 namespace orvelhost {
 
 /// Finds the steady noise of a stream in the stretches of 0.6 s, or else of 0.3 s, that stay level
-/// and lie among the quietest: in its pauses, and not in fades. Memory does not grow with the
-/// length of the stream.
+/// and below which hardly anything lies: in its pauses, and neither in fades nor in long vowels. A
+/// drone that never pauses cannot be told from noise.
 class SteadyNoise {
  public:
   explicit SteadyNoise(const AudioFormat& format);
@@ -22,8 +22,9 @@ class SteadyNoise {
   void Add(const AudioBlock& block);
 
   /// In dB, the mean square that white noise of each band's density would have; of several channels
-  /// that of the noisiest. None when no stretch is steady or there is only silence. All of a stream
-  /// that is shorter than 0.6 s counts as steady, if it has 50 ms. To be called once, at the end.
+  /// that of the noisiest. None when no stretch is steady or there is only silence. A stream of
+  /// less than 0.6 s has to be steady as a whole, and one of less than 0.1 s to have 50 ms. To be
+  /// called once, at the end.
   std::optional<NoiseBands> Finish();
 
  private:
@@ -40,18 +41,19 @@ class SteadyNoise {
 
   Step TakeStep();
   void EndStep();
+  bool IsSteady(std::size_t length) const;
   void CollectStretch(std::size_t length, Cells& cells) const;
   NoiseBands MeanPowers(std::size_t length) const;
-  NoiseBands PausesOf(const Cells& cells) const;
+  bool IsBottom(double level, bool countsSilence) const;
+  std::optional<int> FindPauses(const Cells& cells, bool countsSilence) const;
 
   WindowCutter steps_;
   NoiseBandMeter bands_;
   std::vector<std::vector<double>> samples_;  // of the step that is not whole yet
   std::size_t stepCount_ = 0;
   std::deque<Step> recent_;
-  LevelHistogram levels_;  // of the steps that sound
-  bool isCut_ = false;     // digital silence follows what sounded
-  bool hasGaps_ = false;   // and something sounds behind it
+  LevelHistogram levels_;      // of the steps that sound
+  std::vector<float> course_;  // the level of each step; of a silent one minus infinity
   Cells long_;
   Cells short_;
 };

@@ -35,6 +35,10 @@ TEST(NoiseProfile, IsNoneWhereNothingIsSteady) {
     return place < 0.4 ? noise(time, channel) : 0.0;
   };
   EXPECT_FALSE(Measure(Make(48000, 1, 4.0, gated)).has_value()) << "words are no noise";
+  const Signal hasty = [words = Noise(0.1), room = Noise(0.001)](double time, int channel) {
+    return std::fmod(time, 0.5) < 0.35 ? words(time, channel) : room(time, channel);
+  };
+  EXPECT_FALSE(Measure(Make(48000, 1, 4.0, hasty)).has_value()) << "long vowels neither";
 }
 
 TEST(NoiseProfile, FadesDitherAndCutsAreNoPauses) {
