@@ -14,7 +14,7 @@ void Note(int signal) {
 }
 
 constexpr int kInterrupts[] = {SIGINT, SIGTERM, SIGHUP};
-constexpr int kWriteFailures[] = {SIGPIPE, SIGXFSZ};  // the write that they come of fails, too
+constexpr int kWriteFailures[] = {SIGPIPE};  // the write that it comes of fails, too
 
 template <std::size_t N>
 void Take(const int (&signals)[N], void (*handler)(int), struct sigaction (&before)[N]) {
@@ -41,6 +41,8 @@ void ForgetInterrupt() {
   int expected = SIGINT;
   noted.compare_exchange_strong(expected, 0);
 }
+
+void IgnoreFileLimits() { std::signal(SIGXFSZ, SIG_IGN); }
 
 WriteFailureScope::WriteFailureScope() { Take(kWriteFailures, SIG_IGN, before_); }
 

@@ -10,8 +10,11 @@ bool WasInterrupted();
 /// Forgets a SIGINT, with which a person at a terminal stops what is under way, and no more.
 void ForgetInterrupt();
 
-/// While it lives a file that grows past its limit, or a reader that has gone, is a failure of the
-/// write and not the end of the program. Scopes may nest.
+/// A file that grows past its limit is a failure of the write from here on, and not the end of the
+/// program.
+void IgnoreFileLimits();
+
+/// While it lives a reader that has gone is such a failure, too. Scopes may nest.
 class WriteFailureScope {
  public:
   WriteFailureScope();
@@ -20,7 +23,7 @@ class WriteFailureScope {
   WriteFailureScope& operator=(const WriteFailureScope&) = delete;
 
  private:
-  struct sigaction before_[2];
+  struct sigaction before_[1];
 };
 
 /// The same; and SIGINT, SIGTERM and SIGHUP do not end the program, but are noted. One that was

@@ -10,6 +10,7 @@
 #include "apps/orvel/command_line.h"
 #include "apps/orvel/exit_code.h"
 #include "apps/orvel/global_options.h"
+#include "apps/orvel/interrupt.h"
 #include "apps/orvel/preset_commands.h"
 #include "apps/orvel/render_command.h"
 #include "apps/orvel/session_command.h"
@@ -75,6 +76,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  orvelcli::IgnoreFileLimits();
   try {
     std::vector<char*> arguments = orvelcli::TakeGlobalOptions(argc, argv);
     const int exitCode = Run(static_cast<int>(arguments.size()) - 1, arguments.data());

@@ -74,20 +74,20 @@ bool LosesWork(const SessionShell& shell, const std::vector<std::string>& words)
 
 int RunShell(const Command& command, const CommandLine& line) {
   if (line.Words().size() > 1) throw UsageError("give one session, not several");
+  const WriteFailureScope writes;
   const orvelhost::Host host;
   const bool isTerminal = ShellInput::IsTerminal();
   SessionShell shell(host, isTerminal ? Pace::kAtOnce : Pace::kReproducible);
   PrintNotes(command, line, host);
   bool allDone = true;
   ShellInput input([&shell](const auto& words) { return shell.Complete(words); });
-  const WriteFailureScope writes;
   if (!line.Words().empty()) allDone = Answered(shell, line, {"open", line.Words().front()});
   if (!allDone && !isTerminal) return kExit_Failed;  // the commands are meant for that session
   std::optional<InterruptScope> interrupts;
   if (isTerminal) interrupts.emplace();
   std::vector<std::string> warned;  // the command that was held back last
   std::string text;
-  while (!shell.IsOver() && !WasInterrupted()) {
+  while (!shell.IsOver() && !WasInterrupted() && (isTerminal || std::cout)) {
     if (!input.Read(text)) {
       if (!isTerminal || WasInterrupted()) break;
       text = "quit";

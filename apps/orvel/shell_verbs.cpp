@@ -29,7 +29,7 @@ constexpr ShellVerb kVerbs[] = {
   { "template",      "NAME",                    1,    1,     false,   &SelectTemplate, "configures the mode by a template" },
   { "templates",     "",                        0,    0,     false,   &ListTemplates,  "lists the templates of the mode" },
   { "save-template", "NAME",                    1,    1,     false,   &SaveTemplate,   "saves the mode's settings as a template" },
-  { "configure",     "SECTION KEY VALUE",       3,    3,     false,   &Configure,      "changes a setting of the template; controls keep their place in a changed range" },
+  { "configure",     "SECTION KEY VALUE",       3,    3,     false,   &Configure,      "changes a setting; controls keep their place in its range" },
   { "revert",        "",                        0,    0,     false,   &Revert,         "drops changed settings of the template" },
   { "show",          "[SECTION]",               0,    1,     true,    &ShowControls,   "shows the controls" },
   { "set",           "SECTION.PARAM VALUE",     2,    2,     false,   &SetControl,     "sets a control, and nothing else" },

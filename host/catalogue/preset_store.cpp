@@ -150,8 +150,9 @@ UserPreset PresetStore::FindPreset(const PresetQuery& query) const {
   if (!query.config.IsNull()) {
     std::erase_if(presets, [&](const auto& p) { return p.PresetData.Config != query.config; });
     ConfigPreset configuration;
-    cache_->FindPreset(query.config, configuration);
-    if (!IsFactory(configuration)) within = ", template " + PrintedName(configuration.Name);
+    const bool isKnown = cache_->FindPreset(query.config, configuration);
+    if (isKnown && !IsFactory(configuration))
+      within = ", template " + PrintedName(configuration.Name);
   }
   return TakeOnly(Matches(presets, query.name, query.capitals), "preset", query, within,
                   [this](const UserPreset& preset) { return Describe(preset); });

@@ -1,12 +1,15 @@
 #include "host/catalogue/preset_values.h"
 
+#include <algorithm>
+
 #include "host/catalogue/mode_catalogue.h"
 #include "host/catalogue/setting.h"
 
 namespace orvelhost {
 namespace {
 
-/// Writes the values of one section into its stored value list, whose end may be missing.
+/// Writes the values of one section into its stored value list, whose end may be missing, and what
+/// another template allows is brought into its ranges.
 void WriteValues(const orvel::SectionDefinition& section, const std::vector<Setting>& settings,
                  std::vector<float>& list) {
   std::size_t place = 0;
@@ -18,6 +21,7 @@ void WriteValues(const orvel::SectionDefinition& section, const std::vector<Sett
         list[place] = setting.physical;
       }
     }
+    list[place] = std::max(param.minValue, std::min(list[place], param.maxValue));
     ++place;
   }
 }

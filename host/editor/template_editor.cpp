@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <system_error>
 
+#include "host/catalogue/mode_catalogue.h"
+
 namespace orvelhost {
 namespace {
 
@@ -32,6 +34,10 @@ class ChangeTemplateAction : public orvel::Action {
   void RedoSelf() override { Put(after_); }
   void UndoSelf() override { Put(before_); }
   void Put(const TemplateState& state) {
+    // That which a document brought along goes when another takes its place.
+    const auto cache = orvel::ConfigurationManager::Get()->GetPresetsCache();
+    ConfigPreset present;
+    if (!cache->FindPreset(state.selected.Guid, present)) cache->AddTemporaryPreset(state.selected);
     handler_->Restore(state.selected, state.settings);
     model_->Refresh();  // the template has presets of its own, and be its settings the same
   }
@@ -85,9 +91,11 @@ std::string TemplateEditor::GetState() const {
 }
 
 void TemplateEditor::Select(const std::string& name) const {
+  const auto handler = GetHandler();
   const ConfigPreset selected = clips_.GetStore().FindTemplate({name, clips_.GetMode(), {}});
-  clips_.Execute(
-      new ChangeTemplateAction(GetHandler(), clips_.GetModel(), selected, "Template " + name));
+  if (selected.Guid == handler->GetSelectedGuid() && !handler->IsModified()) return;
+  clips_.Execute(new ChangeTemplateAction(handler, clips_.GetModel(), selected,
+                                          "Template " + ShownName(selected.Name)));
 }
 
 void TemplateEditor::Save(const std::string& name) const {
@@ -109,14 +117,14 @@ void TemplateEditor::Save(const std::string& name) const {
     case orvel::PresetNameStatus::kNotAFileName:
       cause = "the name cannot be that of a folder";
   }
+  const boost::intrusive_ptr<orvel::Action> step(
+      new ChangeTemplateAction(handler, clips_.GetModel(), preset, "Save Template " + name));
   if (!cause.empty() || !handler->Save(preset)) {
     if (!cause.empty()) cause.insert(0, ": ");
     for (const auto& trace : clips_.GetLog().TakeTraces()) cause += ": " + trace;
     throw EditError("cannot save the template" + cause);
   }
-  clips_.GetUndoStack().MarkModified();
-  clips_.GetModel()->Refresh();
-  clips_.Announce();
+  clips_.Execute(step);
 }
 
 void TemplateEditor::Configure(const std::string& section, const std::string& key,
@@ -136,7 +144,7 @@ void TemplateEditor::Configure(const std::string& section, const std::string& ke
 
 void TemplateEditor::Revert() const {
   const auto handler = GetHandler();
-  if (!handler->IsModified()) throw EditError("no setting of the template was changed");
+  if (!handler->IsModified()) return;
   clips_.Execute(new ChangeTemplateAction(handler, clips_.GetModel(), handler->GetSelectedPreset(),
                                           "Revert Template"));
 }

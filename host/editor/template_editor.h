@@ -18,8 +18,8 @@ class TemplateEditor {
   std::string GetState() const;
   /// As one step; settings that were changed and not saved come back when it is undone.
   void Select(const std::string& name) const;
-  /// Saves the settings as a template and selects it; the current one, unless it comes with the
-  /// library, is overwritten under its own name.
+  /// Saves the settings as a template, which stays, and selects it as one step; the current one,
+  /// unless it comes with the library, is overwritten under its own name.
   void Save(const std::string& name) const;
   /// Sets a number in the settings of a section, such as "volume", "MaxGain", "3", as one step. A
   /// section's settings that are no numbers, or are not there, cannot be set.

@@ -20,7 +20,8 @@ OutputFolder::OutputFolder(const std::filesystem::path& folder) : OutputFolder()
 }
 
 OutputFolder::~OutputFolder() {
-  for (; !made_.empty(); made_.pop_back()) rmdir(made_.back().c_str());  // where it is empty
+  // Where it is empty. Behind one that is not, all lead to it, and be it as "made/../other".
+  while (!made_.empty() && rmdir(made_.back().c_str()) == 0) made_.pop_back();
 }
 
 }  // namespace orvelhost

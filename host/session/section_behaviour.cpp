@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 
 #include "host/timing/stretch.h"
@@ -78,8 +79,9 @@ LoudnessTarget TargetOf(const orvel::SectionDefinition& definition) {
     definition.GetConfiguration().GetValue(key, stored);
     return static_cast<double>(stored);
   };
-  const double least = read(Config::kConfig_MinLoudness, -35.0);
-  const double greatest = read(Config::kConfig_MaxLoudness, -12.0);
+  constexpr double kNoLimit = std::numeric_limits<double>::infinity();
+  const double least = read(Config::kConfig_MinLoudness, -kNoLimit);
+  const double greatest = read(Config::kConfig_MaxLoudness, kNoLimit);
   const double target = read(Config::kConfig_DefaultLoudness, LoudnessTarget().target);
   return {.target = std::max(least, std::min(target, greatest))};
 }

@@ -179,13 +179,15 @@ TEST_F(SessionCommands, ATemplateIsAStepThatBringsBackWhatWasConfiguredUnderTheL
       "configure loudness DefaultLoudness -16\nsave-template Podcast\ntemplate (Default)\n"
       "set loudness.AutoLoudness 1\nconfigure loudness DefaultLoudness -30\ntemplate Podcast\n"
       "show loudness\nundo\nshow loudness\nundo\ntemplates\nredo\nredo\nshow loudness\n"
-      "configure loudness DefaultLoudness -18\nrevert\nundo\nundo\ntemplates\nhistory");
+      "configure loudness DefaultLoudness -18\nrevert\nundo\nundo\ntemplates\nhistory\n"
+      "template (Default)\nsave-template Film\nsave-preset Night\nundo\nundo\nredo\nredo\npresets");
   const std::pair<std::size_t, const char*> expected[] = {
       {8, "AdjustedLoudness=-16,"},  {9, "undid Template Podcast"},
       {10, "AdjustedLoudness=-30,"}, {12, "now (Default);"},
       {15, "AdjustedLoudness=-16,"}, {18, "undid Revert Template"},
       {20, "now Podcast;"},          {21, "undone: Configure Orvel Template, Revert Template"}};
   for (const auto& [line, part] : expected) EXPECT_THAT(answers.at(line), HasSubstr(part));
+  EXPECT_THAT(answers.back(), StartsWith("now Night;")) << "under Film, which was saved";
 }
 
 TEST_F(SessionCommands, EachClipIsRenderedAsItIsSetAndNothingIsReplaced) {
