@@ -71,7 +71,6 @@ SteadyNoise::Step SteadyNoise::TakeStep() {
 }
 
 void SteadyNoise::EndStep() {
-  ++stepCount_;
   Step step = TakeStep();
   if (step.power < kSilence) {  // a cut: no sound of a room
     course_.push_back(kSilent);
@@ -152,9 +151,9 @@ std::optional<int> SteadyNoise::FindPauses(const Cells& cells, bool countsSilenc
 
 std::optional<NoiseBands> SteadyNoise::Finish() {
   Cell sum;
-  if (stepCount_ < kLong) {
+  if (course_.size() < kLong) {
     const double least = static_cast<double>(steps_.Size()) * kShortest / kStep;
-    if (stepCount_ == 0 && static_cast<double>(steps_.Filled()) >= least) {
+    if (course_.empty() && static_cast<double>(steps_.Filled()) >= least) {
       recent_.push_back(TakeStep());
     }
     if (recent_.empty() || recent_.back().power < kSilence || !IsSteady(recent_.size())) {

@@ -50,7 +50,6 @@ class SteadyNoise {
   WindowCutter steps_;
   NoiseBandMeter bands_;
   std::vector<std::vector<double>> samples_;  // of the step that is not whole yet
-  std::size_t stepCount_ = 0;
   std::deque<Step> recent_;
   LevelHistogram levels_;      // of the steps that sound
   std::vector<float> course_;  // the level of each step; of a silent one minus infinity
