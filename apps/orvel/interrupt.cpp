@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <iterator>
 
 namespace orvelcli {
 namespace {
@@ -13,25 +14,17 @@ void Note(int signal) {
   if (signal != SIGINT || noted == 0) noted = signal;
 }
 
-constexpr int kInterrupts[] = {SIGINT, SIGTERM, SIGHUP};
-constexpr int kWriteFailures[] = {SIGPIPE};  // the write that it comes of fails, too
-
-template <std::size_t N>
-void Take(const int (&signals)[N], void (*handler)(int), struct sigaction (&before)[N]) {
-  for (std::size_t i = 0; i < N; ++i) {
-    sigaction(signals[i], nullptr, &before[i]);
-    if (before[i].sa_handler == SIG_IGN) continue;  // as nohup leaves them
-    struct sigaction now {};
-    now.sa_handler = handler;
-    now.sa_flags = SA_RESTART;
-    sigaction(signals[i], &now, nullptr);
-  }
-}
-
-template <std::size_t N>
-void GiveBack(const int (&signals)[N], const struct sigaction (&before)[N]) {
-  for (std::size_t i = 0; i < N; ++i) sigaction(signals[i], &before[i], nullptr);
-}
+// clang-format off
+const struct {
+  int signal;
+  void (*handler)(int);
+} kHandled[] = {
+  { SIGINT,  &Note   },
+  { SIGTERM, &Note   },
+  { SIGHUP,  &Note   },
+  { SIGPIPE, SIG_IGN },  // the write that it comes of fails, too
+};
+// clang-format on
 
 }  // namespace
 
@@ -42,14 +35,22 @@ void ForgetInterrupt() {
   noted.compare_exchange_strong(expected, 0);
 }
 
-void IgnoreFileLimits() { std::signal(SIGXFSZ, SIG_IGN); }
+InterruptScope::InterruptScope() {
+  static_assert(std::size(kHandled) == sizeof before_ / sizeof *before_);
+  for (std::size_t i = 0; i < std::size(kHandled); ++i) {
+    sigaction(kHandled[i].signal, nullptr, &before_[i]);
+    if (before_[i].sa_handler == SIG_IGN) continue;  // as nohup leaves them
+    struct sigaction now {};
+    now.sa_handler = kHandled[i].handler;
+    now.sa_flags = SA_RESTART;
+    sigaction(kHandled[i].signal, &now, nullptr);
+  }
+}
 
-WriteFailureScope::WriteFailureScope() { Take(kWriteFailures, SIG_IGN, before_); }
-
-WriteFailureScope::~WriteFailureScope() { GiveBack(kWriteFailures, before_); }
-
-InterruptScope::InterruptScope() { Take(kInterrupts, &Note, before_); }
-
-InterruptScope::~InterruptScope() { GiveBack(kInterrupts, before_); }
+InterruptScope::~InterruptScope() {
+  for (std::size_t i = 0; i < std::size(kHandled); ++i) {
+    sigaction(kHandled[i].signal, &before_[i], nullptr);
+  }
+}
 
 }  // namespace orvelcli

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -10,7 +11,6 @@
 #include "apps/orvel/command_line.h"
 #include "apps/orvel/exit_code.h"
 #include "apps/orvel/global_options.h"
-#include "apps/orvel/interrupt.h"
 #include "apps/orvel/preset_commands.h"
 #include "apps/orvel/render_command.h"
 #include "apps/orvel/session_command.h"
@@ -76,7 +76,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  orvelcli::IgnoreFileLimits();
+  std::signal(SIGXFSZ, SIG_IGN);  // the write that grows a file past its limit fails, too
   try {
     std::vector<char*> arguments = orvelcli::TakeGlobalOptions(argc, argv);
     const int exitCode = Run(static_cast<int>(arguments.size()) - 1, arguments.data());

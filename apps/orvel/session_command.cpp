@@ -1,6 +1,7 @@
 #include "apps/orvel/session_command.h"
 
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -74,7 +75,7 @@ bool LosesWork(const SessionShell& shell, const std::vector<std::string>& words)
 
 int RunShell(const Command& command, const CommandLine& line) {
   if (line.Words().size() > 1) throw UsageError("give one session, not several");
-  const WriteFailureScope writes;
+  std::signal(SIGPIPE, SIG_IGN);  // what is under way, such as a save, comes to its end
   const orvelhost::Host host;
   const bool isTerminal = ShellInput::IsTerminal();
   SessionShell shell(host, isTerminal ? Pace::kAtOnce : Pace::kReproducible);

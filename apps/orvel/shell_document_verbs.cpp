@@ -79,7 +79,7 @@ Answer SaveSession(ShellState& state, const Words& words) {
   const std::filesystem::path file =
       words.empty() ? state.file : std::filesystem::path(words.front());
   if (file.empty()) throw orvelhost::EditError("the session has no file yet; give one");
-  orvelhost::CheckIsNoOtherFile(file);  // it may have become a link to a recording meanwhile
+  orvelhost::CheckCanBeReplaced(file);  // it may have become a link to a recording meanwhile
   state.editor.Save(file);
   state.file = std::filesystem::absolute(file);
   return MakeAnswer("saved " + file.string(), "saved", file.string());

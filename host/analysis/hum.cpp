@@ -137,7 +137,15 @@ class HumFinder::Finder {
     std::vector<LevelHistogram> histograms =
         std::vector<LevelHistogram>(kBinCount, LevelHistogram(kInaudible, 40.0, 0.25));
     int count = 0;
+
+    void Add(const std::vector<double>& powers) {
+      for (std::size_t bin = 0; bin < kBinCount; ++bin) {
+        histograms[bin].Add(10.0 * std::log10(std::max(powers[bin], 1e-30)));
+      }
+      ++count;
+    }
   };
+
   struct Channel {
     explicit Channel(int sampleRate) : resampler(sampleRate, kRate) {}
 
@@ -159,6 +167,7 @@ class HumFinder::Finder {
 
   void AddSegment() {
     constexpr double kSineScale = 2.0 / (kSegment / 2.0) / (kSegment / 2.0);  // to a mean square
+    const bool isCut = IsCut();
     std::vector<double> powers(kBinCount);
     std::vector<double> windowed(kSegment);
     for (Channel& channel : channels_) {
@@ -175,18 +184,10 @@ class HumFinder::Finder {
         }
       }
       channel.lastSpectrum.assign(spectrum.begin(), spectrum.end());
-    }
-    const bool isCut = IsCut();
-    for (Channel& channel : channels_) {
       channel.samples.erase(channel.samples.begin(), channel.samples.begin() + kHop);
     }
-    for (std::size_t bin = 0; bin < kBinCount; ++bin) {
-      const double level = 10.0 * std::log10(std::max(powers[bin], 1e-30));
-      all_.histograms[bin].Add(level);
-      if (!isCut) whole_.histograms[bin].Add(level);
-    }
-    ++all_.count;
-    whole_.count += isCut ? 0 : 1;
+    all_.Add(powers);
+    if (!isCut) whole_.Add(powers);
   }
 
   /// `frequency` corrected by how far its phase moves from segment to segment.

@@ -7,16 +7,15 @@
 namespace orvelhost {
 namespace {
 
-constexpr double kWindow = 0.1;      // seconds
-constexpr double kSilence = -120.0;  // dBFS; below the steps of 16 bits, and far below any room
-constexpr double kLoudest = 220.0;   // dBFS; the loudest sample that a reader lets through is less
+constexpr double kWindow = 0.1;     // seconds
+constexpr double kLoudest = 220.0;  // dBFS; the loudest sample that a reader lets through is less
 
 }  // namespace
 
 NoiseFloorMeter::NoiseFloorMeter(const AudioFormat& format)
     : windows_(format, kWindow),
       channels_(static_cast<std::size_t>(format.channelCount)),
-      levels_(kSilence, kLoudest, 0.05) {}
+      levels_(kDigitalSilence, kLoudest, 0.05) {}
 
 void NoiseFloorMeter::Add(const AudioBlock& block) {
   windows_.Add(
@@ -28,7 +27,8 @@ void NoiseFloorMeter::Add(const AudioBlock& block) {
         }
       },
       [this] {
-        if (const double level = WindowLevel(windows_.Size()); level > kSilence) levels_.Add(level);
+        if (const double level = WindowLevel(windows_.Size()); level > kDigitalSilence)
+          levels_.Add(level);
         std::ranges::fill(channels_, Sums());
       });
 }
@@ -48,8 +48,8 @@ double NoiseFloorMeter::Measure() const {
   if (!levels_.IsEmpty()) {
     return levels_.Quantile(kQuietestPart);
   }
-  const double rest = windows_.Filled() > 0 ? WindowLevel(windows_.Filled()) : kSilence;
-  return rest > kSilence ? rest : -std::numeric_limits<double>::infinity();
+  const double rest = windows_.Filled() > 0 ? WindowLevel(windows_.Filled()) : kDigitalSilence;
+  return rest > kDigitalSilence ? rest : -std::numeric_limits<double>::infinity();
 }
 
 }  // namespace orvelhost

@@ -8,6 +8,10 @@
 
 namespace orvelhost {
 
+/// In dBFS; below the steps of 16 bits, and far below any room. A tenth of a second that is quieter
+/// is digital silence: a cut, and no sound of a recording.
+inline constexpr double kDigitalSilence = -120.0;
+
 /// Measures how quiet a stream is where it is quietest.
 class NoiseFloorMeter {
  public:

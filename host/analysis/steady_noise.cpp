@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
+#include "host/analysis/level_histogram.h"
+#include "host/analysis/noise_floor.h"
 #include "host/audio/decibels.h"
 
 namespace orvelhost {
 namespace {
 
-constexpr double kStep = 0.1;       // seconds
-constexpr std::size_t kLong = 6;    // steps
-constexpr std::size_t kShort = 3;   // as the pauses between the words of a hasty speaker
-constexpr double kShortest = 0.05;  // seconds, of a stream
-constexpr double kSilence = 1e-12;  // mean square, -120 dBFS
+constexpr double kStep = 0.1;      // seconds
+constexpr std::size_t kLong = 6;   // steps
+constexpr std::size_t kShort = 3;  // as the pauses between the words of a hasty speaker
 /// Between the steps of one stretch. Noise of 100 Hz bandwidth varies as much; a fade out of the
 /// noise, and a word, by more.
 constexpr double kSteady = 4.0;    // dB
@@ -46,8 +47,13 @@ std::optional<int> LowCell(const Cells& cells, int from) {
 SteadyNoise::SteadyNoise(const AudioFormat& format)
     : steps_(format, kStep),
       bands_(format.sampleRate, steps_.Size()),
-      samples_(static_cast<std::size_t>(format.channelCount)),
-      levels_(-120.0, 220.0, 0.5) {}
+      samples_(static_cast<std::size_t>(format.channelCount)) {}
+
+SteadyNoise::Cell& SteadyNoise::Cell::operator+=(const Cell& other) {
+  count += other.count;
+  std::ranges::transform(powers, other.powers, powers.begin(), std::plus<>());
+  return *this;
+}
 
 void SteadyNoise::Add(const AudioBlock& block) {
   steps_.Add(
@@ -72,13 +78,13 @@ SteadyNoise::Step SteadyNoise::TakeStep() {
 
 void SteadyNoise::EndStep() {
   Step step = TakeStep();
-  if (step.power < kSilence) {  // a cut: no sound of a room
+  const double level = InDb(step.power);
+  if (level < kDigitalSilence) {
     course_.push_back(kSilent);
     recent_.clear();
     return;
   }
-  course_.push_back(static_cast<float>(InDb(step.power)));
-  levels_.Add(InDb(step.power));
+  course_.push_back(static_cast<float>(level));
   recent_.push_back(std::move(step));
   if (recent_.size() > kLong) recent_.pop_front();
   CollectStretch(kLong, long_);
@@ -96,10 +102,7 @@ void SteadyNoise::CollectStretch(std::size_t length, Cells& cells) const {
   if (recent_.size() < length || !IsSteady(length)) return;
   double power = 0.0;
   for (std::size_t back = 1; back <= length; ++back) power += recent_[recent_.size() - back].power;
-  Cell& cell = cells[CellOf(InDb(power / static_cast<double>(length)))];
-  ++cell.count;
-  const NoiseBands powers = MeanPowers(length);
-  for (std::size_t band = 0; band < powers.size(); ++band) cell.powers[band] += powers[band];
+  cells[CellOf(InDb(power / static_cast<double>(length)))] += {1, MeanPowers(length)};
 }
 
 /// Of the last steps, and of the noisiest channel in each band.
@@ -115,6 +118,15 @@ NoiseBands SteadyNoise::MeanPowers(std::size_t length) const {
     }
   }
   return loudest;
+}
+
+/// Of the loudest twentieth of the steps that sound.
+double SteadyNoise::LoudLevel() const {
+  LevelHistogram levels(kDigitalSilence, 220.0, kCell);
+  for (const float level : course_) {
+    if (level != kSilent) levels.Add(level);
+  }
+  return levels.Quantile(0.95);
 }
 
 /// Whether noise of this level is what everything else stands on: hardly a step between its first
@@ -137,7 +149,7 @@ bool SteadyNoise::IsBottom(double level, bool countsSilence) const {
 std::optional<int> SteadyNoise::FindPauses(const Cells& cells, bool countsSilence) const {
   const std::optional<int> low = LowCell(cells, std::numeric_limits<int>::min());
   if (!low) return std::nullopt;
-  const double loud = levels_.Quantile(0.95);
+  const double loud = LoudLevel();
   // A lead-in that was exported to 16 bits is as good as silent, and says nothing of the pauses;
   // but what is nearly as loud as the programme is the programme.
   if (LevelOf(*low) < std::min(kDither, loud - 60.0)) {
@@ -152,13 +164,8 @@ std::optional<int> SteadyNoise::FindPauses(const Cells& cells, bool countsSilenc
 std::optional<NoiseBands> SteadyNoise::Finish() {
   Cell sum;
   if (course_.size() < kLong) {
-    const double least = static_cast<double>(steps_.Size()) * kShortest / kStep;
-    if (course_.empty() && static_cast<double>(steps_.Filled()) >= least) {
-      recent_.push_back(TakeStep());
-    }
-    if (recent_.empty() || recent_.back().power < kSilence || !IsSteady(recent_.size())) {
-      return std::nullopt;
-    }
+    if (course_.empty() && steps_.Filled() >= steps_.Size() / 2) EndStep();
+    if (recent_.empty() || !IsSteady(recent_.size())) return std::nullopt;
     sum = {1, MeanPowers(recent_.size())};
   } else {
     const Cells* cells = &long_;
@@ -169,12 +176,7 @@ std::optional<NoiseBands> SteadyNoise::Finish() {
     }
     if (!low) return std::nullopt;
     const auto end = cells->upper_bound(CellOf(LevelOf(*low) + kSpread));
-    for (auto cell = cells->lower_bound(*low); cell != end; ++cell) {
-      sum.count += cell->second.count;
-      for (std::size_t band = 0; band < sum.powers.size(); ++band) {
-        sum.powers[band] += cell->second.powers[band];
-      }
-    }
+    for (auto cell = cells->lower_bound(*low); cell != end; ++cell) sum += cell->second;
   }
   std::ranges::transform(sum.powers, sum.powers.begin(),
                          [&sum](double power) { return InDb(std::max(power / sum.count, 1e-15)); });

@@ -5,7 +5,6 @@
 #include <optional>
 #include <vector>
 
-#include "host/analysis/level_histogram.h"
 #include "host/analysis/noise_bands.h"
 #include "host/audio/audio_block.h"
 #include "host/audio/window_cutter.h"
@@ -36,6 +35,8 @@ class SteadyNoise {
   struct Cell {
     int count = 0;
     NoiseBands powers{};  // their sum
+
+    Cell& operator+=(const Cell& other);
   };
   using Cells = std::map<int, Cell>;  // by level
 
@@ -44,6 +45,7 @@ class SteadyNoise {
   bool IsSteady(std::size_t length) const;
   void CollectStretch(std::size_t length, Cells& cells) const;
   NoiseBands MeanPowers(std::size_t length) const;
+  double LoudLevel() const;
   bool IsBottom(double level, bool countsSilence) const;
   std::optional<int> FindPauses(const Cells& cells, bool countsSilence) const;
 
@@ -51,7 +53,6 @@ class SteadyNoise {
   NoiseBandMeter bands_;
   std::vector<std::vector<double>> samples_;  // of the step that is not whole yet
   std::deque<Step> recent_;
-  LevelHistogram levels_;      // of the steps that sound
   std::vector<float> course_;  // the level of each step; of a silent one minus infinity
   Cells long_;
   Cells short_;

@@ -39,8 +39,9 @@ void GatedLoudness::Add(const AudioBlock& block) {
 }
 
 void GatedLoudness::EndHop() {
+  ++hopCount_;
   double loudness = 0.0;
-  if (isMeasurable_ && ++hopCount_ >= kHopsPerBlock &&
+  if (isMeasurable_ && hopCount_ >= kHopsPerBlock &&
       ebur128_loudness_momentary(state_.Get(), &loudness) == EBUR128_SUCCESS &&
       std::isfinite(loudness)) {
     powers_.push_back(PowerFactor(loudness));

@@ -6,6 +6,7 @@
 #include "host/audio/loudness_state.h"
 
 namespace orvelhost {
+
 class LevelMeter::Meter {
  public:
   explicit Meter(const AudioFormat& format)

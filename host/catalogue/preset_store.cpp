@@ -151,8 +151,9 @@ UserPreset PresetStore::FindPreset(const PresetQuery& query) const {
     std::erase_if(presets, [&](const auto& p) { return p.PresetData.Config != query.config; });
     ConfigPreset configuration;
     const bool isKnown = cache_->FindPreset(query.config, configuration);
-    if (isKnown && !IsFactory(configuration))
+    if (isKnown && !IsFactory(configuration)) {
       within = ", template " + PrintedName(configuration.Name);
+    }
   }
   return TakeOnly(Matches(presets, query.name, query.capitals), "preset", query, within,
                   [this](const UserPreset& preset) { return Describe(preset); });

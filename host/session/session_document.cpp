@@ -274,7 +274,7 @@ void WriteSession(const SessionDocument& document, const fs::path& file) {
   WriteTextFile(file, FormatSession(document, FolderOf(file)));
 }
 
-void CheckIsNoOtherFile(const fs::path& file) {
+void CheckCanBeReplaced(const fs::path& file) {
   std::error_code error;
   if (!fs::is_regular_file(file, error)) return;  // what is none is refused by who writes
   try {

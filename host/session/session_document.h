@@ -60,6 +60,6 @@ SessionDocument ReadSession(const std::filesystem::path& file);
 
 /// Raises SessionError for a file that is there and cannot be read as a session: it may hold what
 /// cannot be made anew.
-void CheckIsNoOtherFile(const std::filesystem::path& file);
+void CheckCanBeReplaced(const std::filesystem::path& file);
 
 }  // namespace orvelhost

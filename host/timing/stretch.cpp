@@ -32,10 +32,10 @@ class StretchedSource : public AudioSource {
         left_(frameCount),
         stretcher_(static_cast<std::size_t>(format_.sampleRate),
                    static_cast<std::size_t>(format_.channelCount),
-                   Quiet(RubberBandStretcher::OptionProcessOffline |
-                         RubberBandStretcher::OptionEngineFiner |
-                         RubberBandStretcher::OptionChannelsTogether |
-                         RubberBandStretcher::OptionThreadingNever),
+                   RubberBandStretcher::OptionProcessOffline |
+                       RubberBandStretcher::OptionEngineFiner |
+                       RubberBandStretcher::OptionChannelsTogether |
+                       RubberBandStretcher::OptionThreadingNever,
                    static_cast<double>(std::max<std::int64_t>(1, frameCount)) /
                        static_cast<double>(std::max<std::int64_t>(1, inputFrameCount))) {
     stretcher_.setExpectedInputDuration(static_cast<std::size_t>(inputFrameCount));
@@ -72,12 +72,6 @@ class StretchedSource : public AudioSource {
 
  private:
   static constexpr std::size_t kPiece = 4096;
-
-  /// The library would tell the terminal what rates it is not made for.
-  static int Quiet(int options) {
-    RubberBandStretcher::setDefaultDebugLevel(-1);
-    return options;
-  }
 
   /// Hands the next piece of the input to the library, and silence where the input ended too early.
   void Feed() {
@@ -120,6 +114,7 @@ std::unique_ptr<AudioSource> Stretch(std::unique_ptr<AudioSource> input,
   if (inputFrameCount == frameCount) {
     return input;
   }
+  RubberBandStretcher::setDefaultDebugLevel(-1);  // or it tells the terminal of unusual rates
   return std::make_unique<StretchedSource>(std::move(input), inputFrameCount, frameCount);
 }
 

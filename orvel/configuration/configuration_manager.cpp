@@ -410,16 +410,16 @@ ConfigurationManager::Presets ConfigurationManager::GetCurrentPresets() const {
 // to go on: a NaN equals nothing.
 void ConfigurationManager::StoreCurrentConfigurations() {
   // Without a cache no mode has a configuration, which is no reason to take the document's away.
-  if (!sessionHandler_ || !cache_ || isReadingDocument_) return;
-  unsigned number = storeNumber_ - 1;
-  while (hasDocument_ && number != storeNumber_) {
+  if (!sessionHandler_ || !cache_ || isReadingDocument_ || !hasDocument_) return;
+  unsigned number = 0;
+  do {
     number = ++storeNumber_;
     const Presets presets = GetCurrentPresets();
     if (AreSame(presets, documentPresets_)) return;
     const FlagScope writing(isWritingDocument_);
     if (!sessionHandler_->SetConfigurationPresets(presets)) return;
     documentPresets_ = presets;
-  }
+  } while (hasDocument_ && number != storeNumber_);
 }
 
 bool ConfigurationManager::MigrateUserPreset(Preset<UserPresetData>& preset) const {
